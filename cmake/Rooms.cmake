@@ -1,0 +1,35 @@
+# Warnings and sanitizers that every target of the project shares.
+add_library(project_options INTERFACE)
+target_compile_options(project_options INTERFACE -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion
+                                                 -Wnon-virtual-dtor -Woverloaded-virtual)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(project_options INTERFACE -fno-gnu-unique)
+endif()
+if(FX_WARNINGS_AS_ERRORS)
+  target_compile_options(project_options INTERFACE -Werror)
+endif()
+if(FX_SANITIZE)
+  target_compile_options(project_options INTERFACE -fsanitize=${FX_SANITIZE} -fno-omit-frame-pointer
+                                                   -fno-sanitize-recover=all)
+  target_link_options(project_options INTERFACE -fsanitize=${FX_SANITIZE})
+endif()
+
+# fx_room(NAME SOURCES a.cpp ... PUBLIC rooms-in-headers PRIVATE rooms-and-libraries-inside)
+# One static library for the folder it is called in. Headers are included as "folder/Header.h".
+function(fx_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${name} STATIC ${ROOM_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${ROOM_PUBLIC} PRIVATE project_options ${ROOM_PRIVATE})
+endfunction()
+
+# fx_room_tests(NAME SOURCES FooTest.cpp ... LINK rooms) makes one test program, which links only what it
+# tests, so that a wrong dependency fails to link. Run from the source folder.
+function(fx_room_tests name)
+  cmake_parse_arguments(TESTS "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${TESTS_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE project_options ${TESTS_LINK} GTest::gtest GTest::gmock GTest::gtest_main)
+  add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()
