@@ -1,0 +1,78 @@
+#include "gpu/OpenGLContext.h"
+
+#include "platform/GL.h"
+
+namespace {
+
+// Runs steps that may throw a fault and turns it into the number that callers get.
+template <class Steps> int FaultNumber(Steps steps) {
+    try {
+        steps();
+    } catch (OpenGLFault fault) {
+        return static_cast<int>(fault);
+    }
+    return OpenGLContext::NoError;
+}
+
+CGLContextObj CreateContext() {
+    const CGLPixelFormatAttribute attributes[] = {kCGLPFAAccelerated, static_cast<CGLPixelFormatAttribute>(0)};
+    CGLPixelFormatObj format = nullptr;
+    GLint count = 0;
+    CGLChoosePixelFormat(attributes, &format, &count);
+    if (!format)
+        throw OpenGLFault::NoPixelFormat;
+    CGLContextObj context = nullptr;
+    CGLCreateContext(format, nullptr, &context);
+    CGLDestroyPixelFormat(format);
+    if (!context)
+        throw OpenGLFault::CreationFailed;
+    return context;
+}
+
+} // namespace
+
+OpenGLContext::OpenGLContext() {
+    pthread_mutexattr_init(&m_MutexAttributes);
+    pthread_mutexattr_settype(&m_MutexAttributes, PTHREAD_MUTEX_RECURSIVE);
+    pthread_mutex_init(&m_FrameMutex, &m_MutexAttributes);
+}
+
+OpenGLContext::~OpenGLContext() {
+    pthread_mutex_destroy(&m_FrameMutex);
+    pthread_mutexattr_destroy(&m_MutexAttributes);
+}
+
+int OpenGLContext::init(bool) {
+    return FaultNumber([this] {
+        m_Context = CreateContext();
+        glFlush();
+    });
+}
+
+int OpenGLContext::release() {
+    return FaultNumber([this] {
+        CGLSetCurrentContext(nullptr);
+        if (CGLDestroyContext(m_Context) != kCGLNoError)
+            throw OpenGLFault::DestructionFailed;
+    });
+}
+
+int OpenGLContext::makeCurrent() {
+    const CGLContextObj before = CGLGetCurrentContext();
+    CGLSetCurrentContext(m_Context);
+    // Stored only now: until here another thread may hold the context and still need its own value.
+    m_Previous = before;
+    return NoError;
+}
+
+void OpenGLContext::releaseCurrent() {
+    CGLSetCurrentContext(m_Previous);
+}
+
+bool OpenGLContext::lockFrame() {
+    return pthread_mutex_lock(&m_FrameMutex) == 0;
+}
+
+void OpenGLContext::releaseFrame() {
+    pthread_mutex_unlock(&m_FrameMutex);
+}

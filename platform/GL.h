@@ -1,0 +1,13 @@
+#pragma once
+
+// OpenGL with the prototypes of everything up to the newest compatibility profile.
+
+#ifdef __APPLE__
+#define GL_SILENCE_DEPRECATION
+#include <OpenGL/gl.h>
+#include <OpenGL/glext.h>
+#else
+#define GL_GLEXT_PROTOTYPES
+#include <GL/gl.h>
+#include <GL/glext.h>
+#endif
