@@ -11,6 +11,7 @@ class RenderTarget : public Texture {
 public:
     // Handles of render targets carry this type tag.
     static constexpr std::uint32_t Tag = 0x03000000u;
+    class Factory; // the registry defines it
 
     RenderTarget() = default;
     ~RenderTarget() override;

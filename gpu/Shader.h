@@ -14,6 +14,7 @@ class Shader {
 public:
     // Handles of shaders carry this type tag.
     static constexpr std::uint32_t Tag = 0x02000000u;
+    class Factory; // the registry defines it
 
     Shader() = default;
     Shader(const Shader&) = delete;

@@ -10,6 +10,7 @@ class Surface {
 public:
     // Handles of surfaces carry this type tag.
     static constexpr std::uint32_t Tag = 0x06000000u;
+    class Factory; // the registry defines it
 
     Surface() = default;
     Surface(const Surface&) = delete;

@@ -16,6 +16,7 @@ class Texture {
 public:
     // Handles of textures carry this type tag.
     static constexpr std::uint32_t Tag = 0x04000000u;
+    class Factory; // the registry defines it
 
     Texture() = default;
     Texture(const Texture&) = delete;

@@ -58,6 +58,8 @@ public:
     };
     static_assert(sizeof(Value) == 16);
 
+    class Factory; // the registry defines it
+
     Parameter();
     Parameter(std::string scriptName, Type kind, std::string shownName);
 

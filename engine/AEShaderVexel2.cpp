@@ -1,0 +1,347 @@
+#include "engine/AEShaderVexel2.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "context/Context.h"
+#include "engine/Config.h"
+#include "engine/utils/BlobReader.h"
+#include "engine/utils/Utils.h"
+#include "gpu/DrawText.h"
+#include "gpu/OpenGLContext.h"
+#include "platform/GL.h"
+#include "scripting/PitchScript.h"
+#include "scripting/Scripting.h"
+
+// What the host keeps for an instance.
+struct AEShaderVexel2::SequenceData {
+    std::uint32_t index; // of its sequence in the registry
+};
+
+namespace {
+
+constexpr unsigned s_RendersPerFlip = 4;
+
+// Holds the frame lock for a scope when it could be had. `lockFrame` and `releaseFrame` go through the
+// interface.
+class FrameLock {
+public:
+    explicit FrameLock(IPlugin& plugin) : m_Plugin(plugin), m_Locked(plugin.lockFrame()) {}
+    ~FrameLock() {
+        if (m_Locked)
+            m_Plugin.releaseFrame();
+    }
+    FrameLock(const FrameLock&) = delete;
+    FrameLock& operator=(const FrameLock&) = delete;
+
+private:
+    IPlugin& m_Plugin;
+    bool m_Locked;
+};
+
+// Sign and leading digits of a decimal text; 0 without any. What does not fit wraps to 32 bits.
+std::uint32_t ToNumber(const std::string& text) {
+    return static_cast<std::uint32_t>(std::strtoll(text.c_str(), nullptr, 10));
+}
+
+} // namespace
+
+IPlugin* GetPlugin(unsigned int) {
+    static AEShaderVexel2 plugin;
+    return &plugin;
+}
+
+// The registry must outlive the engine, whose destructor empties it.
+AEShaderVexel2::AEShaderVexel2() {
+    Context::Current();
+    BlobReader::Instance();
+}
+
+AEShaderVexel2::~AEShaderVexel2() {
+    release();
+    m_Config.reset();
+    m_GlContext.reset();
+    Scripting::DestroyInstance();
+}
+
+bool AEShaderVexel2::globalSetup(void* module, const unsigned short* path) {
+    BlobReader::Instance().init(module, const_cast<unsigned short*>(path));
+    m_Config = std::make_unique<Config>(module);
+    m_GlContext = std::make_unique<OpenGLContext>();
+    if (m_GlContext->init(true) != 0)
+        return false;
+    const FrameLock lock(*this);
+    static_cast<IPlugin*>(this)->resetup();
+    m_Initialised = true;
+    return true;
+}
+
+bool AEShaderVexel2::resetup() {
+    const std::string script = PitchScript(Utils::ReadWholeTextFile(L"fx.js"));
+    const FrameLock lock(*this);
+    Scripting& scripting = Scripting::Instance();
+    scripting.Release();
+    scripting.Init();
+    scripting.Execute(script.c_str());
+    m_ScriptLoaded = true;
+    if (Sequence* const sequence = Context::Current().CurrentSequence())
+        sequence->Init();
+    return true;
+}
+
+void AEShaderVexel2::release() {
+    if (!m_Initialised)
+        return;
+    // The script's GL objects go while their context is current; the context's release then leaves none
+    // current.
+    if (m_GlContext)
+        m_GlContext->makeCurrent();
+    Scripting::Instance().Release();
+    if (m_GlContext)
+        m_GlContext->release();
+    m_Initialised = false;
+}
+
+void* AEShaderVexel2::initSequenceData() {
+    m_SequenceData = static_cast<SequenceData*>(std::calloc(1, sizeof(SequenceData)));
+    if (m_SequenceData)
+        m_SequenceData->index = Context::Current().CreateSequence();
+    return m_SequenceData;
+}
+
+void AEShaderVexel2::releaseSequenceData(void* data) {
+    if (!data)
+        return;
+    Context::Current().ReleaseSequence(static_cast<SequenceData*>(data)->index);
+    std::free(data);
+}
+
+void AEShaderVexel2::setSequenceData(void* data) {
+    m_SequenceData = static_cast<SequenceData*>(data);
+    if (m_SequenceData)
+        Context::Current().SetCurrentSequence(m_SequenceData->index);
+}
+
+// Makes the instance at work the registry's current one. Null when there is none, or when a resetup dropped
+// its sequence.
+Sequence* AEShaderVexel2::SelectSequence() const {
+    if (!m_SequenceData)
+        return nullptr;
+    Context::Current().SetCurrentSequence(m_SequenceData->index);
+    return Context::Current().CurrentSequence();
+}
+
+bool AEShaderVexel2::begin(bool) {
+    return true;
+}
+
+void AEShaderVexel2::preRender(unsigned width, unsigned height, unsigned& outWidth, unsigned& outHeight) {
+    if (!m_SequenceData)
+        return;
+    Sequence* sequence = SelectSequence();
+    if (sequence)
+        sequence->SetOutputExtent(0, 0);
+    if (m_ScriptLoaded) {
+        char call[64];
+        std::snprintf(call, sizeof call, "preRender(%d,%d,%d);", static_cast<int>(width),
+                      static_cast<int>(height), 1);
+        Scripting::Instance().Execute(call);
+    }
+    outWidth = sequence && sequence->OutputWidth() != 0 ? sequence->OutputWidth() : width;
+    outHeight = sequence && sequence->OutputHeight() != 0 ? sequence->OutputHeight() : height;
+}
+
+void AEShaderVexel2::render(double time, unsigned width, unsigned height, unsigned format, float) {
+    if (!m_SequenceData)
+        return;
+    Sequence* const sequence = SelectSequence();
+    if (sequence) {
+        Sequence::Surface surface;
+        surface.width = width;
+        surface.height = height;
+        surface.format = format;
+        sequence->Reset(surface, time);
+    }
+    const std::string errors = Context::Current().GetErrors();
+    if (!errors.empty())
+        ShowErrors(sequence, errors);
+    else if (m_ScriptLoaded)
+        Scripting::Instance().Execute("draw();");
+    if (++m_FramesSinceFlip > s_RendersPerFlip) {
+        if (m_GlContext)
+            m_GlContext->flip();
+        m_FramesSinceFlip = 0;
+    }
+}
+
+// The screen of an engine without a window is the frame that the host will show.
+void AEShaderVexel2::ShowErrors(Sequence* sequence, const std::string& errors) {
+    Utils::Log("%s", errors.c_str());
+    const bool hasFrame = sequence && sequence->GetRenderTarget().usable();
+    RenderTarget& screen = hasFrame ? sequence->GetRenderTarget() : RenderTarget::screen;
+    screen.set(nullptr);
+    glClearColor(0.0f, 0.0f, 0.0f, 0.0f); // a target that was just sized has no content of its own
+    glClear(GL_COLOR_BUFFER_BIT);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrtho(0.0, screen.width(), 0.0, screen.height(), -1.0, 1.0);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glUseProgram(0);
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, 0);
+    glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
+    Utils::DrawText(4, 0, static_cast<int>(screen.height() >> 4), errors);
+}
+
+void AEShaderVexel2::end() {}
+
+void AEShaderVexel2::preUIUpdate() {
+    if (!m_SequenceData)
+        return;
+    SelectSequence();
+    if (m_ScriptLoaded)
+        Scripting::Instance().Execute("updateUIFlags();");
+}
+
+unsigned AEShaderVexel2::getNumParams() const {
+    return Context::Current().GetNumParams();
+}
+
+Parameter& AEShaderVexel2::getParamDesc(unsigned index) const {
+    Context& context = Context::Current();
+    return context.GetResource<Parameter>(context.GetParamByIdx(index).handle);
+}
+
+Parameter& AEShaderVexel2::getParam(unsigned index) const {
+    return getParamDesc(index);
+}
+
+void AEShaderVexel2::setParam(unsigned index, Parameter::Value& value) {
+    if (!m_SequenceData)
+        return;
+    SelectSequence();
+    Parameter& parameter = getParamDesc(index);
+    if (parameter.handle != 0 && parameter.type != Parameter::LAYER)
+        parameter.value = value;
+}
+
+void AEShaderVexel2::grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height,
+                                     unsigned format, long rowBytes) {
+    if (!pixels || rowBytes == 0 || !m_SequenceData)
+        return;
+    Sequence* const sequence = SelectSequence();
+    if (index == InputLayer) {
+        if (!sequence)
+            return;
+        Sequence::Surface surface;
+        surface.width = width;
+        surface.height = height;
+        surface.rowBytes = rowBytes;
+        surface.format = format;
+        surface.pixels = pixels;
+        sequence->ResetInputTexture(surface);
+        return;
+    }
+    Parameter& parameter = getParamDesc(index);
+    Texture& texture = Context::Current().GetResource<Texture>(parameter.texture);
+    if (texture.id() == 0)
+        return;
+    texture.grabPixels(pixels, width, height, format, rowBytes, true, true);
+    parameter.value.SetInt(0, static_cast<std::int32_t>(texture.id()));
+}
+
+void* AEShaderVexel2::grabResultBegin() {
+    Sequence* const sequence = Context::Current().CurrentSequence();
+    if (!sequence)
+        return nullptr;
+    RenderTarget& target = sequence->GetRenderTarget();
+    const bool usable = target.usable();
+    return usable ? const_cast<void*>(target.grabBegin()) : nullptr;
+}
+
+void AEShaderVexel2::grabResultEnd(void* pixels) {
+    Sequence* const sequence = Context::Current().CurrentSequence();
+    if (!sequence)
+        return;
+    RenderTarget& target = sequence->GetRenderTarget();
+    if (target.usable())
+        target.grabEnd(pixels);
+}
+
+std::uint32_t AEShaderVexel2::getVersion() {
+    const std::uint32_t major = ToNumber(m_Config ? m_Config->GetString(L"MAJOR_VERSION") : "");
+    const std::uint32_t minor = ToNumber(m_Config ? m_Config->GetString(L"MINOR_VERSION") : "");
+    const std::uint32_t build = ToNumber(m_Config ? m_Config->GetString(L"BUILD_VERSION") : "");
+    const std::uint32_t stage = ToNumber(m_Config ? m_Config->GetString(L"STAGE_VERSION") : "");
+    return (major & 0x3F) | (minor & 0xFF) << 6 | (build & 0xFFFF) << 14 | stage << 30;
+}
+
+std::uint32_t AEShaderVexel2::ConfigNumber(const wchar_t* key) const {
+    return ToNumber(m_Config ? m_Config->GetString(key) : "");
+}
+
+std::uint32_t AEShaderVexel2::getFlags() {
+    return ConfigNumber(L"FLAGS");
+}
+
+std::uint32_t AEShaderVexel2::getFlags2() {
+    return ConfigNumber(L"FLAGS2");
+}
+
+std::uint32_t AEShaderVexel2::getPrivNum() {
+    return ConfigNumber(L"PRIVNUM");
+}
+
+std::string AEShaderVexel2::getString(PluginString which) {
+    static constexpr const wchar_t* keys[] = {L"ABOUT", L"FXNAME", L"AGEP_ID"};
+    const auto index = static_cast<std::size_t>(which);
+    return m_Config && index < std::size(keys) ? m_Config->GetString(keys[index]) : std::string();
+}
+
+unsigned AEShaderVexel2::getNumFeedbackFrames() {
+    return 0;
+}
+
+std::string AEShaderVexel2::getErrorText() {
+    return Context::Current().GetErrors();
+}
+
+bool AEShaderVexel2::isInputRequested() {
+    return true;
+}
+
+bool AEShaderVexel2::lockFrame() {
+    return m_GlContext && m_GlContext->makeCurrent() == 0 && m_GlContext->lockFrame();
+}
+
+void AEShaderVexel2::releaseFrame() {
+    if (!m_GlContext)
+        return;
+    m_GlContext->releaseFrame();
+    m_GlContext->releaseCurrent();
+}
+
+int AEShaderVexel2::flatten(void*) {
+    return 0;
+}
+
+void AEShaderVexel2::unflatten(void*) {}
+
+void AEShaderVexel2::showOptions(void*) {}
+
+void AEShaderVexel2::setCompositionSize(unsigned width, unsigned height, float scale) {
+    // Out of range means 1, not the nearest end; NaN passes.
+    if (scale < 0.01f)
+        scale = 1.0f;
+    if (scale > 4.0f)
+        scale = 1.0f;
+    Context::Current().SetCompositionSize(width, height, scale);
+}
+
+void AEShaderVexel2::setInputOrigin(int x, int y) {
+    if (!m_SequenceData)
+        return;
+    if (Sequence* const sequence = SelectSequence())
+        sequence->SetInputOrigin(x, y);
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+
+#include "engine/IPlugin.h"
+
+class Config;
+class OpenGLContext;
+class Sequence;
+
+// The engine behind IPlugin: owns the configuration and the GL context, drives the script, and forwards
+// everything else to the registry.
+class AEShaderVexel2 final : public IPlugin {
+public:
+    AEShaderVexel2();
+    ~AEShaderVexel2();
+
+    bool globalSetup(void* module, const unsigned short* path) override;
+    bool resetup() override;
+    void release() override;
+    void* initSequenceData() override;
+    void releaseSequenceData(void* data) override;
+    void setSequenceData(void* data) override;
+    bool begin(bool) override;
+    void preRender(unsigned width, unsigned height, unsigned& outWidth, unsigned& outHeight) override;
+    void render(double time, unsigned width, unsigned height, unsigned format, float pixelAspect) override;
+    void end() override;
+    void preUIUpdate() override;
+    unsigned getNumParams() const override;
+    Parameter& getParamDesc(unsigned index) const override;
+    Parameter& getParam(unsigned index) const override;
+    void setParam(unsigned index, Parameter::Value& value) override;
+    void grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height, unsigned format,
+                         long rowBytes) override;
+    void* grabResultBegin() override;
+    void grabResultEnd(void* pixels) override;
+    std::uint32_t getVersion() override;
+    std::uint32_t getFlags() override;
+    std::uint32_t getFlags2() override;
+    std::uint32_t getPrivNum() override;
+    std::string getString(PluginString which) override;
+    unsigned getNumFeedbackFrames() override;
+    std::string getErrorText() override;
+    bool isInputRequested() override;
+    bool lockFrame() override;
+    void releaseFrame() override;
+    int flatten(void* buffer) override;
+    void unflatten(void* buffer) override;
+    void showOptions(void*) override;
+    void setCompositionSize(unsigned width, unsigned height, float scale) override;
+    void setInputOrigin(int x, int y) override;
+
+private:
+    struct SequenceData;
+
+    Sequence* SelectSequence() const;
+    static void ShowErrors(Sequence* sequence, const std::string& errors);
+    std::uint32_t ConfigNumber(const wchar_t* key) const;
+
+    SequenceData* m_SequenceData = nullptr; // the instance at work; the host keeps the record
+    std::unique_ptr<Config> m_Config;
+    std::unique_ptr<OpenGLContext> m_GlContext;
+    bool m_Initialised = false;
+    bool m_ScriptLoaded = false;
+    unsigned m_FramesSinceFlip = 0;
+};

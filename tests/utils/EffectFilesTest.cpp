@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include "engine/utils/BlobReader.h"
+#include "engine/utils/BlobScrambling.h"
+#include "engine/utils/Utils.h"
+#include "tests/support/TestPackage.h"
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+// Loose files again, whatever an earlier test opened.
+class EffectFilesTest : public testing::Test {
+protected:
+    EffectFilesTest() { ReadLoose(); }
+    ~EffectFilesTest() override { ReadLoose(); }
+
+    static void ReadLoose() {
+        Utils::ReadWholeTextFileCallback = nullptr;
+        Utils::ReadWholeFileCallback = nullptr;
+    }
+
+    // Opens a bundle whose package holds these bytes; true when the engine reads from the package afterwards.
+    bool Open(const Bytes& package) {
+        ReadLoose();
+        m_Folder.Write("Fx.plugin/Contents/Resources/blob.dat", std::string(package.begin(), package.end()));
+        std::string path = m_Folder.Path() / "Fx.plugin";
+        BlobReader::Instance().init(nullptr, path.data());
+        return Utils::ReadWholeTextFileCallback != nullptr && Utils::ReadWholeFileCallback != nullptr;
+    }
+
+    std::wstring Loose(const std::string& name) { return Utils::ToWide(m_Folder.Path() / name); }
+
+    TemporaryFolder m_Folder;
+};
+
+// The scrambling written out longhand from its definition, on 64-bit arithmetic.
+Bytes ScrambleByHand(const Bytes& plain) {
+    Bytes padded = plain;
+    padded.resize((plain.size() / 4 + 1) * 4);
+    std::uint64_t key = 0x5E1F0C37;
+    for (std::size_t at = 0; at < padded.size(); at += 4) {
+        std::uint64_t word = 0;
+        for (int i = 3; i >= 0; --i)
+            word = word * 256 + padded[at + static_cast<std::size_t>(i)];
+        const std::uint64_t cipher = word ^ key;
+        for (std::size_t i = 0; i < 4; ++i)
+            padded[at + i] = static_cast<unsigned char>(cipher >> (8 * i));
+        key = (key + word) % 0x100000000u * word % 0x100000000u;
+    }
+    padded.resize(plain.size());
+    return padded;
+}
+
+TEST_F(EffectFilesTest, ScramblingIsReversibleAtEveryLength) {
+    for (const std::size_t length : {0u, 1u, 3u, 4u, 5u, 4096u}) {
+        Bytes plain(length);
+        for (std::size_t i = 0; i < length; ++i)
+            plain[i] = static_cast<unsigned char>(i * 37 + i / 11 + 1);
+        const Bytes package = BlobScrambling::Scramble(plain);
+        EXPECT_EQ(package, ScrambleByHand(plain)) << length;
+        Bytes buffer = package;
+        buffer.resize(length + BlobScrambling::Padding);
+        BlobScrambling::Unscramble(buffer, length);
+        buffer.resize(length);
+        EXPECT_EQ(buffer, plain) << length;
+    }
+}
+
+TEST_F(EffectFilesTest, LooseFilesAreReadThroughTheProcessedPath) {
+    m_Folder.Write("fx.js", "draw");
+    m_Folder.Write("cut.txt", std::string("ab\0cd", 5));
+    EXPECT_EQ(Utils::ReadWholeTextFile(Loose("fx.js")), "draw");
+    EXPECT_EQ(Utils::ReadWholeTextFile(Loose("cut.txt")), "ab");
+    EXPECT_EQ(Utils::ReadWholeFile(Loose("cut.txt")).size(), 5u);
+    EXPECT_EQ(Utils::ReadWholeTextFile(Loose("absent.js")), "popa");
+    EXPECT_TRUE(Utils::ReadWholeFile(Loose("absent.js")).empty());
+
+    static std::wstring s_Base;
+    s_Base = Loose("");
+    Utils::ProcessPath = [](const std::wstring& path) { return s_Base + path; };
+    EXPECT_EQ(Utils::ReadWholeTextFile(L"fx.js"), "draw");
+    Utils::ProcessPath = Utils::PassThrough;
+}
+
+TEST_F(EffectFilesTest, AnOpenPackageServesEveryFileByItsBaseName) {
+    m_Folder.Write("loose.js", "loose");
+    ASSERT_TRUE(Open(BlobScrambling::Scramble(
+        ZipOf({{"fx.js", "script"}, {"a.frag", std::string("ab\0cd", 5)}, {"empty.txt", ""}}))));
+    EXPECT_EQ(Utils::ReadWholeTextFile(L"fx.js"), "script");
+    EXPECT_EQ(Utils::ReadWholeTextFile(L"shaders/a.frag"), "ab");
+    EXPECT_EQ(Utils::ReadWholeFile(L"/A.FRAG"), (Bytes{'a', 'b', 0, 'c', 'd'}));
+    EXPECT_EQ(Utils::ReadWholeTextFile(L"empty.txt"), "");
+    EXPECT_EQ(Utils::ReadWholeTextFile(L"absent.txt"), "");
+    EXPECT_EQ(Utils::ReadWholeTextFile(Loose("loose.js")), "") << "no loose file is read any more";
+}
+
+TEST_F(EffectFilesTest, WhatIsNoPackageLeavesLooseFiles) {
+    const Bytes zip = ZipOf({{"fx.js", "script"}});
+    EXPECT_FALSE(Open({}));
+    EXPECT_FALSE(Open({7}));
+    EXPECT_FALSE(Open(zip)) << "a zip that is not scrambled";
+    std::string nowhere = m_Folder.Path() / "Absent.plugin";
+    BlobReader::Instance().init(nullptr, nowhere.data());
+    EXPECT_EQ(Utils::ReadWholeFileCallback, nullptr);
+    BlobReader::Instance().init(nullptr, nullptr);
+    EXPECT_EQ(Utils::ReadWholeFileCallback, nullptr);
+}
+
+// Whatever remains of a package, it opens or falls back, and entries are whole or empty.
+TEST_F(EffectFilesTest, CutAndDamagedPackagesNeverYieldWrongBytes) {
+    std::string text;
+    for (int i = 0; i < 40; ++i)
+        text += "uniform float u" + std::to_string(i * i) + ";\n";
+    const Bytes whole = ZipOf({{"fx.js", text}, {"config.xml", "<FLAGS>1</FLAGS>"}});
+    const auto check = [&](const Bytes& zip) {
+        if (!Open(BlobScrambling::Scramble(zip)))
+            return;
+        const std::string got = Utils::ReadWholeTextFile(L"fx.js");
+        EXPECT_TRUE(got.empty() || got == text);
+    };
+    for (std::size_t length = 0; length <= whole.size(); ++length)
+        check(Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)));
+    for (std::size_t at = 0; at < whole.size(); ++at) {
+        Bytes damaged = whole;
+        damaged[at] ^= 0xFF;
+        check(damaged);
+    }
+    Bytes flipped = BlobScrambling::Scramble(whole);
+    flipped[flipped.size() / 2] ^= 1; // a damaged scrambled byte spoils all that follows
+    EXPECT_FALSE(Open(flipped));
+}
+
+TEST_F(EffectFilesTest, WideNamesTravelAsUtf8) {
+    EXPECT_EQ(Utils::ToNarrow(L"a\u00e9\u20ac\U0001F3A8"), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA8");
+    EXPECT_EQ(Utils::ToWide("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA8"), L"a\u00e9\u20ac\U0001F3A8");
+    EXPECT_EQ(Utils::ToWide("a\xFFz\xC3"), L"a\xFFFDz\xFFFD");
+}
+
+} // namespace
