@@ -5,7 +5,8 @@
 namespace {
 
 // Runs steps that may throw a fault and turns it into the number that callers get.
-template <class Steps> int FaultNumber(Steps steps) {
+template <class Steps>
+int FaultNumber(Steps steps) {
     try {
         steps();
     } catch (OpenGLFault fault) {
@@ -15,7 +16,8 @@ template <class Steps> int FaultNumber(Steps steps) {
 }
 
 CGLContextObj CreateContext() {
-    const CGLPixelFormatAttribute attributes[] = {kCGLPFAAccelerated, static_cast<CGLPixelFormatAttribute>(0)};
+    const CGLPixelFormatAttribute attributes[] = {kCGLPFAAccelerated,
+                                                  static_cast<CGLPixelFormatAttribute>(0)};
     CGLPixelFormatObj format = nullptr;
     GLint count = 0;
     CGLChoosePixelFormat(attributes, &format, &count);

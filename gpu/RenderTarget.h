@@ -37,9 +37,9 @@ public:
     unsigned framebuffer() const { return m_Framebuffer; } // GL name; 0 when there is none
     bool usable() const { return m_Framebuffer != 0 && id() != 0; }
 
-    static RenderTarget invalid;   // what failed look-ups return
-    static RenderTarget screen;    // stands for the default framebuffer: its name is 0
-    static unsigned m_CurrentFBO;  // the framebuffer that set or grabBegin bound last
+    static RenderTarget invalid;  // what failed look-ups return
+    static RenderTarget screen;   // stands for the default framebuffer: its name is 0
+    static unsigned m_CurrentFBO; // the framebuffer that set or grabBegin bound last
 
 private:
     void bind(int x, int y, int width, int height);

@@ -69,7 +69,7 @@ private:
     bool compile(unsigned shader, const std::string& text);
     bool link();
     void gatherUniforms();
-    Parameter describeUniform(unsigned index, bool& accepted);
+    Parameter describeUniform(unsigned index); // array size 0: not a uniform to keep
     void applyParameters();
     void applyTexture(const Parameter& parameter);
     void applyTextureParameters(int width, int height);

@@ -41,7 +41,8 @@ CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* pa
                                                  Boolean /*isDirectory*/) {
     if (!path || length <= 0)
         return nullptr;
-    return new UrlRecord(WithoutTrailingSlash({reinterpret_cast<const char*>(path), static_cast<size_t>(length)}));
+    return new UrlRecord(
+        WithoutTrailingSlash({reinterpret_cast<const char*>(path), static_cast<size_t>(length)}));
 }
 
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean /*resolveAgainstBase*/, UInt8* buffer,

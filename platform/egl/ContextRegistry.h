@@ -47,12 +47,12 @@ private:
     using Lock = std::unique_lock<std::mutex>;
     using Entry = std::shared_ptr<ContextRecord>;
 
-    bool OpenDisplay();                           // the lock is held in this and all below
-    Entry Find(CGLContextObj context) const;      // null when unknown
-    ContextRecord* Synchronise();                 // the thread's own record, brought in line with EGL
-    ContextRecord* Adopt(EGLContext context);     // the record of what other code made current
-    bool Switch(ContextRecord* record);           // one attempt; false when EGL refuses
-    void SetThreadRecord(ContextRecord* record);  // also frees the one held before
+    bool OpenDisplay();                          // the lock is held in this and all below
+    Entry Find(CGLContextObj context) const;     // null when unknown
+    ContextRecord* Synchronise();                // the thread's own record, brought in line with EGL
+    ContextRecord* Adopt(EGLContext context);    // the record of what other code made current
+    bool Switch(ContextRecord* record);          // one attempt; false when EGL refuses
+    void SetThreadRecord(ContextRecord* record); // also frees the one held before
     void EndThread(ContextRecord* record);
     static void OnThreadEnd(void* record);
 

@@ -41,7 +41,8 @@ bool HasExtension(const char* list, std::string_view name) {
     return false;
 }
 
-template <class Function> Function LoadFunction(const char* name) {
+template <class Function>
+Function LoadFunction(const char* name) {
     return reinterpret_cast<Function>(eglGetProcAddress(name));
 }
 

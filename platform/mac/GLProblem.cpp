@@ -3,7 +3,8 @@
 #include "platform/CGL.h"
 
 std::string PlatformGLProblem() {
-    const CGLPixelFormatAttribute attributes[] = {kCGLPFAAccelerated, static_cast<CGLPixelFormatAttribute>(0)};
+    const CGLPixelFormatAttribute attributes[] = {kCGLPFAAccelerated,
+                                                  static_cast<CGLPixelFormatAttribute>(0)};
     CGLPixelFormatObj format = nullptr;
     GLint count = 0;
     const CGLError error = CGLChoosePixelFormat(attributes, &format, &count);

@@ -1,0 +1,56 @@
+#include "gpu/DrawText.h"
+
+#include "gpu/BitmapFont.h"
+#include "platform/GL.h"
+
+namespace {
+
+constexpr GLsizei s_ListCount = 128;
+constexpr int s_LineHeight = 16;
+constexpr int s_BaseLine = 4;
+
+// One list a character code; 0 when GL has none to give.
+GLuint MakeLists() {
+    const GLuint base = glGenLists(s_ListCount);
+    if (base == 0)
+        return 0;
+    for (GLsizei code = 0; code < s_ListCount; ++code) {
+        glNewList(base + static_cast<GLuint>(code), GL_COMPILE);
+        glutBitmapCharacter(g_Helvetica12, code);
+        glEndList();
+    }
+    return base;
+}
+
+void DrawRow(int x, int y, const char* text, std::size_t length) {
+    glRasterPos2i(x, y);
+    glCallLists(static_cast<GLsizei>(length), GL_UNSIGNED_BYTE, text);
+}
+
+} // namespace
+
+void Utils::DrawText(int x, int y, int lineCount, const std::string& text) {
+    static GLuint s_Base = 0;
+    // The lists go with their GL context; a later one needs its own.
+    if (s_Base == 0 || !glIsList(s_Base))
+        s_Base = MakeLists();
+    if (s_Base == 0)
+        return;
+    glListBase(s_Base);
+
+    if (lineCount < 2) {
+        DrawRow(x + 1, y + s_BaseLine, text.data(), text.size());
+        return;
+    }
+    std::size_t start = 0;
+    for (int remaining = lineCount - 1; remaining >= 0;) {
+        const std::size_t end = text.find('\n', start);
+        if (end == std::string::npos)
+            return;
+        if (end > start) {
+            DrawRow(x + 1, y + s_BaseLine + s_LineHeight * remaining, text.data() + start, end - start);
+            --remaining;
+        }
+        start = end + 1;
+    }
+}

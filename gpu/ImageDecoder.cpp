@@ -1,0 +1,49 @@
+#include "gpu/ImageDecoder.h"
+
+#include <limits>
+#include <string_view>
+
+// The decoder is compiled into this file only, under internal names: other libraries carry their own copy.
+#define STB_IMAGE_STATIC
+#define STB_IMAGE_IMPLEMENTATION
+#define STBI_NO_STDIO
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-function"
+#include <stb_image.h>
+#pragma GCC diagnostic pop
+
+namespace {
+
+constexpr std::string_view s_RadianceSignature = "#?RADIANCE\n";
+constexpr int s_Channels = 4;
+
+bool IsRadiance(const std::vector<unsigned char>& file) {
+    const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
+    return text.substr(0, s_RadianceSignature.size()) == s_RadianceSignature;
+}
+
+} // namespace
+
+void DecodedImage::Deleter::operator()(void* pixels) const {
+    stbi_image_free(pixels);
+}
+
+DecodedImage DecodeImage(const std::vector<unsigned char>& file) {
+    DecodedImage image;
+    if (file.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+        return image;
+    const int size = static_cast<int>(file.size());
+    int width = 0, height = 0, channels = 0;
+    if (IsRadiance(file)) {
+        image.depth = 32;
+        image.pixels.reset(stbi_loadf_from_memory(file.data(), size, &width, &height, &channels, s_Channels));
+    } else {
+        image.depth = 8;
+        image.pixels.reset(stbi_load_from_memory(file.data(), size, &width, &height, &channels, s_Channels));
+    }
+    if (image.pixels) {
+        image.width = static_cast<unsigned>(width);
+        image.height = static_cast<unsigned>(height);
+    }
+    return image;
+}

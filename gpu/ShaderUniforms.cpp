@@ -1,0 +1,180 @@
+// The part of Shader that turns uniforms into parameters and uploads them.
+
+#include <cstdio>
+#include <iterator>
+#include <string_view>
+
+#include "gpu/Shader.h"
+#include "platform/GL.h"
+
+namespace {
+
+constexpr GLsizei s_MaxNameLength = 128; // with the terminating zero
+
+struct TypeRow {
+    GLenum glType;
+    Parameter::Type type;
+};
+constexpr TypeRow s_Types[] = {
+    {GL_FLOAT, Parameter::FLOAT},      {GL_FLOAT_VEC2, Parameter::POINT2D}, {GL_FLOAT_VEC3, Parameter::POINT},
+    {GL_FLOAT_VEC4, Parameter::COLOR}, {GL_BOOL, Parameter::BOOL},          {GL_INT, Parameter::POPUP},
+    {GL_SAMPLER_2D, Parameter::LAYER},
+};
+
+constexpr std::string_view s_EngineSupplied[] = {"sInput0", "resolution", "time", "_height_"};
+
+// Both spellings are in use; %d is the texture unit.
+constexpr const char* s_TextureParameterNames[] = {"s_Texture%dParams", "Texture%dParams"};
+
+Parameter::Type TypeOf(GLenum glType) {
+    for (const TypeRow& row : s_Types)
+        if (row.glType == glType)
+            return row.type;
+    return Parameter::UNKNOWN;
+}
+
+bool IsEngineSupplied(const std::string& name) {
+    for (const std::string_view known : s_EngineSupplied)
+        if (name == known)
+            return true;
+    return name.find("s_Texture") != std::string::npos;
+}
+
+// Without the defaults that a script's parameters start with.
+Parameter EmptyParameter() {
+    Parameter parameter;
+    parameter.min = {};
+    parameter.max = {};
+    parameter.choices.clear();
+    parameter.choiceCount = 0;
+    return parameter;
+}
+
+const Parameter* FindByName(const ParametersHolder& holder, const std::string& name) {
+    const unsigned count = holder.GetNumParams();
+    for (unsigned i = 0; i < count; ++i)
+        if (const Parameter& parameter = holder.GetParamByIdx(i); parameter.name == name)
+            return &parameter;
+    return nullptr;
+}
+
+} // namespace
+
+void Shader::gatherUniforms() {
+    GLint count = 0;
+    glGetProgramiv(m_Program, GL_ACTIVE_UNIFORMS, &count);
+    std::vector<Parameter> found;
+    found.reserve(static_cast<std::size_t>(count));
+    for (GLint i = 0; i < count; ++i) {
+        Parameter parameter = describeUniform(static_cast<unsigned>(i));
+        if (parameter.arraySize != 0)
+            found.push_back(std::move(parameter));
+    }
+    m_Parameters = std::move(found);
+}
+
+Parameter Shader::describeUniform(unsigned index) {
+    GLchar name[s_MaxNameLength] = "";
+    GLint size = 0;
+    GLenum glType = 0;
+    glGetActiveUniform(m_Program, index, s_MaxNameLength, nullptr, &size, &glType, name);
+    Parameter parameter = EmptyParameter();
+    if (size == 0)
+        return parameter;
+    parameter.name = name;
+    parameter.arraySize = static_cast<std::uint32_t>(size);
+    if (size >= 2) {
+        m_ErrorText = "Shader parameter arrays are not supported!";
+    } else {
+        parameter.type = TypeOf(glType);
+        if (parameter.type == Parameter::UNKNOWN)
+            m_ErrorText = "Unknown shader parameter!";
+    }
+    parameter.engineSupplied = IsEngineSupplied(parameter.name);
+    parameter.uniformLocation = getUniformLocation(name);
+    if (s_GlobalParameters)
+        if (const Parameter* global = FindByName(*s_GlobalParameters, parameter.name))
+            parameter.type = global->type;
+    return parameter;
+}
+
+void Shader::applyParameters() {
+    for (const Parameter& parameter : m_Parameters) {
+        const GLint location = parameter.uniformLocation;
+        const auto* floats = static_cast<const GLfloat*>(parameter.value.Data());
+        switch (parameter.type) {
+        case Parameter::FLOAT:
+        case Parameter::ANGLE:
+            glUniform1f(location, parameter.value.Float(0));
+            break;
+        case Parameter::POINT2D:
+            glUniform2fv(location, 1, floats);
+            break;
+        case Parameter::POINT:
+            glUniform3fv(location, 1, floats);
+            break;
+        case Parameter::COLOR:
+            glUniform4fv(location, 1, floats);
+            break;
+        case Parameter::BOOL:
+        case Parameter::POPUP: {
+            const GLint number = parameter.value.Int(0);
+            glUniform1iv(location, 1, &number);
+            break;
+        }
+        case Parameter::LAYER:
+            applyTexture(parameter);
+            break;
+        default: // nothing that a uniform could take
+            break;
+        }
+    }
+}
+
+void Shader::applyTexture(const Parameter& parameter) {
+    glActiveTexture(GL_TEXTURE0 + m_TextureUnit);
+    glBindTexture(GL_TEXTURE_2D, parameter.value.Word(0));
+    glUniform1i(parameter.uniformLocation, static_cast<GLint>(m_TextureUnit));
+    GLint width = 0, height = 0;
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
+    applyTextureParameters(width, height);
+    ++m_TextureUnit;
+}
+
+void Shader::applyTextureParameters(int width, int height) {
+    const auto w = static_cast<GLfloat>(width);
+    const auto h = static_cast<GLfloat>(height);
+    const GLfloat extent[] = {w, h, 1.0f / w, 1.0f / h};
+    for (const char* format : s_TextureParameterNames) {
+        char name[64];
+        std::snprintf(name, sizeof name, format, static_cast<int>(m_TextureUnit));
+        if (const int location = getUniformLocation(name); location != -1)
+            glUniform4fv(location, 1, extent);
+    }
+}
+
+int Shader::getUniformLocation(const char* name) {
+    const auto [entry, isNew] = m_UniformLocations.try_emplace(name, -1);
+    if (isNew)
+        entry->second = glGetUniformLocation(m_Program, name);
+    return entry->second;
+}
+
+int Shader::getParamLocation(const char* name) {
+    const auto cached = m_ParameterIndices.find(name);
+    if (cached != m_ParameterIndices.end())
+        return cached->second;
+    for (std::size_t i = 0; i < m_Parameters.size(); ++i)
+        if (m_Parameters[i].name == name)
+            return m_ParameterIndices[name] = static_cast<int>(i);
+    return -1;
+}
+
+Parameter& Shader::getParameterInfo(const std::string& name) {
+    static Parameter empty = EmptyParameter();
+    const int index = getParamLocation(name.c_str());
+    if (index < 0 || static_cast<std::size_t>(index) >= m_Parameters.size())
+        return empty;
+    return m_Parameters[static_cast<std::size_t>(index)];
+}
