@@ -1,0 +1,31 @@
+#pragma once
+
+#include <vector>
+
+#include "scripting/Scripting.h"
+#include "standalone/diagnostics/Diagnostic.h"
+#include "standalone/effects/EffectSource.h"
+
+namespace fxhost {
+
+// Listens for script errors, which the engine swallows, as long as it lives. One at a time.
+class ScriptWatch {
+public:
+    explicit ScriptWatch(const EffectSource& source);
+    ~ScriptWatch();
+    ScriptWatch(const ScriptWatch&) = delete;
+    ScriptWatch& operator=(const ScriptWatch&) = delete;
+
+    // What was heard since the last call, each error once however often it comes.
+    std::vector<Diagnostic> take();
+
+private:
+    static void heard(const ScriptError& error);
+
+    const EffectSource& m_Source;
+    std::vector<Diagnostic> m_All;
+    std::size_t m_Taken = 0;
+    static ScriptWatch* s_Current;
+};
+
+} // namespace fxhost

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace fxhost {
+
+// A subcommand of the tool, added to the parser. `run` gives the exit status and may throw WrongUse or
+// EffectFailure.
+struct Command {
+    CLI::App* app = nullptr;
+    std::function<int()> run;
+};
+
+Command AddRender(CLI::App& tool);
+Command AddInfo(CLI::App& tool);
+
+} // namespace fxhost

@@ -1,0 +1,67 @@
+#include "standalone/effects/ScriptScan.h"
+
+#include <algorithm>
+#include <regex>
+
+namespace fxhost {
+
+namespace {
+
+// Group 1 is the function, group 3 the name, group 4 what follows it.
+const std::regex& CallPattern() {
+    static const std::regex pattern(
+        R"re((?:SV_|S\.V\.)(initShader|initTexture)\s*\(\s*(["'])([^"'\\\n]*)\2\s*([),]))re",
+        std::regex::optimize);
+    return pattern;
+}
+
+} // namespace
+
+std::string WithoutComments(const std::string& script) {
+    enum class In { Code, Line, Block, String } in = In::Code;
+    char quote = 0;
+    std::string text = script;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = script[i], next = i + 1 < script.size() ? script[i + 1] : '\0';
+        if (in == In::Code && c == '/' && (next == '/' || next == '*')) {
+            in = next == '/' ? In::Line : In::Block;
+            text[i] = text[i + 1] = ' ';
+            ++i;
+        } else if (in == In::Code && (c == '"' || c == '\'')) {
+            in = In::String;
+            quote = c;
+        } else if (in == In::String) {
+            if (c == '\\')
+                ++i;
+            else if (c == quote || c == '\n')
+                in = In::Code;
+        } else if (in == In::Line || in == In::Block) {
+            if (in == In::Line && c == '\n') {
+                in = In::Code;
+            } else if (in == In::Block && c == '*' && next == '/') {
+                text[i] = text[i + 1] = ' ';
+                ++i;
+                in = In::Code;
+            } else if (c != '\n') {
+                text[i] = ' ';
+            }
+        }
+    }
+    return text;
+}
+
+std::vector<FileReference> FindFileReferences(const std::string& script) {
+    const std::string text = WithoutComments(script);
+    std::vector<FileReference> found;
+    for (std::sregex_iterator call(text.begin(), text.end(), CallPattern()), end; call != end; ++call) {
+        const bool isShader = (*call)[1] == "initShader";
+        if (isShader && (*call)[4] == ",") // its source text follows
+            continue;
+        const int line =
+            static_cast<int>(std::count(text.begin(), text.begin() + call->position(), '\n')) + 1;
+        found.push_back({(*call)[3].str() + (isShader ? ".frag" : ""), line});
+    }
+    return found;
+}
+
+} // namespace fxhost

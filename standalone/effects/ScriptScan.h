@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace fxhost {
+
+// A file that a script names as a plain string.
+struct FileReference {
+    std::string file; // "blur.frag" for a shader, else the name as written
+    int line = 0;     // in the script, from 1
+};
+
+// The shader files and images that a script asks for with a literal name: SV_initShader("name") without a
+// source text, and SV_initTexture("name"), in either spelling. Comments do not count; names that are put
+// together at run time are not seen.
+std::vector<FileReference> FindFileReferences(const std::string& script);
+
+// The script with comments blanked out and line breaks kept; strings stay.
+std::string WithoutComments(const std::string& script);
+
+} // namespace fxhost

@@ -1,0 +1,51 @@
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <vector>
+
+#include "standalone/Errors.h"
+#include "standalone/cli/Commands.h"
+
+namespace {
+
+using namespace fxhost;
+
+using AddCommand = Command (*)(CLI::App&);
+constexpr AddCommand s_Commands[] = {AddRender, AddInfo};
+
+int Fail(const char* text, int status) {
+    std::fprintf(stderr, "fxhost: %s\n", text);
+    return status;
+}
+
+int RunChosen(const std::vector<Command>& commands) {
+    for (const Command& command : commands)
+        if (command.app->parsed())
+            return command.run();
+    return ExitWrongUse;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App tool("Runs shader effects from the command line.", "fxhost");
+    tool.set_version_flag("--version", std::string("fxhost ") + FX_VERSION);
+    tool.require_subcommand(1);
+    tool.footer("Exit status: 0 done; 1 the effect failed; 2 wrong use.\n"
+                "`fxhost COMMAND --help` tells a command's options, with examples.");
+    std::vector<Command> commands;
+    for (const AddCommand add : s_Commands)
+        commands.push_back(add(tool));
+    try {
+        tool.parse(argc, argv);
+        return RunChosen(commands);
+    } catch (const CLI::ParseError& error) {
+        return tool.exit(error) == 0 ? ExitOk : ExitWrongUse;
+    } catch (const WrongUse& error) {
+        return Fail(error.what(), ExitWrongUse);
+    } catch (const std::bad_alloc&) {
+        return Fail("not enough memory", ExitEffectFailed);
+    } catch (const std::exception& error) {
+        return Fail(error.what(), ExitEffectFailed);
+    }
+}
