@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# Installs what building, testing and running needs. Does nothing, and needs no network, when all is there.
+set -euo pipefail
+
+# Debian and Ubuntu package | Homebrew formula ("-" where macOS brings it)
+packages="
+g++                   | -
+cmake                 | cmake
+ninja-build           | ninja
+pkg-config            | pkgconf
+duktape-dev           | duktape
+libstb-dev            | stb
+librapidxml-dev       | rapidxml
+libzip-dev            | libzip
+libegl-dev            | -
+libopengl-dev         | -
+libgl-dev             | -
+libegl-mesa0          | -
+libgl1-mesa-dri       | -
+libgtest-dev          | googletest
+libgmock-dev          | googletest
+libbenchmark-dev      | google-benchmark
+libcli11-dev          | cli11
+nlohmann-json3-dev    | nlohmann-json
+libopenimageio-dev    | openimageio
+"
+
+column() { awk -F'|' -v n="$1" 'NF == 2 { gsub(/[ \t]/, "", $n); if ($n != "-") print $n }' <<<"$packages" | sort -u; }
+
+give_up() {
+    echo "Could not install: $*" >&2
+    echo "Connect to the network and try again, or install them by hand." >&2
+    exit 1
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"
+    elif command -v sudo >/dev/null; then sudo "$@"
+    else
+        echo "Root rights are needed to install packages, and there is no sudo." >&2
+        return 1
+    fi
+}
+
+install_debian() {
+    local missing=() name
+    for name in $(column 1); do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    echo "Installing ${missing[*]}" >&2
+    local get=(env DEBIAN_FRONTEND=noninteractive apt-get -qq -o Dpkg::Use-Pty=0)
+    as_root "${get[@]}" update >&2 || echo "The package lists could not be refreshed." >&2
+    as_root "${get[@]}" install -y --no-install-recommends "${missing[@]}" >&2 || give_up "${missing[@]}"
+}
+
+install_macos() {
+    command -v brew >/dev/null || { echo "Homebrew is needed: https://brew.sh" >&2; exit 1; }
+    local missing=() present name
+    present=$(brew list --formula -1)
+    for name in $(column 2); do
+        grep -qx "$name" <<<"$present" || missing+=("$name")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    echo "Installing ${missing[*]}" >&2
+    brew install --quiet "${missing[@]}" >&2 || give_up "${missing[@]}"
+}
+
+if [ "$(uname -s)" = Darwin ]; then install_macos
+elif command -v dpkg-query >/dev/null; then install_debian
+else
+    echo "Neither a Debian-like system nor macOS; install by hand what corresponds to:" $(column 1) >&2
+fi
