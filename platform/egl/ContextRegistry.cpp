@@ -198,8 +198,10 @@ void ContextRegistry::EndThread(ContextRecord* record) {
     const Lock lock(m_Mutex);
     // The key's value is already cleared here; give it back so that the record is freed in one place.
     pthread_setspecific(m_ThreadRecord, record);
-    // Unlike eglMakeCurrent this works after EGL's dispatcher has forgotten the thread.
-    eglReleaseThread();
+    // EGL's dispatcher may have forgotten the thread by now and would ignore the release. Making the context
+    // current once more, which the driver still takes for granted, tells it again.
+    eglMakeCurrent(record->display, EGL_NO_SURFACE, EGL_NO_SURFACE, record->context);
+    ReleaseEglContext();
     SetThreadRecord(nullptr);
 }
 

@@ -63,6 +63,24 @@ private:
     bool m_Bound;
 };
 
+// An environment variable that is set during the scope; one that the user has set stays as it is.
+class ScopedVariable {
+public:
+    ScopedVariable(const char* name, const char* value) : m_Name(std::getenv(name) ? nullptr : name) {
+        if (m_Name)
+            setenv(m_Name, value, 0);
+    }
+    ~ScopedVariable() {
+        if (m_Name)
+            unsetenv(m_Name);
+    }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+private:
+    const char* m_Name;
+};
+
 std::vector<EGLDeviceEXT> Devices() {
     const auto query = LoadFunction<PFNEGLQUERYDEVICESEXTPROC>("eglQueryDevicesEXT");
     EGLint count = 0;
@@ -145,8 +163,9 @@ std::string EglErrorName(EGLint error) {
 
 GLDisplay ChooseGLDisplay(std::string& problem) {
     // Old effects call texture2DLod in fragment shaders without asking for an extension. Mesa accepts that
-    // only with this option on, which it reads when a display is initialised.
-    setenv("force_glsl_extensions_warn", "true", 0);
+    // only with this option on, which it reads when a display is initialised and, unless silent, announces.
+    const ScopedVariable lenient("force_glsl_extensions_warn", "true");
+    const ScopedVariable silent("MESA_DEBUG", "silent");
 
     GLDisplay result;
     std::string reasons;
