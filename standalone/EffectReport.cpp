@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "engine/utils/Utils.h"
 #include "gpu/ShaderPitcher.h"
+#include "standalone/LiveResources.h"
 #include "standalone/diagnostics/ShaderErrors.h"
 #include "standalone/effects/ScriptScan.h"
 
@@ -14,21 +16,28 @@ int CountLines(const std::string& text) {
     return static_cast<int>(std::count(text.begin(), text.end(), '\n')) + (text.ends_with('\n') ? 0 : 1);
 }
 
+// The text of a shader that was made from one.
+std::string InlineText(const std::string& name) {
+    for (const Shader* shader : LiveResources<Shader>())
+        if (shader->filePath().empty() && Utils::ToNarrow(shader->name()) == name)
+            return shader->source();
+    return "";
+}
+
+// The engine names shaders by "/file.frag", or by their bare name when the script holds their text.
 ShaderOrigin OriginOf(const std::string& name, const EffectSource& source) {
-    const std::string file = name + ".frag";
-    if (const auto text = source.ReadText(file))
-        return {source.Shown(file), false, CountLines(*text),
-                static_cast<int>(ShaderPitcher::AddedLines(*text))};
-    // A shader whose text the script holds has no file; nothing tells the two apart once the file is missing.
-    const auto script = source.ReadText("fx.js").value_or("");
-    const auto references = FindFileReferences(script);
-    const bool asked = std::any_of(references.begin(), references.end(),
-                                   [&](const FileReference& reference) { return reference.file == file; });
-    const auto missing = EffectSource::MissingFiles();
-    const bool looked = std::find(missing.begin(), missing.end(), file) != missing.end();
-    if (asked || looked)
-        return {source.Shown(file), true, 0, 0};
-    return {source.Shown("fx.js") + " (text of shader \"" + name + "\")", false, 0, 0};
+    const auto describe = [](const std::string& file, const std::string& text) {
+        return ShaderOrigin{file, false, CountLines(text), static_cast<int>(ShaderPitcher::AddedLines(text))};
+    };
+    if (!name.starts_with('/')) {
+        ShaderOrigin origin = describe(source.Shown("fx.js"), InlineText(name));
+        origin.inScript = true;
+        origin.scriptLine = LineOfInlineShader(source.ReadText("fx.js").value_or(""), name);
+        return origin;
+    }
+    if (const auto text = source.ReadText(name))
+        return describe(source.Shown(name), *text);
+    return {source.Shown(name), true};
 }
 
 } // namespace

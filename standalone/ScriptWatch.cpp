@@ -7,16 +7,23 @@ namespace fxhost {
 
 namespace {
 
-// The traceback without the line that repeats the message.
+// The calls of the author's script, without the line that repeats the message and the interpreter's own.
 std::vector<std::string> StackLines(const ScriptError& error) {
     std::vector<std::string> lines;
     std::istringstream stack(error.stack);
     for (std::string line; std::getline(stack, line);) {
         line.erase(0, line.find_first_not_of(" \t"));
-        if (!line.empty() && line != error.message)
+        if (line.starts_with("at ") && !line.ends_with(" internal") && !line.starts_with("at eval "))
             lines.push_back(line);
     }
     return lines;
+}
+
+// "SyntaxError: text (line 3)" without what the finding's own line says already.
+std::string Message(const ScriptError& error) {
+    const std::string suffix = " (line " + std::to_string(error.line) + ")";
+    return error.message.ends_with(suffix) ? error.message.substr(0, error.message.size() - suffix.size())
+                                           : error.message;
 }
 
 } // namespace
@@ -34,13 +41,18 @@ ScriptWatch::~ScriptWatch() {
 }
 
 void ScriptWatch::heard(const ScriptError& error) {
-    Diagnostic found{s_Current->m_Source.Shown("fx.js"), error.line, Severity::Error, error.message,
+    ScriptWatch& watch = *s_Current;
+    const bool isSetup = error.evaluated == "fx.js";
+    watch.m_SetupFailed |= isSetup;
+    // Callbacks that a broken script never came to define are no findings of their own.
+    if (!isSetup && watch.m_SetupFailed && error.line == 0)
+        return;
+    Diagnostic found{watch.m_Source.Shown("fx.js"), error.line, Severity::Error, Message(error),
                      StackLines(error)};
-    if (error.evaluated != "fx.js")
-        found.notes.push_back("while the engine evaluated " + error.evaluated);
-    auto& all = s_Current->m_All;
-    if (std::find(all.begin(), all.end(), found) == all.end())
-        all.push_back(std::move(found));
+    if (!isSetup)
+        found.notes.push_back("in the engine's call of " + error.evaluated);
+    if (std::find(watch.m_All.begin(), watch.m_All.end(), found) == watch.m_All.end())
+        watch.m_All.push_back(std::move(found));
 }
 
 std::vector<Diagnostic> ScriptWatch::take() {

@@ -25,6 +25,7 @@ private:
     const EffectSource& m_Source;
     std::vector<Diagnostic> m_All;
     std::size_t m_Taken = 0;
+    bool m_SetupFailed = false;
     static ScriptWatch* s_Current;
 };
 

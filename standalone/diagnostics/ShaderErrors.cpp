@@ -49,6 +49,15 @@ int AuthorLine(const LogMessage& message, const ShaderOrigin& origin) {
     return line;
 }
 
+Diagnostic Finding(const LogMessage& message, const ShaderOrigin& origin, const std::string& shader) {
+    const int line = AuthorLine(message, origin);
+    const std::string text = WithoutRewriting(message.text);
+    if (!origin.inScript)
+        return {origin.file, line, message.severity, text, {}};
+    const std::string place = "shader \"" + shader + "\"" + (line ? ", line " + std::to_string(line) : "");
+    return {origin.file, origin.scriptLine, message.severity, place + ": " + text, {}};
+}
+
 // The text after a headline that only says which step failed.
 std::string Log(const std::string& text) {
     constexpr std::string_view headlines[] = {"Shader compilation failed:\n", "Program linking failed:\n"};
@@ -73,11 +82,7 @@ std::vector<Diagnostic> ShaderDiagnostics(const std::string& errorText, const Sh
             found.push_back(
                 {origin.file, 0, Severity::Error, "refused by the driver, which gives no reason", {}});
         for (const LogMessage& message : messages)
-            found.push_back({origin.file,
-                             AuthorLine(message, origin),
-                             message.severity,
-                             WithoutRewriting(message.text),
-                             {}});
+            found.push_back(Finding(message, origin, block.name));
     }
     return found;
 }

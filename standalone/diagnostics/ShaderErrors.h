@@ -10,10 +10,12 @@ namespace fxhost {
 
 // What is known of a shader by its name.
 struct ShaderOrigin {
-    std::string file;     // how it is shown to the author
-    bool missing = false; // the effect has no such file
-    int lines = 0;        // lines of the author's text, 0 when unknown
-    int linesInFront = 0; // lines that rewriting puts before the author's first
+    std::string file;      // how it is shown to the author
+    bool missing = false;  // the effect has no such file
+    int lines = 0;         // lines of the author's text, 0 when unknown
+    int linesInFront = 0;  // lines that rewriting puts before the author's first
+    bool inScript = false; // the text is a string in the script `file`, whose call is on `scriptLine`
+    int scriptLine = 0;
 };
 using ShaderLookup = std::function<ShaderOrigin(const std::string& name)>;
 

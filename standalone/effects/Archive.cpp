@@ -9,7 +9,7 @@ namespace fxhost {
 namespace {
 
 constexpr zip_uint64_t s_MostUnpacked = zip_uint64_t{1} << 30;
-constexpr std::size_t s_SmallestZip = 22; // the record at the end
+constexpr std::size_t s_SmallestZip = 22;    // the record at the end
 constexpr zip_uint16_t s_FirstDosDay = 0x21; // 1980-01-01
 
 struct Discard {

@@ -7,12 +7,29 @@ namespace fxhost {
 
 namespace {
 
+struct Call {
+    bool isShader = false;
+    std::string name;
+    bool hasMore = false; // another argument follows
+    int line = 0;
+};
+
 // Group 1 is the function, group 3 the name, group 4 what follows it.
 const std::regex& CallPattern() {
     static const std::regex pattern(
         R"re((?:SV_|S\.V\.)(initShader|initTexture)\s*\(\s*(["'])([^"'\\\n]*)\2\s*([),]))re",
         std::regex::optimize);
     return pattern;
+}
+
+std::vector<Call> Calls(const std::string& script) {
+    const std::string text = WithoutComments(script);
+    std::vector<Call> calls;
+    for (std::sregex_iterator call(text.begin(), text.end(), CallPattern()), end; call != end; ++call)
+        calls.push_back(
+            {(*call)[1] == "initShader", (*call)[3], (*call)[4] == ",",
+             static_cast<int>(std::count(text.begin(), text.begin() + call->position(), '\n')) + 1});
+    return calls;
 }
 
 } // namespace
@@ -51,17 +68,18 @@ std::string WithoutComments(const std::string& script) {
 }
 
 std::vector<FileReference> FindFileReferences(const std::string& script) {
-    const std::string text = WithoutComments(script);
     std::vector<FileReference> found;
-    for (std::sregex_iterator call(text.begin(), text.end(), CallPattern()), end; call != end; ++call) {
-        const bool isShader = (*call)[1] == "initShader";
-        if (isShader && (*call)[4] == ",") // its source text follows
-            continue;
-        const int line =
-            static_cast<int>(std::count(text.begin(), text.begin() + call->position(), '\n')) + 1;
-        found.push_back({(*call)[3].str() + (isShader ? ".frag" : ""), line});
-    }
+    for (const Call& call : Calls(script))
+        if (!call.isShader || !call.hasMore) // a shader's second argument is its source text
+            found.push_back({call.name + (call.isShader ? ".frag" : ""), call.line});
     return found;
+}
+
+int LineOfInlineShader(const std::string& script, const std::string& name) {
+    for (const Call& call : Calls(script))
+        if (call.isShader && call.hasMore && call.name == name)
+            return call.line;
+    return 0;
 }
 
 } // namespace fxhost

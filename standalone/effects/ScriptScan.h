@@ -16,6 +16,10 @@ struct FileReference {
 // together at run time are not seen.
 std::vector<FileReference> FindFileReferences(const std::string& script);
 
+// The line of the call that makes the shader of this name from a text; 0 when there is none with a literal
+// name.
+int LineOfInlineShader(const std::string& script, const std::string& name);
+
 // The script with comments blanked out and line breaks kept; strings stay.
 std::string WithoutComments(const std::string& script);
 
