@@ -28,6 +28,7 @@ def write(path, picture, kind):
     spec.attribute("oiio:UnassociatedAlpha", 1)
     spec.attribute("png:compressionLevel", 9)
     spec.attribute("compression", "zip")
+    spec.attribute("DateTime", "2000:01:01 00:00:00")  # else the file holds the time of writing
     out = oiio.ImageOutput.create(str(path))
     if out is None or not out.open(str(path), spec):
         sys.exit(f"{path}: cannot be written: {oiio.geterror()}")

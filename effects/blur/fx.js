@@ -1,0 +1,64 @@
+// Soft Blur: one shader, run twice through a render target, first across and then down.
+
+var radius, direction, hold; // parameters
+var shader;
+var between = 0; // render target between the two passes
+var betweenSize = [0, 0, 0];
+
+function setup() {
+    // Parameters come first: a shader learns their types when it is loaded.
+    radius = SV_initParam("radius", SV_Type.FLOAT, "Radius");
+    SV_setParamMinMax(radius, 0, 200);
+    SV_setParamValue(radius, 8);
+    // Pixels of the full-size layer; the host shrinks the value for previews at half or quarter size.
+    SV_setParamFlags(radius, SV_ParamFlags.ScaleByWidth);
+    SV_setParamPrecision(radius, 1); // after the flags, which share a word with it
+
+    direction = SV_initParam("direction", SV_Type.POPUP, "Direction");
+    SV_setParamChoices(direction, "Both|Horizontal|Vertical");
+    SV_setParamValue(direction, 1); // entries count from 1
+
+    hold = SV_initParam("hold", SV_Type.BOOL, "Repeat Edge Pixels");
+    SV_setParamValue(hold, 1);
+
+    shader = SV_initShader("blur");
+}
+
+// The render target between the passes, made anew only when the output's size or depth changes.
+function betweenPasses(size) {
+    if (between && size.join() === betweenSize.join()) {
+        return between;
+    }
+    if (between) {
+        SV_release(between);
+    }
+    betweenSize = size;
+    between = SV_initRenderTarget(size[0], size[1], size[2]);
+    return between;
+}
+
+// Reads beyond the edges give the edge's own pixel, or nothing. Uploads reset this, so it is set for each draw.
+function setEdges(texture) {
+    var wrap = SV_getParamValue(hold) ? SV_GL.CLAMP_TO_EDGE : SV_GL.CLAMP_TO_BORDER;
+    SV_setTextureParam(texture, SV_GL.TEXTURE_WRAP_S, wrap);
+    SV_setTextureParam(texture, SV_GL.TEXTURE_WRAP_T, wrap);
+}
+
+function pass(source, target, x, y, flip) {
+    setEdges(source);
+    SV_setShaderParamVal(shader, "image", source);
+    SV_setShaderParamVal(shader, "stride", [x, y]);
+    SV_renderShader(shader, target, flip);
+}
+
+function draw() {
+    var output = SV_getSequenceRT();
+    var size = SV_getSurfaceDim(output); // width, height, bits per channel
+    var which = SV_getParamValue(direction);
+    var target = betweenPasses(size);
+
+    SV_setShaderParam(shader, radius);
+    pass(SV_getSequenceTexture(), target, which === 3 ? 0 : 1 / size[0], 0, false);
+    // The last pass is drawn upside down, because the host's rows run from the top and GL's from the bottom.
+    pass(target, output, 0, which === 2 ? 0 : 1 / size[1], true);
+}
