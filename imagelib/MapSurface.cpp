@@ -1,0 +1,147 @@
+#include "imagelib/MapSurface.h"
+
+#include "imagelib/Settings.h"
+#include "imagelib/vector/CandidateGrid.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <system_error>
+#include <thread>
+
+namespace ImageLib {
+namespace {
+
+constexpr std::size_t kPixelsPerThread = 1 << 15; // less is not worth a thread
+
+struct Mapping {
+    Surface<Pixel32>& surface;
+    const ColourSet& colours;
+    const Vector::PaletteTable& palette;
+    const Offsets* offsets;
+    bool useGrid;
+    float low, high; // what the grid covers
+};
+
+const float* OffsetsOf(const Mapping& mapping, std::uint32_t y) {
+    return mapping.offsets ? mapping.offsets->rows[y & mapping.offsets->rowMask].data() : nullptr;
+}
+
+void ThresholdRow(Pixel32* pixels, std::uint32_t width, const ColourSet& colours, const float* offsets) {
+    for (std::uint32_t x = 0; x < width; ++x) {
+        const float red = offsets ? pixels[x].red + offsets[x] : pixels[x].red;
+        pixels[x] = colours.colours[red > colours.threshold ? 0 : 1];
+    }
+}
+
+void MapRows(const Mapping& mapping, std::uint32_t from, std::uint32_t to) {
+    const std::uint32_t width = mapping.surface.Width();
+    if (mapping.colours.byThreshold) {
+        for (std::uint32_t y = from; y < to; ++y)
+            ThresholdRow(mapping.surface.Row(y), width, mapping.colours, OffsetsOf(mapping, y));
+        return;
+    }
+    std::optional<Vector::CandidateGrid> grid;
+    if (mapping.useGrid)
+        grid.emplace(mapping.palette, mapping.low, mapping.high);
+    const Vector::Kernels& kernels = Vector::CurrentKernels();
+    for (std::uint32_t y = from; y < to; ++y) {
+        const Vector::MapJob job{&mapping.palette, grid ? &grid->Grid() : nullptr, OffsetsOf(mapping, y)};
+        kernels.map(mapping.surface.Row(y), width, job);
+    }
+}
+
+// Maps the surface in `parts` bands of rows, each on its own thread, the first on this one.
+void RunParts(const Mapping& mapping, unsigned parts) {
+    const auto firstRow = [&](unsigned part) {
+        return static_cast<std::uint32_t>(std::uint64_t{mapping.surface.Height()} * part / parts);
+    };
+    std::vector<std::exception_ptr> failures(parts);
+    const auto run = [&](unsigned part) noexcept {
+        try {
+            MapRows(mapping, firstRow(part), firstRow(part + 1));
+        } catch (...) {
+            failures[part] = std::current_exception();
+        }
+    };
+    {
+        std::vector<std::jthread> workers;
+        workers.reserve(parts);
+        for (unsigned part = 1; part < parts; ++part) {
+            try {
+                workers.emplace_back(run, part);
+            } catch (const std::system_error&) {
+                run(part); // no thread to be had
+            }
+        }
+        run(0);
+    }
+    for (const std::exception_ptr& failure : failures)
+        if (failure)
+            std::rethrow_exception(failure);
+}
+
+// Pixels between 0 and 1 with their offsets; false when the offsets are too large for a grid.
+bool FindRange(const Offsets* offsets, float& low, float& high) {
+    low = 0.0f;
+    high = 1.0f;
+    if (!offsets)
+        return true;
+    for (const std::vector<float>& row : offsets->rows) {
+        const std::size_t period = std::min<std::size_t>(row.size(), 8);
+        for (std::size_t x = 0; x < period; ++x) {
+            low = std::min(low, row[x]);
+            high = std::max(high, 1.0f + row[x]);
+        }
+    }
+    return Vector::CandidateGrid::Covers(low, high);
+}
+
+} // namespace
+
+std::unique_ptr<Vector::PaletteTable> MakeTable(const ColourSet& colours) {
+    auto table = std::make_unique<Vector::PaletteTable>();
+    unsigned count = std::min(colours.count, Vector::MaxColours);
+    while (count > 1 && !colours.byThreshold && colours.colours[count - 1] == colours.colours[count - 2])
+        --count;
+    table->count = count;
+    table->opaque = true;
+    for (unsigned i = 0; i < Vector::MaxColours; ++i) {
+        const Pixel32 colour = i < count ? colours.colours[i] : Pixel32{1e30f, 1e30f, 1e30f, 1e30f};
+        table->alpha[i] = colour.alpha;
+        table->red[i] = colour.red;
+        table->green[i] = colour.green;
+        table->blue[i] = colour.blue;
+        table->entries[i] = colour;
+        table->opaque &= i >= count || colour.alpha == 1.0f;
+    }
+    return table;
+}
+
+bool IsFitForGrid(const Vector::PaletteTable& palette) {
+    if (palette.count <= Vector::MaxBruteForce)
+        return false;
+    const auto isUnit = [](float value) { return value >= 0.0f && value <= 1.0f; };
+    const unsigned opaque = palette.opaque ? palette.count : palette.count - 1;
+    for (unsigned i = 0; i < opaque; ++i) {
+        const Pixel32& colour = palette.entries[i];
+        if (colour.alpha != 1.0f || !isUnit(colour.red) || !isUnit(colour.green) || !isUnit(colour.blue))
+            return false;
+    }
+    return palette.opaque || palette.entries[opaque] == Pixel32{};
+}
+
+void MapSurface(Surface<Pixel32>& surface, const ColourSet& colours, const Offsets* offsets) {
+    if (surface.IsEmpty())
+        return;
+    const auto palette = MakeTable(colours);
+    Mapping mapping{surface, colours, *palette, offsets, false, 0.0f, 1.0f};
+    mapping.useGrid =
+        !colours.byThreshold && FindRange(offsets, mapping.low, mapping.high) && IsFitForGrid(*palette);
+
+    const std::size_t useful = std::size_t{surface.Width()} * surface.Height() / kPixelsPerThread;
+    const std::size_t most = std::min<std::size_t>(useful, surface.Height());
+    RunParts(mapping, static_cast<unsigned>(std::clamp<std::size_t>(most, 1, ThreadCount())));
+}
+
+} // namespace ImageLib

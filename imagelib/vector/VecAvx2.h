@@ -1,0 +1,76 @@
+#pragma once
+
+#include "imagelib/Surface.h"
+
+#include <immintrin.h>
+
+// Eight lanes of AVX2; what each operation does is said in VecSse2.h.
+namespace ImageLib::Vector {
+namespace {
+
+struct Vec8 {
+    static constexpr unsigned Lanes = 8;
+    using Float = __m256;
+    using Int = __m256i;
+    using Pixel = __m128;
+
+    static Float Splat(float value) { return _mm256_set1_ps(value); }
+    static Float Load(const float* from) { return _mm256_loadu_ps(from); }
+    static void Store(float* to, Float value) { _mm256_storeu_ps(to, value); }
+    static Pixel LoadPixel(const Pixel32* from) { return _mm_loadu_ps(&from->alpha); }
+    static void StorePixel(Pixel32* to, Pixel value) { _mm_storeu_ps(&to->alpha, value); }
+    static Pixel SplatPixel(float value) { return _mm_set1_ps(value); }
+    static float Red(Pixel pixel) { return _mm_cvtss_f32(_mm_shuffle_ps(pixel, pixel, 1)); }
+
+    template <int Channel>
+    static Float Broadcast(Pixel pixel) {
+        return _mm256_permutevar8x32_ps(_mm256_castps128_ps256(pixel), _mm256_set1_epi32(Channel));
+    }
+
+    static void LoadChannels(const Pixel32* from, Float& alpha, Float& red, Float& green, Float& blue) {
+        const Float p04 = LoadTwo(from, 4), p15 = LoadTwo(from + 1, 4);
+        const Float p26 = LoadTwo(from + 2, 4), p37 = LoadTwo(from + 3, 4);
+        const Float ar01 = _mm256_unpacklo_ps(p04, p15), ar23 = _mm256_unpacklo_ps(p26, p37);
+        const Float gb01 = _mm256_unpackhi_ps(p04, p15), gb23 = _mm256_unpackhi_ps(p26, p37);
+        alpha = _mm256_shuffle_ps(ar01, ar23, 0x44);
+        red = _mm256_shuffle_ps(ar01, ar23, 0xEE);
+        green = _mm256_shuffle_ps(gb01, gb23, 0x44);
+        blue = _mm256_shuffle_ps(gb01, gb23, 0xEE);
+    }
+
+    static void KeepCloser(Float distance, int index, Float& best, Int& bestIndex) {
+        const __m256 closer = _mm256_cmp_ps(distance, best, _CMP_LT_OQ);
+        bestIndex = _mm256_blendv_epi8(bestIndex, _mm256_set1_epi32(index), _mm256_castps_si256(closer));
+        best = _mm256_min_ps(distance, best);
+    }
+    static Int ZeroInt() { return _mm256_setzero_si256(); }
+    static void StoreInt(std::uint32_t* to, Int value) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), value);
+    }
+
+    static Float Min(Float first, Float second) { return _mm256_min_ps(first, second); }
+    static Float Smallest(Float value) {
+        value = _mm256_min_ps(value, _mm256_permute2f128_ps(value, value, 1));
+        value = _mm256_min_ps(value, _mm256_permute_ps(value, 0x4E));
+        return _mm256_min_ps(value, _mm256_permute_ps(value, 0xB1));
+    }
+    static unsigned EqualLanes(Float left, Float right) {
+        return static_cast<unsigned>(_mm256_movemask_ps(_mm256_cmp_ps(left, right, _CMP_EQ_OQ)));
+    }
+
+    static Int Truncate(Float value) { return _mm256_cvttps_epi32(value); }
+    static Int SplatInt(int value) { return _mm256_set1_epi32(value); }
+    static Int Or(Int left, Int right) { return _mm256_or_si256(left, right); }
+    static Int ShiftLeft(Int value, unsigned bits) {
+        return _mm256_sll_epi32(value, _mm_cvtsi32_si128(bits));
+    }
+    static bool AnyBits(Int value, Int mask) { return !_mm256_testz_si256(value, mask); }
+
+private:
+    static Float LoadTwo(const Pixel32* from, int second) {
+        return _mm256_insertf128_ps(_mm256_castps128_ps256(LoadPixel(from)), LoadPixel(from + second), 1);
+    }
+};
+
+} // namespace
+} // namespace ImageLib::Vector

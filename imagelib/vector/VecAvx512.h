@@ -1,0 +1,70 @@
+#pragma once
+
+#include "imagelib/Surface.h"
+
+#include <immintrin.h>
+
+// Sixteen lanes of AVX-512; what each operation does is said in VecSse2.h. Candidate lists stay with eight.
+namespace ImageLib::Vector {
+namespace {
+
+struct Vec16 {
+    static constexpr unsigned Lanes = 16;
+    using Float = __m512;
+    using Int = __m512i;
+    using Pixel = __m128;
+
+    static Float Splat(float value) { return _mm512_set1_ps(value); }
+    static Float Load(const float* from) { return _mm512_loadu_ps(from); }
+    static void Store(float* to, Float value) { _mm512_storeu_ps(to, value); }
+    static Pixel LoadPixel(const Pixel32* from) { return _mm_loadu_ps(&from->alpha); }
+    static void StorePixel(Pixel32* to, Pixel value) { _mm_storeu_ps(&to->alpha, value); }
+    static Pixel SplatPixel(float value) { return _mm_set1_ps(value); }
+    static float Red(Pixel pixel) { return _mm_cvtss_f32(_mm_shuffle_ps(pixel, pixel, 1)); }
+
+    template <int Channel>
+    static Float Broadcast(Pixel pixel) {
+        return _mm512_permutexvar_ps(_mm512_set1_epi32(Channel), _mm512_castps128_ps512(pixel));
+    }
+
+    static void LoadChannels(const Pixel32* from, Float& alpha, Float& red, Float& green, Float& blue) {
+        const Float p0 = LoadFour(from), p1 = LoadFour(from + 1);
+        const Float p2 = LoadFour(from + 2), p3 = LoadFour(from + 3);
+        const Float ar01 = _mm512_unpacklo_ps(p0, p1), ar23 = _mm512_unpacklo_ps(p2, p3);
+        const Float gb01 = _mm512_unpackhi_ps(p0, p1), gb23 = _mm512_unpackhi_ps(p2, p3);
+        alpha = _mm512_shuffle_ps(ar01, ar23, 0x44);
+        red = _mm512_shuffle_ps(ar01, ar23, 0xEE);
+        green = _mm512_shuffle_ps(gb01, gb23, 0x44);
+        blue = _mm512_shuffle_ps(gb01, gb23, 0xEE);
+    }
+
+    static void KeepCloser(Float distance, int index, Float& best, Int& bestIndex) {
+        const __mmask16 closer = _mm512_cmp_ps_mask(distance, best, _CMP_LT_OQ);
+        bestIndex = _mm512_mask_set1_epi32(bestIndex, closer, index);
+        best = _mm512_min_ps(distance, best);
+    }
+    static Int ZeroInt() { return _mm512_setzero_si512(); }
+    static void StoreInt(std::uint32_t* to, Int value) { _mm512_storeu_si512(to, value); }
+
+    static Float Min(Float first, Float second) { return _mm512_min_ps(first, second); }
+    static Float Smallest(Float value) {
+        value = _mm512_min_ps(value, _mm512_shuffle_f32x4(value, value, 0x4E));
+        value = _mm512_min_ps(value, _mm512_shuffle_f32x4(value, value, 0xB1));
+        value = _mm512_min_ps(value, _mm512_permute_ps(value, 0x4E));
+        return _mm512_min_ps(value, _mm512_permute_ps(value, 0xB1));
+    }
+    static unsigned EqualLanes(Float left, Float right) {
+        return _mm512_cmp_ps_mask(left, right, _CMP_EQ_OQ);
+    }
+
+private:
+    static Float LoadFour(const Pixel32* from) {
+        Float four = _mm512_castps128_ps512(LoadPixel(from));
+        four = _mm512_insertf32x4(four, LoadPixel(from + 4), 1);
+        four = _mm512_insertf32x4(four, LoadPixel(from + 8), 2);
+        return _mm512_insertf32x4(four, LoadPixel(from + 12), 3);
+    }
+};
+
+} // namespace
+} // namespace ImageLib::Vector

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "imagelib/Surface.h"
+
+#include <arm_neon.h>
+
+// Four lanes of NEON, present on every arm64 processor; what each operation does is said in VecSse2.h.
+namespace ImageLib::Vector {
+namespace {
+
+struct Vec4 {
+    static constexpr unsigned Lanes = 4;
+    using Float = float32x4_t;
+    using Int = uint32x4_t;
+    using Pixel = float32x4_t;
+
+    static Float Splat(float value) { return vdupq_n_f32(value); }
+    static Float Load(const float* from) { return vld1q_f32(from); }
+    static void Store(float* to, Float value) { vst1q_f32(to, value); }
+    static Pixel LoadPixel(const Pixel32* from) { return vld1q_f32(&from->alpha); }
+    static void StorePixel(Pixel32* to, Pixel value) { vst1q_f32(&to->alpha, value); }
+    static Pixel SplatPixel(float value) { return vdupq_n_f32(value); }
+    static float Red(Pixel pixel) { return vgetq_lane_f32(pixel, 1); }
+
+    template <int Channel>
+    static Float Broadcast(Pixel pixel) {
+        return vdupq_laneq_f32(pixel, Channel);
+    }
+
+    static void LoadChannels(const Pixel32* from, Float& alpha, Float& red, Float& green, Float& blue) {
+        const float32x4x4_t channels = vld4q_f32(&from->alpha);
+        alpha = channels.val[0];
+        red = channels.val[1];
+        green = channels.val[2];
+        blue = channels.val[3];
+    }
+
+    static void KeepCloser(Float distance, int index, Float& best, Int& bestIndex) {
+        const uint32x4_t closer = vcltq_f32(distance, best);
+        bestIndex = vbslq_u32(closer, vdupq_n_u32(static_cast<unsigned>(index)), bestIndex);
+        best = vbslq_f32(closer, distance, best);
+    }
+    static Int ZeroInt() { return vdupq_n_u32(0); }
+    static void StoreInt(std::uint32_t* to, Int value) { vst1q_u32(to, value); }
+
+    static Float Min(Float first, Float second) { return vminnmq_f32(first, second); }
+    static Float Smallest(Float value) { return vdupq_n_f32(vminnmvq_f32(value)); }
+    static unsigned EqualLanes(Float left, Float right) {
+        const uint32x4_t bits = {1, 2, 4, 8};
+        return vaddvq_u32(vandq_u32(vceqq_f32(left, right), bits));
+    }
+
+    static Int Truncate(Float value) {
+        const uint32x4_t integer = vreinterpretq_u32_s32(vcvtq_s32_f32(value)); // saturated, 0 for NaN
+        return vbslq_u32(vceqq_f32(value, value), integer, vdupq_n_u32(0x80000000u));
+    }
+    static Int SplatInt(int value) { return vdupq_n_u32(static_cast<unsigned>(value)); }
+    static Int Or(Int left, Int right) { return vorrq_u32(left, right); }
+    static Int ShiftLeft(Int value, unsigned bits) {
+        return vshlq_u32(value, vdupq_n_s32(static_cast<int>(bits)));
+    }
+    static bool AnyBits(Int value, Int mask) { return vmaxvq_u32(vandq_u32(value, mask)) != 0; }
+};
+
+} // namespace
+} // namespace ImageLib::Vector
