@@ -10,7 +10,7 @@ class RenderTarget;
 
 // One effect instance inside the engine: its copies of all parameters, the render target of its frames, the
 // texture of its input layer, and the time, extent and origin of the frame at work.
-class Sequence : public ParametersHolder {
+class Sequence final : public ParametersHolder {
 public:
     // Host pixels handed to a sequence: four channels, first row on top.
     struct Surface {
