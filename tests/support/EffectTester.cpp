@@ -1,0 +1,69 @@
+#include "tests/support/EffectTester.h"
+
+#include "engine/utils/Utils.h"
+
+namespace {
+
+std::wstring s_Base; // the folder of the effect under test
+
+} // namespace
+
+EffectTester::EffectTester() : m_Engine(std::make_unique<AEShaderVexel2>()) {
+    Utils::ReadWholeTextFileCallback = nullptr;
+    Utils::ReadWholeFileCallback = nullptr;
+    s_Base = Utils::ToWide(m_Folder.Path()) + L"/";
+    Utils::ProcessPath = [](const std::wstring& path) { return s_Base + path; };
+}
+
+EffectTester::~EffectTester() {
+    m_Engine.reset();
+    Utils::ProcessPath = Utils::PassThrough;
+}
+
+void EffectTester::Start(std::map<std::string, std::string> files) {
+    files.emplace("config.xml", "<FXNAME>Test</FXNAME>");
+    for (const auto& [name, bytes] : files)
+        m_Folder.Write(name, bytes);
+    const ContextKeeper keeper;
+    ASSERT_TRUE(m_Engine->globalSetup(nullptr, nullptr)) << "no GL: install libegl-mesa0 libgl1-mesa-dri";
+    m_Instance = m_Engine->initSequenceData();
+}
+
+std::vector<unsigned char> EffectTester::FrameBytes(const void* rows, unsigned width, unsigned height,
+                                                    unsigned depth, std::size_t rowBytes, double time,
+                                                    unsigned& outWidth, unsigned& outHeight) {
+    IPlugin& engine = *m_Engine;
+    std::vector<unsigned char> bytes;
+    engine.begin(true);
+    if (!engine.lockFrame())
+        return bytes;
+    engine.preRender(width, height, outWidth, outHeight);
+    engine.grabIntoTexture(IPlugin::InputLayer, const_cast<void*>(rows), width, height, depth,
+                           static_cast<long>(rowBytes));
+    engine.render(time, outWidth, outHeight, depth, 1.0f);
+    if (void* const pixels = engine.grabResultBegin()) {
+        const auto* const from = static_cast<const unsigned char*>(pixels);
+        bytes.assign(from, from + std::size_t{outWidth} * outHeight * depth / 2);
+        engine.grabResultEnd(pixels);
+    }
+    engine.end();
+    engine.releaseFrame();
+    return bytes;
+}
+
+std::string PixelShader(const std::string& expression) {
+    return "uniform sampler2D image;\nuniform float amount;\nvoid main() {\n"
+           "    vec4 c = texture2D(image, gl_TexCoord[0].xy);\n    gl_FragColor = " +
+           expression + " + 0.0 * amount;\n}\n";
+}
+
+std::string OneShaderScript(const std::string& extra) {
+    return "var shader, amount;\nfunction setup() {\n"
+           "  amount = SV_initParam('amount', SV_Type.FLOAT, 'Amount');\n"
+           "  shader = SV_initShader('pixel');\n}\n"
+           "function draw() {\n"
+           "  SV_setShaderParam(shader, amount);\n"
+           "  SV_setShaderParamVal(shader, 'image', SV_getSequenceTexture());\n"
+           "  SV_renderShader(shader, SV_getSequenceRT(), true);\n}\n" +
+           extra;
+}
