@@ -5,7 +5,8 @@ var shrink, grow;  // shaders
 var small = 0;     // render target that holds the shrunk layer
 var smallSize = [0, 0];
 
-var PALETTES = "3-Bit RGB|4-Bit RGBI|Apple II|VIC-20|C64|CGA 1 Dim|CGA 1 Bright|CGA 2 Dim|CGA 2 Bright|CGA 3 Dim|CGA 3 Bright|EGA|MSX";
+var PALETTES = ["3-Bit RGB", "4-Bit RGBI", "Apple II", "VIC-20", "C64", "CGA Cyan-Magenta Dim", "CGA Cyan-Magenta Bright",
+                "CGA Green-Red Dim", "CGA Green-Red Bright", "CGA Cyan-Red Dim", "CGA Cyan-Red Bright", "EGA", "MSX"];
 var FIRST_PALETTE = 9; // selector of the first hardware palette
 
 // Entries of the dither pop-up with the modes of SV_surfaceQuantize.
@@ -31,7 +32,7 @@ function popup(name, label, choices, value) {
 }
 
 function setup() {
-    palette = popup("palette", "Palette", PALETTES, 5);
+    palette = popup("palette", "Palette", PALETTES.join("|"), 5);
     dither = popup("dither", "Dither", DITHERS.map(function (row) { return row[0]; }).join("|"), 12);
     pixelSize = slider("pixelSize", "Pixel Size", 3, 1, 64, 0, SV_ParamFlags.ScaleByWidth);
     strength = slider("strength", "Pattern Strength", 0.3, 0, 1, 2);

@@ -24,7 +24,7 @@ function setup() {
     SV_setParamValue(colour, [244, 234, 212, 255]); // bytes; the host hands colours back as 0 to 1
     fade = slider("fade", "Fade", 0.25, 0, 1, 2);
     wrap = SV_initParam("wrap", SV_Type.POPUP, "Tiling");
-    SV_setParamChoices(wrap, "Repeat|Mirror|Once");
+    SV_setParamChoices(wrap, "Repeat|Mirror|Stretch Edges");
     SV_setParamValue(wrap, 1);
     smooth = SV_initParam("smooth", SV_Type.BOOL, "Smooth Texture");
     SV_setParamValue(smooth, 1);
