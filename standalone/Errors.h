@@ -9,6 +9,8 @@ enum ExitStatus : int {
     ExitOk = 0,
     ExitEffectFailed = 1, // script or shader error, file that the effect lacks, no GL, picture not written
     ExitWrongUse = 2,     // options or input files that make no sense
+    ExitRanAway = 4,      // out of time or memory, or crashed, in a guarded process
+    ExitStopped = 130,    // the user stopped it
 };
 
 // Thrown for what the user got wrong; the text names the option and what was expected. Ends in ExitWrongUse.

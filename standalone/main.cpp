@@ -11,7 +11,7 @@ namespace {
 using namespace fxhost;
 
 using AddCommand = Command (*)(CLI::App&);
-constexpr AddCommand s_Commands[] = {AddRender, AddInfo};
+constexpr AddCommand s_Commands[] = {AddRender, AddInfo, AddNew, AddPack, AddUnpack};
 
 int Fail(const char* text, int status) {
     std::fprintf(stderr, "fxhost: %s\n", text);

@@ -14,5 +14,8 @@ struct Command {
 
 Command AddRender(CLI::App& tool);
 Command AddInfo(CLI::App& tool);
+Command AddNew(CLI::App& tool);
+Command AddPack(CLI::App& tool);
+Command AddUnpack(CLI::App& tool);
 
 } // namespace fxhost

@@ -5,9 +5,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "engine/utils/BlobScrambling.h"
 #include "engine/utils/Utils.h"
 #include "standalone/Errors.h"
+#include "standalone/effects/Packing.h"
 
 namespace fxhost {
 
@@ -43,23 +43,6 @@ std::wstring PathInFolder(const std::wstring& name) {
 // Serves the package once, to the reader that opens it and then serves all files itself.
 Bytes PackageBytes(const std::wstring& name) {
     return name.ends_with(s_PackageSuffix) ? s_Selected.package : Bytes();
-}
-
-std::optional<FileMap> TryZip(const Bytes& bytes, std::string& reason) {
-    try {
-        return ReadZip(bytes);
-    } catch (const std::exception& error) {
-        reason = error.what();
-        return std::nullopt;
-    }
-}
-
-Bytes Unscrambled(const Bytes& package) {
-    Bytes plain = package;
-    plain.resize(package.size() + BlobScrambling::Padding);
-    BlobScrambling::Unscramble(plain, package.size());
-    plain.resize(package.size());
-    return plain;
 }
 
 } // namespace
@@ -98,17 +81,10 @@ EffectSource EffectSource::Open(const std::string& path) {
             throw WrongUse(path + ": the folder holds no fx.js, so it is no effect");
     }
     if (!fs::is_directory(file)) {
-        const auto bytes = ReadFileBytes(file);
-        if (!bytes)
-            throw WrongUse(file + ": the package cannot be read");
-        std::string reason;
-        auto files = TryZip(*bytes, reason);
-        source.m_Scrambled = files ? BlobScrambling::Scramble(*bytes) : *bytes;
-        if (!files && !(files = TryZip(Unscrambled(*bytes), reason)))
-            throw WrongUse(file + ": neither a zip archive nor a scrambled one (" + reason +
-                           "); a package made by `fxhost pack` was expected");
+        Package package = ReadPackage(file);
+        source.m_Files = std::move(package.files);
+        source.m_Scrambled = std::move(package.scrambled);
         source.m_IsPackage = true;
-        source.m_Files = std::move(*files);
         if (!source.Has("fx.js"))
             throw WrongUse(file + ": the package holds no fx.js, so it is no effect");
     }

@@ -1,0 +1,31 @@
+#include "standalone/guard/Outcome.h"
+
+#include <cstdio>
+#include <new>
+
+#include "standalone/Errors.h"
+
+namespace fxhost {
+
+namespace {
+
+int Fail(const char* text, int status) {
+    std::fprintf(stderr, "fxhost: %s\n", text);
+    return status;
+}
+
+} // namespace
+
+int StatusOf(const std::function<int()>& work) {
+    try {
+        return work();
+    } catch (const WrongUse& error) {
+        return Fail(error.what(), ExitWrongUse);
+    } catch (const std::bad_alloc&) {
+        return Fail("not enough memory", ExitEffectFailed);
+    } catch (const std::exception& error) {
+        return Fail(error.what(), ExitEffectFailed);
+    }
+}
+
+} // namespace fxhost
