@@ -15,8 +15,8 @@ struct GuardLimits {
 // memory or crashed; a message then names `effect`, the frame and the stage. Stages come from StageSpan.
 //
 // The child ends with work's result; WrongUse and EffectFailure become a message and their status. SIGINT,
-// SIGTERM and SIGHUP are passed on to the child as SIGTERM, the second one as SIGKILL; the child dies with its
-// parent. Frames that are rendered when a limit is hit are written first if the work answers
+// SIGTERM and SIGHUP are passed on to the child as SIGTERM, the second one as SIGKILL; the child dies with
+// its parent. Frames that are rendered when a limit is hit are written first if the work answers
 // AbandonRequested. To be called while the process has one thread and no GL context.
 int RunGuarded(const GuardLimits& limits, const std::string& effect, const std::function<int()>& work);
 

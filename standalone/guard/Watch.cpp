@@ -12,7 +12,7 @@ namespace fxhost {
 
 namespace {
 
-constexpr double s_GraceSeconds = 20; // for saving what is rendered
+constexpr double s_GraceSeconds = 20;  // for saving what is rendered
 constexpr double s_LongestStep = 0.25; // more than that between two looks and this process slept as well
 
 std::string Text(double number) {
@@ -28,13 +28,11 @@ Watch::Watch(Board& board, const GuardLimits& limits, const std::string& effect)
 
 Watch::Order Watch::look(std::optional<std::uint64_t> dataBytes) {
     const auto now = Clock::now();
-    const double step =
-        std::min(std::chrono::duration<double>(now - m_Last).count(), s_LongestStep);
+    const double step = std::min(std::chrono::duration<double>(now - m_Last).count(), s_LongestStep);
     m_Last = now;
     if (m_Breach != Breach::None) {
         m_Grace += step;
-        const bool mayStillSave =
-            m_Board.canDrain && !m_Board.isDrained && m_Grace < s_GraceSeconds;
+        const bool mayStillSave = m_Board.canDrain && !m_Board.isDrained && m_Grace < s_GraceSeconds;
         return mayStillSave ? Order::None : Order::Kill;
     }
     if (m_Span != m_Board.spans || m_Board.stage == Stage::Idle)
