@@ -9,4 +9,5 @@ std::span<const NativeFunction> ParameterBindings();
 std::span<const NativeFunction> RenderTargetBindings();
 std::span<const NativeFunction> ShaderBindings();
 std::span<const NativeFunction> TextureBindings();
+std::span<const NativeFunction> SurfaceBindings();
 std::span<const NativeFunction> SequenceBindings();

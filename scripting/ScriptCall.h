@@ -32,8 +32,8 @@ public:
     int Count() const { return duk_get_top(m_Duktape); }
     bool IsGiven(int index) const { return index < Count() && !duk_is_undefined(m_Duktape, index); }
 
-    // Integers are clamped to 32 bits, NaN is 0.
-    int Int(int index) const { return duk_to_int(m_Duktape, index); }
+    // Integers are clamped to 32 bits; NaN and an argument that is not there are 0.
+    int Int(int index) const { return index < Count() ? duk_to_int(m_Duktape, index) : 0; }
     std::uint32_t UInt(int index) const { return duk_to_uint32(m_Duktape, index); }
     std::uint32_t Handle(int index) const { return static_cast<std::uint32_t>(Int(index)); }
     double Number(int index) const { return duk_to_number(m_Duktape, index); }

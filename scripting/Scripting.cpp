@@ -27,8 +27,8 @@ Scripting::~Scripting() {
 void Scripting::Init() {
     m_Heap = duk_create_heap(nullptr, nullptr, nullptr, nullptr, nullptr);
     if (m_Heap)
-        for (const auto group :
-             {ParameterBindings, RenderTargetBindings, ShaderBindings, TextureBindings, SequenceBindings})
+        for (const auto group : {ParameterBindings, RenderTargetBindings, ShaderBindings, TextureBindings,
+                                 SurfaceBindings, SequenceBindings})
             RegisterFunctions(m_Heap, group());
     Context::Current().Init();
 }

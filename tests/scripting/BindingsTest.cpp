@@ -108,6 +108,14 @@ TEST_F(BindingsTest, EveryFunctionRefusesWhatIsNoResourceOfItsOwn) {
         is(SV_getShaderError(0x02000001), "");
         is([SV_initParam(), SV_initParam("alone"), SV_initShader(), SV_initTexture()], [0, 0, 0, 0]);
         is(SV_setTextureParam(0x04000001, SV_GL.TEXTURE_WRAP_S), false);
+        var empty = SV_initSurface(4, 4, 8);
+        is([empty, SV_initSurface(1)], [0x06000001, 0x06000002]);
+        is(SV_surfaceQuantize(empty, 0, 9, 1, 0, false), false); // it has no pixels yet
+        is(SV_surfaceQuantize(0x06000009, 0, 9, 1, 0, false), false);
+        is(SV_surfaceQuantize(gone, 0, 9, 1, 0, false), false);
+        is([SV_surfaceCopyTo(empty, 0x04000001), SV_surfaceCopyTo(empty, gone), SV_surfaceToTexture(gone)],
+           [false, false, false]);
+        is(SV_textureToSurface(0), 0);
     )js");
 }
 
