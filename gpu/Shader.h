@@ -32,8 +32,10 @@ public:
     // Installs the program; false when the shader is unusable. Always before render.
     virtual bool begin();
     virtual void end();
-    // Uploads the parameters and fills the viewport of the bound framebuffer. The texture's t runs upwards,
-    // with flip downwards.
+    // Uploads the parameters in GL's order and fills the viewport of the bound framebuffer. The texture's t
+    // runs upwards, with flip downwards. The texture on unit N also sets the uniforms s_TextureNParams and
+    // TextureNParams to (width, height, 1 / width, 1 / height); those must come before the samplers in GL's
+    // order, usually that of the declarations, or their own stored value replaces it.
     virtual void render(bool flip);
 
     // init, then load from source, or where it is empty from the file name + ".frag" of the resource

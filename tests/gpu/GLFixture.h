@@ -17,8 +17,9 @@ protected:
         m_Context.makeCurrent();
     }
     void TearDown() override {
-        if (!IsSkipped())
-            EXPECT_EQ(m_Context.release(), OpenGLContext::NoError);
+        if (IsSkipped())
+            return;
+        EXPECT_EQ(m_Context.release(), OpenGLContext::NoError);
     }
 
     static GLint State(GLenum name) {
@@ -39,8 +40,8 @@ protected:
     static std::vector<float> ReadFloats(const RenderTarget& target) {
         std::vector<float> pixels(std::size_t(target.width()) * target.height() * 4);
         glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer());
-        glReadPixels(0, 0, static_cast<GLsizei>(target.width()), static_cast<GLsizei>(target.height()), GL_RGBA,
-                     GL_FLOAT, pixels.data());
+        glReadPixels(0, 0, static_cast<GLsizei>(target.width()), static_cast<GLsizei>(target.height()),
+                     GL_RGBA, GL_FLOAT, pixels.data());
         return pixels;
     }
 

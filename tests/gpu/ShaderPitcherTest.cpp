@@ -54,7 +54,8 @@ TEST(ShaderPitcherTest, OutputIsSwizzledInAnAppendedMain) {
     EXPECT_EQ(ShaderPitcher::addOutputSwizzle("void other(){}"), "void other(){}");
 }
 
-constexpr const char* s_ReadWrapper = "vec4 repl_texture2D(sampler2D a,vec2 b) { return texture2D(a,b).SWIZZLE; }\n";
+constexpr const char* s_ReadWrapper =
+    "vec4 repl_texture2D(sampler2D a,vec2 b) { return texture2D(a,b).SWIZZLE; }\n";
 constexpr const char* s_LodWrapper =
     "vec4 repl_texture2DLod(sampler2D a,vec2 b,float c) { return texture2DLod(a,b,c).SWIZZLE; }\n";
 constexpr const char* s_CubeWrapper =

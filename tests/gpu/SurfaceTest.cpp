@@ -7,9 +7,7 @@ namespace {
 
 TEST(SurfaceTest, InitSetsTightRowsAndAllocatesNothing) {
     Surface surface;
-    const struct {
-        unsigned depth, stride;
-    } rows[] = {{8, 28}, {15, 56}, {16, 56}, {32, 112}};
+    const struct { unsigned depth, stride; } rows[] = {{8, 28}, {15, 56}, {16, 56}, {32, 112}};
     for (const auto& row : rows) {
         EXPECT_TRUE(surface.init(7, 3, row.depth, true));
         EXPECT_EQ(surface.stride(), row.stride) << row.depth;

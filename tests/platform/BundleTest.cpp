@@ -7,8 +7,9 @@
 namespace {
 
 CFURLRef MakeUrl(const std::string& path) {
-    return CFURLCreateFromFileSystemRepresentation(
-        kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path.data()), static_cast<CFIndex>(path.size()), 1);
+    return CFURLCreateFromFileSystemRepresentation(kCFAllocatorDefault,
+                                                   reinterpret_cast<const UInt8*>(path.data()),
+                                                   static_cast<CFIndex>(path.size()), 1);
 }
 
 class BundleTest : public ::testing::Test {

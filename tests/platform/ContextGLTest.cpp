@@ -156,7 +156,8 @@ void AskWithoutDrivers() {
 TEST(NoDriverTest, TheProblemNamesThePackages) {
     // The child process starts anew, so its EGL has not looked for drivers yet.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(AskWithoutDrivers(), ::testing::ExitedWithCode(0), "apt install .*libegl-mesa0 libgl1-mesa-dri");
+    EXPECT_EXIT(AskWithoutDrivers(), ::testing::ExitedWithCode(0),
+                "apt install .*libegl-mesa0 libgl1-mesa-dri");
 }
 
 TEST(PixelFormatTest, UnknownAttributesAreRefused) {
