@@ -92,6 +92,12 @@ void EngineDriver::updateUI() {
     m_Engine.preUIUpdate();
 }
 
+void EngineDriver::whileLocked(const std::function<void()>& work) {
+    const FrameLock lock(m_Engine);
+    m_Engine.setSequenceData(m_Sequence);
+    work();
+}
+
 std::string EngineDriver::shaderErrors() {
     return m_Engine.getErrorText();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "standalone/FrameRenderer.h"
@@ -31,6 +32,8 @@ public:
     EffectInfo info();
     // Runs updateUIFlags, after which parameters() tells which ones are disabled.
     void updateUI();
+    // Runs `work` with the frame lock held and the engine's GL context current.
+    void whileLocked(const std::function<void()>& work);
     // The collected shader errors in the engine's form; empty when all shaders compiled.
     std::string shaderErrors();
 

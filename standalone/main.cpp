@@ -11,7 +11,7 @@ namespace {
 using namespace fxhost;
 
 using AddCommand = Command (*)(CLI::App&);
-constexpr AddCommand s_Commands[] = {AddRender, AddInfo, AddNew, AddPack, AddUnpack};
+constexpr AddCommand s_Commands[] = {AddRender, AddInfo, AddCheck, AddNew, AddPack, AddUnpack};
 
 int Fail(const char* text, int status) {
     std::fprintf(stderr, "fxhost: %s\n", text);
@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
     CLI::App tool("Runs shader effects from the command line.", "fxhost");
     tool.set_version_flag("--version", std::string("fxhost ") + FX_VERSION);
     tool.require_subcommand(1);
-    tool.footer("Exit status: 0 done; 1 the effect failed; 2 wrong use.\n"
+    tool.footer("Exit status: 0 done; 1 the effect failed; 2 wrong use; 4 the effect crashed or hung.\n"
                 "`fxhost COMMAND --help` tells a command's options, with examples.");
     std::vector<Command> commands;
     for (const AddCommand add : s_Commands)

@@ -12,6 +12,7 @@ struct Command {
     std::function<int()> run;
 };
 
+Command AddCheck(CLI::App& tool);
 Command AddRender(CLI::App& tool);
 Command AddInfo(CLI::App& tool);
 Command AddNew(CLI::App& tool);

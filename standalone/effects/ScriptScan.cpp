@@ -22,13 +22,17 @@ const std::regex& CallPattern() {
     return pattern;
 }
 
+int LineAt(const std::string& text, std::size_t at) {
+    return static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n')) +
+           1;
+}
+
 std::vector<Call> Calls(const std::string& script) {
     const std::string text = WithoutComments(script);
     std::vector<Call> calls;
     for (std::sregex_iterator call(text.begin(), text.end(), CallPattern()), end; call != end; ++call)
-        calls.push_back(
-            {(*call)[1] == "initShader", (*call)[3], (*call)[4] == ",",
-             static_cast<int>(std::count(text.begin(), text.begin() + call->position(), '\n')) + 1});
+        calls.push_back({(*call)[1] == "initShader", (*call)[3], (*call)[4] == ",",
+                         LineAt(text, static_cast<std::size_t>(call->position()))});
     return calls;
 }
 
@@ -80,6 +84,36 @@ int LineOfInlineShader(const std::string& script, const std::string& name) {
         if (call.isShader && call.hasMore && call.name == name)
             return call.line;
     return 0;
+}
+
+int LineOfString(const std::string& script, const std::string& content) {
+    const std::string text = WithoutComments(script);
+    for (const char quote : {'"', '\''})
+        if (const auto at = text.find(quote + content + quote); at != std::string::npos)
+            return LineAt(text, at);
+    return 0;
+}
+
+int LineOfWord(const std::string& script, const std::string& word) {
+    const std::string text = WithoutComments(script);
+    auto at = text.find(word);
+    if (at == std::string::npos) // then a comment mentions it
+        at = script.find(word);
+    return at == std::string::npos ? 0 : LineAt(script, at);
+}
+
+bool NamesUniform(const std::string& script, const std::string& name) {
+    static const std::regex declares(R"(initParam\s*\(\s*$)");
+    const std::string text = WithoutComments(script);
+    for (const char quote : {'"', '\''}) {
+        const std::string literal = quote + name + quote;
+        for (auto at = text.find(literal); at != std::string::npos; at = text.find(literal, at + 1)) {
+            const auto from = at > 40 ? at - 40 : 0;
+            if (!std::regex_search(text.substr(from, at - from), declares))
+                return true;
+        }
+    }
+    return false;
 }
 
 } // namespace fxhost

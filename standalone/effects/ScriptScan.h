@@ -20,6 +20,14 @@ std::vector<FileReference> FindFileReferences(const std::string& script);
 // name.
 int LineOfInlineShader(const std::string& script, const std::string& name);
 
+// The line of the first string literal with exactly this content, and of the first mention of a word, one in
+// a comment only where there is no other; 0 when there is none.
+int LineOfString(const std::string& script, const std::string& content);
+int LineOfWord(const std::string& script, const std::string& word);
+
+// Whether the script names a uniform in a string, other than as the name of a parameter that it declares.
+bool NamesUniform(const std::string& script, const std::string& name);
+
 // The script with comments blanked out and line breaks kept; strings stay.
 std::string WithoutComments(const std::string& script);
 

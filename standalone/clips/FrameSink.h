@@ -1,0 +1,30 @@
+#pragma once
+
+#include "standalone/clips/FrameList.h"
+#include "standalone/images/Picture.h"
+
+namespace fxhost {
+
+// Where a clip's frames go.
+class FrameSink {
+public:
+    virtual ~FrameSink() = default;
+
+    // Whether the frame lies there whole from an earlier run, so that it need not be rendered.
+    virtual bool has(const FrameId&) const { return false; }
+    // Takes one frame. Sinks that are not parallel get them in order, from one thread. Throws EffectFailure
+    // naming the file.
+    virtual void write(const FrameId& frame, const Picture& picture) = 0;
+    virtual bool isParallel() const { return false; }
+    // After the last frame: makes the result whole. Throws EffectFailure.
+    virtual void finish() {}
+    // Instead of finish, when the run ends early: keeps what a later run can go on from. Does not throw.
+    virtual void keep() {}
+
+    // How many of the frames handed to write are safe should the process die now.
+    virtual std::size_t safe(std::size_t written) const { return written; }
+    // Whether a later run can go on after those.
+    virtual bool isResumable() const { return false; }
+};
+
+} // namespace fxhost
