@@ -1,0 +1,126 @@
+#include <cstring>
+
+#include "AEGP_SuiteHandler.h"
+#include "host/Commands.h"
+#include "host/HostHandle.h"
+#include "host/HostKind.h"
+#include "host/Instance.h"
+#include "host/ParameterBridge.h"
+#include "host/SequenceRecord.h"
+
+namespace Adapter {
+
+namespace {
+
+// A zero-filled handle of the record's size.
+class NewRecord {
+public:
+    explicit NewRecord(const AEGP_SuiteHandler& suites) : m_Handle(suites, SequenceRecordSize) {
+        if (m_Handle.Data())
+            std::memset(m_Handle.Data(), 0, SequenceRecordSize);
+    }
+    explicit operator bool() const { return m_Handle.Data() != nullptr; }
+    SequenceRecord* operator->() const { return static_cast<SequenceRecord*>(m_Handle.Data()); }
+    void* Buffer() const { return m_Handle.Data(); }
+    void Publish(PF_OutData& out) { m_Handle.HandOver(out.sequence_data); }
+
+private:
+    HostHandle m_Handle;
+};
+
+// Lets a sequence go again when the command fails before its record reaches the host.
+class NewSequence {
+public:
+    explicit NewSequence(IPlugin& engine) : m_Engine(engine), m_Data(InitSequence(engine)) {}
+    ~NewSequence() {
+        if (!m_Data)
+            return;
+        try {
+            ReleaseSequence(m_Engine, m_Data);
+        } catch (...) {
+            // The command already failed with an error of its own.
+        }
+    }
+    NewSequence(const NewSequence&) = delete;
+    NewSequence& operator=(const NewSequence&) = delete;
+
+    void* Data() const { return m_Data; }
+    void HandOver() { m_Data = nullptr; }
+
+private:
+    IPlugin& m_Engine;
+    void* m_Data;
+};
+
+void Publish(NewRecord& record, NewSequence& sequence, PF_OutData& out) {
+    record->engineSequence = sequence.Data();
+    record.Publish(out);
+    sequence.HandOver();
+}
+
+} // namespace
+
+PF_Err SequenceSetup(Call& call) {
+    SequenceSetdown(call);
+    AEGP_SuiteHandler suites(call.in->pica_basicP);
+    NewRecord record(suites);
+    if (!record)
+        return PF_Err_OUT_OF_MEMORY;
+    NewSequence sequence(call.engine);
+    Publish(record, sequence, *call.out);
+    return PF_Err_NONE;
+}
+
+// The old data may come from a saved project, so nothing in it is taken for a pointer: the engine makes a
+// fresh sequence and reads the rest. The old handle stays the host's.
+PF_Err SequenceResetup(Call& call) {
+    if (!call.in->sequence_data)
+        return PF_Err_NONE;
+    AEGP_SuiteHandler suites(call.in->pica_basicP);
+    NewRecord record(suites);
+    if (!record)
+        return PF_Err_OUT_OF_MEMORY;
+    record->wasResetup = 1;
+    record->uiReady = IsPremiere(*call.in) ? 0 : 1;
+    NewSequence sequence(call.engine);
+    if (SequenceRecord* old = FindRecord(*call.in)) {
+        SelectSequence(call.engine, sequence.Data());
+        call.engine.unflatten(old);
+    }
+    Publish(record, sequence, *call.out);
+    if (!IsPremiere(*call.in) && NeedsForcedRerender(*call.in))
+        call.out->out_flags |= PF_OutFlag_FORCE_RERENDER;
+    UpdateParametersUI(call.in, call.out, nullptr);
+    return PF_Err_NONE;
+}
+
+// The flat block holds no pointer: its engineSequence stays null, which the engine takes for "no sequence"
+// should the block come back in a set-down.
+PF_Err SequenceFlatten(Call& call) {
+    if (!call.in->sequence_data)
+        return PF_Err_NONE;
+    AEGP_SuiteHandler suites(call.in->pica_basicP);
+    NewRecord flat(suites);
+    if (!flat)
+        return PF_Err_OUT_OF_MEMORY;
+    if (SequenceRecord* record = FindRecord(*call.in)) {
+        SelectSequence(call.engine, record->engineSequence);
+        call.engine.flatten(flat.Buffer());
+    }
+    flat.Publish(*call.out);
+    return PF_Err_NONE;
+}
+
+PF_Err SequenceSetdown(Call& call) {
+    if (!call.in->sequence_data)
+        return PF_Err_NONE;
+    AEGP_SuiteHandler suites(call.in->pica_basicP);
+    if (SequenceRecord* record = FindRecord(*call.in))
+        ReleaseSequence(call.engine, record->engineSequence);
+    suites.HandleSuite1()->host_dispose_handle(call.in->sequence_data);
+    call.in->sequence_data = nullptr;
+    call.out->sequence_data = nullptr; // hosts start from the old handle here
+    return PF_Err_NONE;
+}
+
+} // namespace Adapter
