@@ -13,7 +13,7 @@ public:
     static constexpr std::uint32_t Tag = 0x03000000u;
     class Factory; // the registry defines it
 
-    RenderTarget() = default;
+    RenderTarget() { copyEveryUpload(); }
     ~RenderTarget() override;
 
     using Texture::init;

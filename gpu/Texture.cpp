@@ -17,6 +17,33 @@ constexpr GLint s_StoredOrder[] = {GL_RED, GL_GREEN, GL_BLUE, GL_ALPHA};
 // Red, green, blue, alpha in memory; shaders see alpha first like everywhere else.
 constexpr GLint s_AlphaFirst[] = {GL_ALPHA, GL_RED, GL_GREEN, GL_BLUE};
 
+// Every GL that runs the engine takes textures of this many pixels a side.
+constexpr unsigned s_SafeExtent = 8192;
+
+// Reading into memory with a row length in pixels; puts back what the caller had bound.
+class PackScope {
+public:
+    explicit PackScope(GLint rowLength) {
+        glGetIntegerv(GL_TEXTURE_BINDING_2D, &m_Texture);
+        glGetIntegerv(GL_PIXEL_PACK_BUFFER_BINDING, &m_Buffer);
+        glGetIntegerv(GL_PACK_ROW_LENGTH, &m_RowLength);
+        glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+        glPixelStorei(GL_PACK_ROW_LENGTH, rowLength);
+    }
+    ~PackScope() {
+        glPixelStorei(GL_PACK_ROW_LENGTH, m_RowLength);
+        glBindBuffer(GL_PIXEL_PACK_BUFFER, static_cast<GLuint>(m_Buffer));
+        glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(m_Texture));
+    }
+    PackScope(const PackScope&) = delete;
+    PackScope& operator=(const PackScope&) = delete;
+
+private:
+    GLint m_Texture = 0;
+    GLint m_Buffer = 0;
+    GLint m_RowLength = 0;
+};
+
 GLint InternalFormat(unsigned depth) {
     return depth < 9 ? GL_RGBA : GL_RGBA32F;
 }
@@ -30,6 +57,7 @@ void ExpandRow(const std::uint16_t* __restrict from, std::uint16_t* __restrict t
 } // namespace
 
 Texture::~Texture() {
+    m_CopyPending = false; // nobody can ask any more
     Texture::release();
 }
 
@@ -44,6 +72,7 @@ bool Texture::init(unsigned width, unsigned height, unsigned depth, bool argbOrd
 }
 
 void Texture::release() {
+    fetchPixelCopy();
     if (m_Texture)
         glDeleteTextures(1, &m_Texture);
     m_Texture = 0;
@@ -51,6 +80,10 @@ void Texture::release() {
 
 void Texture::grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
                          bool argbOrder, bool expand16) {
+    if (pixels)
+        m_CopyPending = false; // a new copy is on its way
+    else
+        fetchPixelCopy();
     glBindTexture(GL_TEXTURE_2D, m_Texture);
     const long pixelStride = stride / static_cast<long>(PixelDepth::BytesPerChannel(depth)) / 4;
     glPixelStorei(GL_UNPACK_ROW_LENGTH, static_cast<GLint>(pixelStride));
@@ -67,14 +100,41 @@ void Texture::grabPixels(const void* pixels, unsigned width, unsigned height, un
     }
     glTexImage2D(GL_TEXTURE_2D, 0, InternalFormat(depth), static_cast<GLsizei>(width),
                  static_cast<GLsizei>(height), 0, GL_RGBA, getGLType(depth), source);
-    if (pixels && source == pixels)
-        copyPixels(pixels, height, stride);
+    if (pixels && source == pixels) {
+        m_CopyPending = canCopyLater(width, height, depth, stride);
+        if (!m_CopyPending)
+            copyPixels(pixels, height, stride);
+    }
 
     m_Width = width;
     m_Height = height;
     m_Depth = depth;
     m_Stride = stride;
     m_ArgbOrder = argbOrder;
+}
+
+const std::vector<unsigned char>& Texture::pixelCopy() const {
+    fetchPixelCopy();
+    return m_PixelCopy;
+}
+
+// GL must have taken exactly the rows given, at a precision that gives them back unchanged.
+bool Texture::canCopyLater(unsigned width, unsigned height, unsigned depth, long stride) const {
+    const bool exactDepth = depth == 8 || PixelDepth::ForSizes(depth) == 16 || depth == 32;
+    const long pixelBytes = 4 * static_cast<long>(PixelDepth::BytesPerChannel(depth));
+    return !m_CopyAtOnce && m_Texture && exactDepth && width <= s_SafeExtent && height <= s_SafeExtent &&
+           stride % pixelBytes == 0 && stride / pixelBytes >= static_cast<long>(width);
+}
+
+void Texture::fetchPixelCopy() const {
+    if (!m_CopyPending)
+        return;
+    m_CopyPending = false;
+    m_CopyAtOnce = true;
+    m_PixelCopy.resize(std::size_t(m_Height) * static_cast<std::size_t>(m_Stride));
+    const PackScope scope(static_cast<GLint>(m_Stride / PixelDepth::BytesPerChannel(m_Depth) / 4));
+    glBindTexture(GL_TEXTURE_2D, m_Texture);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, getGLType(m_Depth), m_PixelCopy.data());
 }
 
 void Texture::copyPixels(const void* pixels, unsigned height, long stride) {

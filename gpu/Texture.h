@@ -50,18 +50,24 @@ public:
     std::int64_t stride() const { return m_Stride; } // bytes per row of the last upload; 0 after init
     bool argbOrder() const { return m_ArgbOrder; }
     const std::string& fileName() const { return m_FileName; }
-    // The last pixels uploaded, stride() bytes a row; expanded ones as they were expanded.
-    const std::vector<unsigned char>& pixelCopy() const { return m_PixelCopy; }
-    std::vector<unsigned char>& pixelCopy() { return m_PixelCopy; }
+    // The last pixels uploaded, stride() bytes a row; expanded ones as they were expanded. Needs the GL
+    // context: most uploads are copied only when somebody asks, from the GL texture.
+    const std::vector<unsigned char>& pixelCopy() const;
 
     // The GL type of one channel in memory.
     static unsigned getGLType(unsigned depth);
 
     static Texture invalid; // what failed look-ups return; its GL name is 0
 
+protected:
+    // For textures that are also drawn into, whose GL content does not stay what was uploaded.
+    void copyEveryUpload() { m_CopyAtOnce = true; }
+
 private:
+    bool canCopyLater(unsigned width, unsigned height, unsigned depth, long stride) const;
     void copyPixels(const void* pixels, unsigned height, long stride);
     void expandPixels(const void* pixels, unsigned width, unsigned height, long stride);
+    void fetchPixelCopy() const;
 
     std::string m_FileName;
     unsigned m_Texture = 0;
@@ -70,5 +76,7 @@ private:
     unsigned m_Depth = 0;
     std::int64_t m_Stride = 0;
     bool m_ArgbOrder = false;
-    std::vector<unsigned char> m_PixelCopy;
+    mutable std::vector<unsigned char> m_PixelCopy;
+    mutable bool m_CopyPending = false; // the copy is still to be fetched from GL
+    mutable bool m_CopyAtOnce = false;  // somebody reads the copies, so do not leave them to GL
 };
