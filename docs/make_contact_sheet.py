@@ -75,7 +75,7 @@ def main():
     parameters = {p["name"]: p for p in json.loads(fxhost("info", EFFECT, "--json"))["parameters"]}
     photo = read(PHOTO)[BLOCK // 2 :: BLOCK, BLOCK // 2 :: BLOCK]
     with tempfile.TemporaryDirectory() as folder:
-        cells = [(name, rendered(folder, palette=name, dither="Floyd-Steinberg"))
+        cells = [(name, rendered(folder, palette=name, dither="Atkinson"))
                  for name in parameters["palette"]["choices"]]
         sheet(ROOT / "docs" / "palettes.png", [("Photo", photo)] + cells, 3)
 

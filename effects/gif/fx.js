@@ -28,7 +28,7 @@ function popup(name, label, choices, value) {
 
 function setup() {
     colours = popup("colours", "Colours", "8|16|32|64|128|256", 2);
-    dither = popup("dither", "Dither", DITHERS.map(function (row) { return row[0]; }).join("|"), 2);
+    dither = popup("dither", "Dither", DITHERS.map(function (row) { return row[0]; }).join("|"), 3);
     strength = slider("strength", "Pattern Strength", 0.15, 0, 1, 2);
     serpentine = SV_initParam("serpentine", SV_Type.BOOL, "Serpentine");
     SV_setParamValue(serpentine, 1);
