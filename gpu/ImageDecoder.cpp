@@ -24,8 +24,8 @@ bool IsRadiance(const std::vector<unsigned char>& file) {
 
 } // namespace
 
-void DecodedImage::Deleter::operator()(void* pixels) const {
-    stbi_image_free(pixels);
+void DecodedImage::Deleter::operator()(void* memory) const {
+    stbi_image_free(memory);
 }
 
 DecodedImage DecodeImage(const std::vector<unsigned char>& file) {
