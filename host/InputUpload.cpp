@@ -20,6 +20,8 @@ std::vector<std::byte> VisiblePixels(const PF_InData& in, const PF_LayerDef& wor
     const std::size_t rowBytes = PackedRowBytes(width, bits);
     const auto pixelBytes = static_cast<std::int64_t>(PackedRowBytes(1, bits));
     std::vector<std::byte> packed(rowBytes * height);
+    if (packed.empty())
+        return packed;
     const Overlap across(world.width, -static_cast<std::int64_t>(in.pre_effect_source_origin_x), width);
     const Overlap down(world.height, -static_cast<std::int64_t>(in.pre_effect_source_origin_y), height);
     const auto* source = reinterpret_cast<const std::byte*>(world.data) + across.source * pixelBytes;

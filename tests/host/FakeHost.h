@@ -10,6 +10,7 @@
 
 #include "AE_Effect.h"
 #include "AE_EffectCB.h"
+#include "AE_EffectUI.h"
 #include "host/EntryPoint.h"
 
 struct SPBasicSuite;

@@ -83,6 +83,7 @@ TEST(FeedbackTest, AFrameOfLesserDepthIsRefused) {
     FeedbackHost host(50);
     FakeWorld deep(2, 2, 32), target(2, 2, 32);
     host.params[0].u.ld = deep.world;
+    Engine().result.assign(64, 0);
     host.format = 0x32336561;
     EXPECT_EQ(host.Send(PF_Cmd_RENDER, nullptr, &target.world), PF_Err_NONE) << "one row may be any length";
     FakeWorld shallow(2, 2, 8);
