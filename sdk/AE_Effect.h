@@ -47,8 +47,10 @@ typedef struct PF_ProgressInfo* PF_ProgPtr;
 typedef struct PF_LayerAudioOpaque* PF_LayerAudio;
 
 #define PF_MAX_EFFECT_PARAM_NAME_LEN 31
+#define AEFX_AUDIO_DEFAULT_CURVE_TOLERANCE 0.05f
 #define PF_MAX_EFFECT_MSG_LEN 255
 #define AEFX_MAX_PATH 260
+#define AEFX_AUDIO_DEFAULT_CURVE_TOLERANCE 0.05f
 #define PF_MAX_CHAN8 255
 #define PF_MAX_CHAN16 32768
 
