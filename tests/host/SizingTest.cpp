@@ -94,6 +94,8 @@ TEST(FrameSetupTest, SumsForBothHosts) {
         {"same size", Pr, 640, 360, {1, 1}, {1, 1}, {1, 1}, 0, 0, 640, 360, 0, 0, 640, 360},
         {"same size at half", Pr, 640, 360, {1, 2}, {1, 2}, {3, 2}, 0, 0, 640, 360, 0, 0, 320, 180},
         {"larger", Pr, 640, 360, {1, 1}, {1, 1}, {1, 1}, 801, 360, 801, 360, 80, 0, 801, 360},
+        // 800 * 3 / 2 = 1200, 640 * 3 / 2 = 960
+        {"larger, wide pixels", Pr, 640, 360, {1, 1}, {1, 1}, {3, 2}, 800, 360, 1200, 360, 120, 0, 1200, 360},
         // 800 / 2 * 3 / 2 = 600, 640 / 2 * 3 / 2 = 480; smaller than the output, which stays
         {"larger at half, wide pixels",
          Pr,
