@@ -1,22 +1,15 @@
-#include <cstdio>
-#include <exception>
-#include <new>
 #include <vector>
 
 #include "standalone/Errors.h"
 #include "standalone/cli/Commands.h"
+#include "standalone/guard/Outcome.h"
 
 namespace {
 
 using namespace fxhost;
 
 using AddCommand = Command (*)(CLI::App&);
-constexpr AddCommand s_Commands[] = {AddRender, AddInfo, AddCheck, AddNew, AddPack, AddUnpack};
-
-int Fail(const char* text, int status) {
-    std::fprintf(stderr, "fxhost: %s\n", text);
-    return status;
-}
+constexpr AddCommand s_Commands[] = {AddRender, AddInfo, AddCheck, AddNew, AddPack, AddUnpack, AddBundle};
 
 int RunChosen(const std::vector<Command>& commands) {
     for (const Command& command : commands)
@@ -38,14 +31,8 @@ int main(int argc, char** argv) {
         commands.push_back(add(tool));
     try {
         tool.parse(argc, argv);
-        return RunChosen(commands);
+        return StatusOf([&] { return RunChosen(commands); });
     } catch (const CLI::ParseError& error) {
         return tool.exit(error) == 0 ? ExitOk : ExitWrongUse;
-    } catch (const WrongUse& error) {
-        return Fail(error.what(), ExitWrongUse);
-    } catch (const std::bad_alloc&) {
-        return Fail("not enough memory", ExitEffectFailed);
-    } catch (const std::exception& error) {
-        return Fail(error.what(), ExitEffectFailed);
     }
 }

@@ -12,6 +12,7 @@ struct Command {
     std::function<int()> run;
 };
 
+Command AddBundle(CLI::App& tool);
 Command AddCheck(CLI::App& tool);
 Command AddRender(CLI::App& tool);
 Command AddInfo(CLI::App& tool);
