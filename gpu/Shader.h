@@ -32,10 +32,9 @@ public:
     // Installs the program; false when the shader is unusable. Always before render.
     virtual bool begin();
     virtual void end();
-    // Uploads the parameters in GL's order and fills the viewport of the bound framebuffer. The texture's t
-    // runs upwards, with flip downwards. The texture on unit N also sets the uniforms s_TextureNParams and
-    // TextureNParams to (width, height, 1 / width, 1 / height); those must come before the samplers in GL's
-    // order, usually that of the declarations, or their own stored value replaces it.
+    // Uploads the parameters and fills the viewport of the bound framebuffer. The texture's t runs upwards,
+    // with flip downwards. The texture on unit N also sets the uniforms s_TextureNParams and TextureNParams
+    // to (width, height, 1 / width, 1 / height), whatever was stored for them.
     virtual void render(bool flip);
 
     // init, then load from source, or where it is empty from the file name + ".frag" of the resource
@@ -73,6 +72,7 @@ private:
     void gatherUniforms();
     Parameter describeUniform(unsigned index); // array size 0: not a uniform to keep
     void applyParameters();
+    static void applyNumbers(const Parameter& parameter);
     void applyTexture(const Parameter& parameter);
     void applyTextureParameters(int width, int height);
     void deleteObjects();

@@ -98,36 +98,41 @@ Parameter Shader::describeUniform(unsigned index) {
     return parameter;
 }
 
+// Textures come last: each also tells its size, in uniforms that are records of the list themselves and would
+// otherwise be overwritten by what those hold.
 void Shader::applyParameters() {
-    for (const Parameter& parameter : m_Parameters) {
-        const GLint location = parameter.uniformLocation;
-        const auto* floats = static_cast<const GLfloat*>(parameter.value.Data());
-        switch (parameter.type) {
-        case Parameter::FLOAT:
-        case Parameter::ANGLE:
-            glUniform1f(location, parameter.value.Float(0));
-            break;
-        case Parameter::POINT2D:
-            glUniform2fv(location, 1, floats);
-            break;
-        case Parameter::POINT:
-            glUniform3fv(location, 1, floats);
-            break;
-        case Parameter::COLOR:
-            glUniform4fv(location, 1, floats);
-            break;
-        case Parameter::BOOL:
-        case Parameter::POPUP: {
-            const GLint number = parameter.value.Int(0);
-            glUniform1iv(location, 1, &number);
-            break;
-        }
-        case Parameter::LAYER:
+    for (const Parameter& parameter : m_Parameters)
+        applyNumbers(parameter);
+    for (const Parameter& parameter : m_Parameters)
+        if (parameter.type == Parameter::LAYER)
             applyTexture(parameter);
-            break;
-        default: // nothing that a uniform could take
-            break;
-        }
+}
+
+void Shader::applyNumbers(const Parameter& parameter) {
+    const GLint location = parameter.uniformLocation;
+    const auto* floats = static_cast<const GLfloat*>(parameter.value.Data());
+    switch (parameter.type) {
+    case Parameter::FLOAT:
+    case Parameter::ANGLE:
+        glUniform1f(location, parameter.value.Float(0));
+        break;
+    case Parameter::POINT2D:
+        glUniform2fv(location, 1, floats);
+        break;
+    case Parameter::POINT:
+        glUniform3fv(location, 1, floats);
+        break;
+    case Parameter::COLOR:
+        glUniform4fv(location, 1, floats);
+        break;
+    case Parameter::BOOL:
+    case Parameter::POPUP: {
+        const GLint number = parameter.value.Int(0);
+        glUniform1iv(location, 1, &number);
+        break;
+    }
+    default: // textures, and nothing that a uniform could take
+        break;
     }
 }
 

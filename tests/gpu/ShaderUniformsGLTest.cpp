@@ -108,7 +108,7 @@ TEST_F(ShaderUniformsGLTest, GlobalParametersLendTheirType) {
 TEST_F(ShaderUniformsGLTest, SamplersGetUnitsInListOrderAndTheirExtents) {
     Shader shader;
     ASSERT_TRUE(shader.init(
-        "t", "uniform vec4 s_Texture0Params, Texture1Params; uniform sampler2D first, second;\n"
+        "t", "uniform sampler2D first, second; uniform vec4 s_Texture0Params, Texture1Params;\n"
              "void main() { vec4 a = texture2D(first, vec2(0.5)); vec4 b = texture2D(second, vec2(0.5));\n"
              " gl_FragColor = vec4(a.r, b.r, s_Texture0Params.x * 100.0 + Texture1Params.y,\n"
              " s_Texture0Params.w + Texture1Params.z); }"))
