@@ -13,8 +13,6 @@ std::recursive_mutex& GlobalMutex() {
     return s_GlobalMutex;
 }
 
-unsigned s_Depth = 0; // commands running inside each other, counted under the mutex
-
 // For destructors: the command's result is settled, nothing more can be reported.
 template <class Action>
 void Quietly(Action action) noexcept {
@@ -26,15 +24,10 @@ void Quietly(Action action) noexcept {
 
 } // namespace
 
-CommandGuard::CommandGuard()
-    : m_Lock(GlobalMutex()), m_Context(CGLGetCurrentContext()), m_Outer(SelectedInstance()) {
-    ++s_Depth;
-}
+CommandGuard::CommandGuard() : m_Lock(GlobalMutex()), m_Context(CGLGetCurrentContext()) {}
 
 CommandGuard::~CommandGuard() {
     Quietly([this] { ReleaseFrame(); });
-    if (--s_Depth > 0 && m_Outer != SelectedInstance())
-        Quietly([this] { SelectInstance(*GetPlugin(), m_Outer); });
     CGLSetCurrentContext(m_Context);
 }
 

@@ -9,8 +9,7 @@ namespace Adapter {
 
 // Stands around every command: takes the process-wide recursive mutex and remembers the caller's GL context.
 // On destruction it releases a frame lock that the command still holds, makes the remembered context current
-// again and gives the mutex back, in this order. A command that ran inside another one (the host renders an
-// upstream layer from within a callback) also gives the engine back the instance of the outer command.
+// again and gives the mutex back, in this order.
 class CommandGuard {
 public:
     CommandGuard();
@@ -26,7 +25,7 @@ public:
 private:
     std::unique_lock<std::recursive_mutex> m_Lock;
     CGLContextObj m_Context;
-    EngineInstance m_Outer;
+    InstanceScope m_Instance;
     bool m_FrameLocked = false;
 };
 

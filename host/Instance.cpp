@@ -6,15 +6,23 @@ namespace Adapter {
 
 namespace {
 EngineInstance s_Selected;
+InstanceScope* s_Innermost = nullptr;
+} // namespace
+
+InstanceScope::InstanceScope() : m_Before(s_Selected), m_Outer(s_Innermost) {
+    s_Innermost = this;
 }
 
-const EngineInstance& SelectedInstance() {
-    return s_Selected;
-}
-
-void SelectInstance(IPlugin& engine, const EngineInstance& instance) {
-    SelectSequence(engine, instance.sequence);
-    SelectComposition(engine, instance.compWidth, instance.compHeight, instance.compPixelAspect);
+InstanceScope::~InstanceScope() {
+    s_Innermost = m_Outer;
+    if (!m_Outer || m_Before == s_Selected)
+        return;
+    try {
+        SelectSequence(*GetPlugin(), m_Before.sequence);
+        SelectComposition(*GetPlugin(), m_Before.compWidth, m_Before.compHeight, m_Before.compPixelAspect);
+    } catch (...) {
+        // The inner command's result is settled, and the outer one will meet the engine's failure itself.
+    }
 }
 
 void* InitSequence(IPlugin& engine) {
@@ -24,8 +32,13 @@ void* InitSequence(IPlugin& engine) {
 }
 
 void ReleaseSequence(IPlugin& engine, void* sequence) {
-    if (s_Selected.sequence == sequence)
-        s_Selected.sequence = nullptr;
+    const auto forget = [sequence](EngineInstance& instance) {
+        if (instance.sequence == sequence)
+            instance.sequence = nullptr;
+    };
+    forget(s_Selected);
+    for (InstanceScope* scope = s_Innermost; scope; scope = scope->m_Outer)
+        forget(scope->m_Before);
     engine.releaseSequenceData(sequence);
 }
 

@@ -14,9 +14,20 @@ struct EngineInstance {
     bool operator==(const EngineInstance&) const = default;
 };
 
-const EngineInstance& SelectedInstance();
-// Tells the engine again about an instance that it was told of before.
-void SelectInstance(IPlugin& engine, const EngineInstance& instance);
+// Stands around a command. One that ran inside another (the host renders an upstream layer from within a
+// callback) gives the engine back the instance of the outer command.
+class InstanceScope {
+public:
+    InstanceScope();
+    ~InstanceScope();
+    InstanceScope(const InstanceScope&) = delete;
+    InstanceScope& operator=(const InstanceScope&) = delete;
+
+private:
+    friend void ReleaseSequence(IPlugin& engine, void* sequence);
+    EngineInstance m_Before;
+    InstanceScope* m_Outer;
+};
 
 // The IPlugin calls that change what is selected.
 void* InitSequence(IPlugin& engine);

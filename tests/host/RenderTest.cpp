@@ -317,27 +317,47 @@ TEST(PremiereRenderTest, AFailedFillReplacesTheCopy) {
     }
 }
 
+// An effect whose first parameter makes the host run other commands of the plug-in inside its checkout.
+struct ReentrantHost : FakeHost {
+    ReentrantHost() {
+        Engine().params = {Parameter("p", Parameter::FLOAT, "p")};
+        SetUp();
+    }
+    // Commands for another instance; in.sequence_data says which.
+    static void Inner(PF_InData& inner, std::initializer_list<PF_Cmd> commands) {
+        for (const PF_Cmd command : commands) {
+            PF_OutData innerOut = {};
+            EXPECT_EQ(EntryPointFunc(command, &inner, &innerOut, nullptr, nullptr, nullptr), PF_Err_NONE);
+            inner.sequence_data = innerOut.sequence_data;
+        }
+    }
+};
+
 TEST(ReentryTest, AnInnerCommandLeavesTheOuterInstanceSelected) {
-    FakeHost host;
-    Engine().params = {Parameter("p", Parameter::FLOAT, "p"), Parameter("q", Parameter::FLOAT, "q")};
-    host.SetUp();
-    host.onCheckoutParam = [](FakeHost& outer, A_long index) {
-        if (index != 1)
-            return;
+    ReentrantHost host;
+    host.onCheckoutParam = [](FakeHost& outer, A_long) {
         PF_InData in = outer.in;
-        PF_OutData out = {};
         in.sequence_data = nullptr;
-        EXPECT_EQ(EntryPointFunc(PF_Cmd_SEQUENCE_SETUP, &in, &out, nullptr, nullptr, nullptr), PF_Err_NONE);
-        in.sequence_data = out.sequence_data;
-        EXPECT_EQ(EntryPointFunc(PF_Cmd_SEQUENCE_FLATTEN, &in, &out, nullptr, nullptr, nullptr), PF_Err_NONE);
+        ReentrantHost::Inner(in, {PF_Cmd_SEQUENCE_SETUP, PF_Cmd_SEQUENCE_FLATTEN});
     };
-    ASSERT_EQ(host.UserChanged(2), PF_Err_NONE);
     ASSERT_EQ(host.Send(PF_Cmd_UPDATE_PARAMS_UI), PF_Err_NONE);
     const auto& calls = Engine().calls;
     const auto inner = std::find(calls.begin(), calls.end(), "setSequenceData 2");
     const auto next = std::find(inner, calls.end(), "setParam 0");
     ASSERT_NE(next, calls.end());
     EXPECT_NE(std::find(inner, next, "setSequenceData 1"), next);
+}
+
+TEST(ReentryTest, AnInstanceThatAnInnerCommandReleasedIsNotSelectedAgain) {
+    ReentrantHost host;
+    host.onCheckoutParam = [](FakeHost& outer, A_long) {
+        ReentrantHost::Inner(outer.in, {PF_Cmd_SEQUENCE_SETDOWN});
+    };
+    host.Send(PF_Cmd_UPDATE_PARAMS_UI);
+    const auto& calls = Engine().calls;
+    const auto released = std::find(calls.begin(), calls.end(), "releaseSequenceData 1");
+    ASSERT_NE(released, calls.end());
+    EXPECT_EQ(std::find(released, calls.end(), "setSequenceData 1"), calls.end());
 }
 
 } // namespace
