@@ -15,7 +15,7 @@ inline bool NeedsForcedRerender(const PF_InData& in) {
     return in.version.major < 13 || in.version.minor < 9;
 }
 
-// After Effects 10 call sizing commands while another thread holds the frame.
+// False for After Effects with version 13.0 or 13.1, which sizes frames without the frame lock.
 inline bool TakesLockForSizing(const PF_InData& in) {
     return IsPremiere(in) || in.version.major != 13 || in.version.minor > 1;
 }
