@@ -16,12 +16,12 @@ public:
     // naming the file.
     virtual void write(const FrameId& frame, const Picture& picture) = 0;
     virtual bool isParallel() const { return false; }
-    // After the last frame: makes the result whole. Throws EffectFailure.
-    virtual void finish() {}
+    // After the last frame: makes the result of that many frames whole. Throws EffectFailure.
+    virtual void finish(std::size_t) {}
     // Instead of finish, when the run ends early: keeps what a later run can go on from. Does not throw.
     virtual void keep() {}
 
-    // How many of the frames handed to write are safe should the process die now.
+    // How many of the clip's first `written` frames are safe should the process die now.
     virtual std::size_t safe(std::size_t written) const { return written; }
     // Whether a later run can go on after those.
     virtual bool isResumable() const { return false; }

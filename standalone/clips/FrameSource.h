@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "standalone/clips/FrameList.h"
@@ -13,9 +14,9 @@ class FrameSource {
 public:
     virtual ~FrameSource() = default;
 
-    // One frame. Sources that are not parallel are asked for ascending numbers, by one thread. Throws
-    // WrongUse or EffectFailure naming the file and the frame.
-    virtual Picture read(long number) = 0;
+    // One frame; nothing when the clip ends before it and may do so. Sources that are not parallel are asked
+    // for ascending numbers, by one thread. Throws WrongUse or EffectFailure naming the file and the frame.
+    virtual std::optional<Picture> read(long number) = 0;
     // Whether read may be called by many threads at once, in any order.
     virtual bool isParallel() const = 0;
 

@@ -71,8 +71,9 @@ std::optional<NumberPattern> NumberPattern::Parse(const std::string& option, con
             continue;
         }
         if (found)
-            throw WrongUse(option + " " + path +
-                           ": two places for a number; one such as name_%04d.png or name_####.png was expected");
+            throw WrongUse(
+                option + " " + path +
+                ": two places for a number; one such as name_%04d.png or name_####.png was expected");
         found = true;
         pattern.m_Width = place->width;
         i += place->length;

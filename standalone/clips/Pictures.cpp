@@ -26,7 +26,7 @@ public:
         m_HasAlpha = header && header->hasAlpha;
     }
 
-    Picture read(long number) override {
+    std::optional<Picture> read(long number) override {
         Picture picture = readFile(number, m_Depth);
         if (picture.width != m_Width || picture.height != m_Height)
             throw WrongUse(m_Pattern.path(number) + ": " + Size(picture.width, picture.height) +
@@ -55,7 +55,7 @@ public:
         m_Height = m_Picture.height;
         m_Depth = m_Picture.depth;
     }
-    Picture read(long) override { return m_Picture; }
+    std::optional<Picture> read(long) override { return m_Picture; }
     bool isParallel() const override { return true; }
 
 private:

@@ -3,7 +3,7 @@
 namespace fxhost {
 
 ReadAhead::ReadAhead(std::size_t count, std::size_t threads, std::size_t room,
-                     std::function<Picture(std::size_t)> make)
+                     std::function<std::optional<Picture>(std::size_t)> make)
     : m_Count(count), m_Room(room), m_Make(std::move(make)) {
     for (std::size_t i = 0; i < threads; ++i)
         m_Threads.emplace_back([this] { work(); });
@@ -22,8 +22,7 @@ ReadAhead::~ReadAhead() {
 void ReadAhead::work() {
     std::unique_lock lock(m_Mutex);
     for (;;) {
-        m_Changed.wait(lock,
-                       [this] { return m_Ended || m_Begun == m_Count || m_Begun < m_Taken + m_Room; });
+        m_Changed.wait(lock, [this] { return m_Ended || m_Begun == m_Count || m_Begun < m_Taken + m_Room; });
         if (m_Ended || m_Begun == m_Count)
             return;
         const std::size_t index = m_Begun++;
@@ -35,7 +34,7 @@ void ReadAhead::work() {
             result.error = std::current_exception();
         }
         lock.lock();
-        m_Ended |= result.error != nullptr; // what comes after it is not wanted
+        m_Ended |= !result.picture; // what comes after it is not wanted
         m_Ready.emplace(index, std::move(result));
         m_Changed.notify_all();
     }

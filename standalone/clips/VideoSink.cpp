@@ -1,0 +1,161 @@
+#include "standalone/clips/VideoSink.h"
+
+#include <cstring>
+
+#include "standalone/Errors.h"
+#include "standalone/clips/ChildProcess.h"
+#include "standalone/clips/PipeIO.h"
+#include "standalone/clips/VideoParts.h"
+#include "standalone/clips/VideoProbe.h"
+
+namespace fxhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Float channels, nominally 0 to 1, to the 16-bit numbers that encoders take.
+std::vector<std::uint16_t> DeepChannels(const Picture& picture) {
+    const std::size_t count = std::size_t{picture.width} * picture.height * 4;
+    std::vector<std::uint16_t> channels(count);
+    const auto convert = [&](auto* from, float fullScale) {
+        for (std::size_t i = 0; i < count; i += 4)
+            for (std::size_t c = 0; c < 4; ++c) { // alpha goes last
+                const float unit = static_cast<float>(from[i + (c + 1) % 4]) / fullScale;
+                const float scaled = unit * 65535 + 0.5f;
+                channels[i + c] = !(scaled > 0)     ? 0
+                                  : scaled >= 65535 ? 65535
+                                                    : static_cast<std::uint16_t>(scaled);
+            }
+    };
+    if (picture.depth == 16)
+        convert(reinterpret_cast<const std::uint16_t*>(picture.bytes.data()), 32768);
+    else
+        convert(reinterpret_cast<const float*>(picture.bytes.data()), 1);
+    return channels;
+}
+
+class VideoSink final : public FrameSink {
+public:
+    explicit VideoSink(const VideoJob& job) : m_Job(job), m_Parts(job) {}
+
+    bool has(const FrameId& frame) const override { return m_Parts.has(frame.place / PartFrames); }
+
+    void write(const FrameId& frame, const Picture& picture) override {
+        checkShape(frame, picture);
+        if (m_Encoder && frame.place / PartFrames != m_Part)
+            closePart();
+        m_Part = frame.place / PartFrames;
+        if (!m_Encoder)
+            m_Encoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::ToItsInput);
+        int error = 0;
+        if (picture.depth == 8) {
+            error = WriteFully(m_Encoder->pipe(), picture.bytes.data(), picture.bytes.size());
+        } else {
+            const auto channels = DeepChannels(picture);
+            error = WriteFully(m_Encoder->pipe(), channels.data(), channels.size() * 2);
+        }
+        if (error)
+            failed(*m_Encoder, frame.number, error);
+    }
+
+    void finish(std::size_t frames) override {
+        closePart();
+        finishClosed();
+        if (!m_Parts.isAllDone())
+            m_Parts.join(frames);
+    }
+
+    void keep() override {
+        m_Encoder.reset(); // a part that is not whole begins anew
+        try {
+            finishClosed();
+        } catch (const std::exception&) { // the run has failed already
+        }
+    }
+
+    std::size_t safe(std::size_t written) const override { return written / PartFrames * PartFrames; }
+    bool isResumable() const override { return true; }
+
+private:
+    void checkShape(const FrameId& frame, const Picture& picture) {
+        const VideoParts::Shape shape{picture.width, picture.height, picture.depth};
+        if (m_Parts.shape() && shape != *m_Parts.shape())
+            throw EffectFailure(m_Job.path + ": frame " + std::to_string(frame.number) + " has " +
+                                std::to_string(shape.width) + "x" + std::to_string(shape.height) +
+                                " pixels, but the video began with " +
+                                std::to_string(m_Parts.shape()->width) + "x" +
+                                std::to_string(m_Parts.shape()->height) +
+                                "; numbered pictures may change size, a video may not");
+        if (m_Format.arguments.empty())
+            m_Format = ChooseVideoFormat(m_Job.path, m_Job.wishes, m_Job.content, shape.width, shape.height,
+                                         shape.depth);
+        if (!m_Parts.shape())
+            m_Parts.setShape(shape, m_Format.partEnding);
+    }
+
+    std::vector<std::string> arguments() const {
+        const auto& shape = *m_Parts.shape();
+        std::vector<std::string> list = {"ffmpeg",
+                                         "-v",
+                                         "error",
+                                         "-nostdin",
+                                         "-y",
+                                         "-f",
+                                         "rawvideo",
+                                         "-pix_fmt",
+                                         shape.depth == 8 ? "argb" : "rgba64le",
+                                         "-video_size",
+                                         std::to_string(shape.width) + "x" + std::to_string(shape.height),
+                                         "-framerate",
+                                         m_Job.content.rate.text(),
+                                         "-i",
+                                         "pipe:0"};
+        list.insert(list.end(), m_Format.arguments.begin(), m_Format.arguments.end());
+        list.insert(list.end(), {"-video_track_timescale", std::to_string(m_Job.content.rate.frames),
+                                 "-fflags", "+bitexact", "-flags:v", "+bitexact",
+                                 FileArgument(m_Parts.unfinished(m_Part).string())});
+        return list;
+    }
+
+    // Tells the encoder that this was all; it ends while the next part is under way.
+    void closePart() {
+        finishClosed();
+        if (!m_Encoder)
+            return;
+        m_Encoder->closePipe();
+        m_Closed = std::move(m_Encoder);
+        m_ClosedPart = m_Part;
+    }
+
+    void finishClosed() {
+        if (!m_Closed)
+            return;
+        const auto encoder = std::move(m_Closed);
+        if (encoder->wait() != 0)
+            failed(*encoder, -1, 0);
+        fs::rename(m_Parts.unfinished(m_ClosedPart), m_Parts.part(m_ClosedPart));
+    }
+
+    [[noreturn]] void failed(ChildProcess& encoder, long number, int error) {
+        encoder.closePipe();
+        const int status = encoder.wait();
+        throw EffectFailure(m_Job.path + ": " + (number < 0 ? "" : "frame " + std::to_string(number) + ": ") +
+                            (status ? FailureText("ffmpeg", status, encoder.said())
+                                    : std::string("cannot be encoded: ") + std::strerror(error)));
+    }
+
+    const VideoJob m_Job;
+    VideoParts m_Parts;
+    VideoFormat m_Format;
+    std::unique_ptr<ChildProcess> m_Encoder, m_Closed;
+    std::size_t m_Part = 0, m_ClosedPart = 0;
+};
+
+} // namespace
+
+std::unique_ptr<FrameSink> WriteVideo(const VideoJob& job) {
+    return std::make_unique<VideoSink>(job);
+}
+
+} // namespace fxhost
