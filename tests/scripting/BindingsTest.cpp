@@ -1,4 +1,8 @@
+#include <fstream>
+#include <iterator>
+
 #include "context/Context.h"
+#include "scripting/Bindings.h"
 #include "tests/support/ScriptRunner.h"
 
 namespace {
@@ -131,6 +135,16 @@ TEST_F(BindingsTest, ScriptCodeInsideArgumentsDoesNoHarm) {
         ].forEach(function (call) { try { call(); } catch (e) { caught += 1; } });
         is(caught, 6);
     )js");
+}
+
+TEST_F(BindingsTest, TheAuthorsGuideNamesEveryFunction) {
+    std::ifstream file("docs/effects.md");
+    const std::string guide{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    ASSERT_FALSE(guide.empty()) << "run from the source folder";
+    for (const auto group : {ParameterBindings, RenderTargetBindings, ShaderBindings, TextureBindings,
+                             SurfaceBindings, SequenceBindings})
+        for (const NativeFunction& function : group())
+            EXPECT_NE(guide.find("| `" + std::string(function.name) + "("), std::string::npos) << function.name;
 }
 
 TEST_F(BindingsTest, TheFrameAndTheCompositionAreTold) {
