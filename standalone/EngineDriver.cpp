@@ -7,6 +7,7 @@
 #include "platform/CGL.h"
 #include "platform/GLProblem.h"
 #include "standalone/Errors.h"
+#include "standalone/guard/Stage.h"
 
 namespace fxhost {
 
@@ -46,6 +47,7 @@ void CopyRow16(const std::uint8_t* from, std::uint8_t* to, std::size_t bytes) {
 } // namespace
 
 EngineDriver::EngineDriver(const EffectSource& source) : m_Engine(*GetPlugin()) {
+    const StageSpan span(Stage::Setup);
     source.Select();
     bool ready = false;
     try {
@@ -53,8 +55,7 @@ EngineDriver::EngineDriver(const EffectSource& source) : m_Engine(*GetPlugin()) 
         ready = m_Engine.globalSetup(nullptr,
                                      reinterpret_cast<const unsigned short*>(source.BundlePath().c_str()));
     } catch (const std::exception& error) {
-        throw EffectFailure(source.Shown("config.xml") + ": error: not well-formed XML (" + error.what() +
-                            ")");
+        throw EffectFailure(source.Shown("config.xml"), std::string("not well-formed XML: ") + error.what());
     }
     if (!ready)
         throw EffectFailure("no OpenGL context could be made: " + PlatformGLProblem());
@@ -87,6 +88,7 @@ EffectInfo EngineDriver::info() {
 }
 
 void EngineDriver::updateUI() {
+    const StageSpan span(Stage::UpdateUI);
     const FrameLock lock(m_Engine);
     m_Engine.setSequenceData(m_Sequence);
     m_Engine.preUIUpdate();
@@ -109,6 +111,7 @@ void EngineDriver::setValues(const FrameRequest& request) {
 
 Picture EngineDriver::render(const FrameRequest& request) {
     const Picture& input = request.input;
+    StageSpan span(Stage::PreRender);
     const FrameLock lock(m_Engine);
     m_Engine.setSequenceData(m_Sequence);
     m_Engine.setCompositionSize(input.width, input.height, 1);
@@ -123,13 +126,16 @@ Picture EngineDriver::render(const FrameRequest& request) {
     m_Engine.setInputOrigin(static_cast<int>(width / 2) - static_cast<int>(input.width / 2),
                             static_cast<int>(height / 2) - static_cast<int>(input.height / 2));
     m_Engine.begin(true);
+    span.next(Stage::Upload);
     for (const LayerInput& layer : request.layers)
         m_Engine.grabIntoTexture(layer.index, Writable(layer.picture), layer.picture.width,
                                  layer.picture.height, layer.picture.depth,
                                  static_cast<long>(layer.picture.RowBytes()));
     m_Engine.grabIntoTexture(IPlugin::InputLayer, Writable(input), input.width, input.height, input.depth,
                              static_cast<long>(input.RowBytes()));
+    span.next(Stage::Draw);
     m_Engine.render(request.time, width, height, input.depth, 1);
+    span.next(Stage::ReadBack);
     Picture picture = result(width, height, input.depth);
     m_Engine.end();
     return picture;

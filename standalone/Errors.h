@@ -1,6 +1,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace fxhost {
 
@@ -9,7 +10,6 @@ enum ExitStatus : int {
     ExitOk = 0,
     ExitEffectFailed = 1, // script or shader error, file that the effect lacks, no GL, picture not written
     ExitWrongUse = 2,     // options or input files that make no sense
-    ExitRunaway = 4,      // the effect crashed or did not come to an end
     ExitRanAway = 4,      // out of time or memory, or crashed, in a guarded process
     ExitStopped = 130,    // the user stopped it
 };
@@ -23,7 +23,15 @@ public:
 // Thrown when the effect or its surroundings fail. Ends in ExitEffectFailed.
 class EffectFailure : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit EffectFailure(const std::string& text) : std::runtime_error(text), m_Text(text) {}
+    EffectFailure(const std::string& file, const std::string& text)
+        : std::runtime_error(file + ": error: " + text), m_File(file), m_Text(text) {}
+
+    const std::string& file() const { return m_File; } // that is to blame; may be empty
+    const std::string& text() const { return m_Text; }
+
+private:
+    std::string m_File, m_Text;
 };
 
 } // namespace fxhost

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "standalone/effects/ScriptScan.h"
+
 namespace fxhost {
 
 namespace {
@@ -40,6 +42,22 @@ ScriptWatch::~ScriptWatch() {
     s_Current = nullptr;
 }
 
+// Calls of functions that the script does not define, told in words: the engine calls all four.
+bool ScriptWatch::explainUndefined(Diagnostic& found, const std::string& evaluated) const {
+    const std::string callback = evaluated == "fx.js" ? "setup" : evaluated;
+    if (found.text != "ReferenceError: identifier '" + callback + "' undefined")
+        return false;
+    const bool hasStandIn = callback == "preRender" || callback == "updateUIFlags";
+    const std::string script = m_Source.ReadText("fx.js").value_or("");
+    found.line = hasStandIn ? LineOfWord(script, callback) : 0;
+    found.text = hasStandIn ? "\"" + callback +
+                                  "\" is mentioned but not defined, so the engine puts no stand-in "
+                                  "there and its call fails"
+                            : "the script defines no function " + callback + "()";
+    found.notes.clear();
+    return true;
+}
+
 void ScriptWatch::heard(const ScriptError& error) {
     ScriptWatch& watch = *s_Current;
     const bool isSetup = error.evaluated == "fx.js";
@@ -49,7 +67,7 @@ void ScriptWatch::heard(const ScriptError& error) {
         return;
     Diagnostic found{watch.m_Source.Shown("fx.js"), error.line, Severity::Error, Message(error),
                      StackLines(error)};
-    if (!isSetup)
+    if (!watch.explainUndefined(found, error.evaluated) && !isSetup)
         found.notes.push_back("in the engine's call of " + error.evaluated);
     if (std::find(watch.m_All.begin(), watch.m_All.end(), found) == watch.m_All.end())
         watch.m_All.push_back(std::move(found));

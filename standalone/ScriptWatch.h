@@ -20,6 +20,7 @@ public:
     std::vector<Diagnostic> take();
 
 private:
+    bool explainUndefined(Diagnostic& found, const std::string& evaluated) const;
     static void heard(const ScriptError& error);
 
     const EffectSource& m_Source;

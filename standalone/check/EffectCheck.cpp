@@ -13,6 +13,7 @@
 #include "standalone/check/ShaderText.h"
 #include "standalone/check/UniformWatch.h"
 #include "standalone/effects/ScriptScan.h"
+#include "standalone/guard/Stage.h"
 
 namespace fxhost {
 
@@ -44,21 +45,20 @@ Picture TestPicture(const FrameKind& kind) {
 
 class Checker {
 public:
-    Checker(const std::string& effect, const CheckListener& listener)
-        : m_Listener(listener), m_Source(EffectSource::Open(effect)), m_Watch(m_Source), m_Driver(begin()),
+    Checker(const std::string& effect, const std::function<void(const Diagnostic&)>& listener)
+        : m_Listener(listener), m_Source(EffectSource::Open(effect)), m_Watch(m_Source), m_Driver(m_Source),
           m_Uniforms(m_Source), m_Parameters(m_Driver.parameters()) {}
 
     void run() {
         tellScript();
         const bool setUp = !m_Failed;
-        const std::string shaderErrors = m_Driver.shaderErrors();
-        tell(ShaderFindings(shaderErrors, m_Source));
-        tell(MissingFileFindings(m_Source));
+        tellFiles();
         checkTexts();
         if (!setUp)
             return;
         runFrames();
-        if (!shaderErrors.empty()) // then draw never ran
+        tellFiles();                          // what draw loads
+        if (!m_Driver.shaderErrors().empty()) // then draw no longer runs
             return;
         runVariations();
         checkLeaks();
@@ -66,11 +66,6 @@ public:
     }
 
 private:
-    EngineDriver begin() {
-        m_Listener.stage("set-up");
-        return EngineDriver(m_Source);
-    }
-
     void checkTexts() {
         const std::string script = m_Source.ReadText("fx.js").value_or("");
         tell(CheckParameters(m_Source.Shown("fx.js"), script, m_Parameters));
@@ -85,14 +80,13 @@ private:
                 tell(CheckShaderText(m_Source.Shown(file), *text));
     }
 
-    void frame(const FrameKind& kind, const std::string& stage,
-               const std::vector<ParameterSetting>& settings) {
-        m_Listener.stage(stage);
+    void frame(const FrameKind& kind, const std::vector<ParameterSetting>& settings = {}) {
+        ReportFrame(m_Frame++);
         FrameRequest request;
         request.input = TestPicture(kind);
-        request.time = m_Time += 0.5;
+        request.time = 0.5 * static_cast<double>(m_Frame);
         request.settings = settings;
-        if (m_Time > 0.5) // layers are empty in the first frame
+        if (m_Frame > 1) // layers are empty in the first frame
             for (unsigned i = 0; i < m_Parameters.size(); ++i)
                 if (m_Parameters[i].type == Parameter::LAYER)
                     request.layers.push_back({i, TestPicture(kind)});
@@ -105,10 +99,7 @@ private:
 
     void runFrames() {
         for (const FrameKind& kind : s_Frames)
-            frame(kind,
-                  "a frame of " + std::to_string(kind.width) + "x" + std::to_string(kind.height) + " at " +
-                      std::to_string(kind.depth) + " bits",
-                  {});
+            frame(kind);
     }
 
     // A frame for every entry of every pop-up and every switch, the rest being as declared.
@@ -124,9 +115,9 @@ private:
             for (int value = first; value <= last && count < s_MostVariations; ++value, ++count) {
                 ParameterSetting setting{i, {}};
                 setting.value.SetInt(0, value);
-                frame(s_Small, "a frame with " + parameter.name + "=" + std::to_string(value), {setting});
+                frame(s_Small, {setting});
             }
-            frame(s_Small, "a frame", {{i, parameter.value}}); // back to the declared value
+            frame(s_Small, {{i, parameter.value}}); // back to the declared value
         }
     }
 
@@ -143,10 +134,10 @@ private:
     }
 
     void checkLeaks() {
-        frame(s_Small, "a frame", {});
+        frame(s_Small);
         const auto before = countResources();
         for (unsigned i = 0; i < s_LeakFrames; ++i)
-            frame(s_Small, "frame " + std::to_string(i + 1) + " of " + std::to_string(s_LeakFrames), {});
+            frame(s_Small);
         const auto after = countResources();
         const int line = LineOfWord(m_Source.ReadText("fx.js").value_or(""), "function draw");
         for (const auto& [type, count] : after)
@@ -161,27 +152,36 @@ private:
     }
 
     void tellScript() { tell(m_Watch.take()); }
+    void tellFiles() {
+        tell(ShaderFindings(m_Driver.shaderErrors(), m_Source));
+        tell(MissingFileFindings(m_Source));
+    }
+    // Each finding once.
     void tell(const std::vector<Diagnostic>& findings) {
         for (const Diagnostic& finding : findings) {
+            if (std::find(m_Told.begin(), m_Told.end(), finding) != m_Told.end())
+                continue;
+            m_Told.push_back(finding);
             m_Failed |= finding.severity == Severity::Error;
-            m_Listener.finding(finding);
+            m_Listener(finding);
         }
     }
 
-    const CheckListener& m_Listener;
+    const std::function<void(const Diagnostic&)>& m_Listener;
     EffectSource m_Source;
     ScriptWatch m_Watch;
     EngineDriver m_Driver;
     UniformWatch m_Uniforms;
     std::vector<Parameter> m_Parameters;
-    double m_Time = 0;
+    std::vector<Diagnostic> m_Told;
+    long m_Frame = 0;
     bool m_Failed = false;
 };
 
 } // namespace
 
-void CheckEffect(const std::string& effect, const CheckListener& listener) {
-    Checker(effect, listener).run();
+void CheckEffect(const std::string& effect, const std::function<void(const Diagnostic&)>& tell) {
+    Checker(effect, tell).run();
 }
 
 } // namespace fxhost

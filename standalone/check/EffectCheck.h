@@ -7,14 +7,8 @@
 
 namespace fxhost {
 
-// What a check tells while it works.
-struct CheckListener {
-    std::function<void(const std::string& stage)> stage; // what begins now, in words
-    std::function<void(const Diagnostic&)> finding;
-};
-
 // Loads an effect, runs its callbacks at several sizes, depths and settings, and tells what is wrong with it,
 // also what the engine passes over in silence. One effect in a process. Throws WrongUse and EffectFailure.
-void CheckEffect(const std::string& effect, const CheckListener& listener);
+void CheckEffect(const std::string& effect, const std::function<void(const Diagnostic&)>& tell);
 
 } // namespace fxhost

@@ -1,12 +1,14 @@
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <sstream>
 
 #include "standalone/Errors.h"
 #include "standalone/check/EffectCheck.h"
 #include "standalone/check/FindingJson.h"
 #include "standalone/cli/Commands.h"
-#include "standalone/process/Child.h"
+#include "standalone/guard/GuardOptions.h"
 
 namespace fxhost {
 
@@ -18,61 +20,75 @@ struct CheckOptions {
     std::vector<std::string> effects;
     bool json = false;
     bool strict = false;
-    double frameTimeout = 60;
+    GuardLimits limits;
 };
 
-// What came out of one effect.
 struct Outcome {
     std::vector<Diagnostic> findings;
-    std::string stage = "start";
     int status = ExitOk;
 };
 
-// In the child: one JSON object a line, either a stage or a finding.
-int CheckInChild(const std::string& effect, const SendLine& send) {
-    const auto fail = [&](const char* text, int status) {
-        send(OneLine({{"failure", text}}));
+// A file without a name that parent and child share: the child may end at any moment, and what it has found
+// so far is kept.
+class Findings {
+public:
+    Findings() : m_File(std::tmpfile()) {
+        if (!m_File)
+            throw EffectFailure(std::string("no temporary file can be made: ") + std::strerror(errno));
+    }
+
+    void add(const Diagnostic& finding) {
+        std::fprintf(m_File.get(), "%s\n", OneLine(ToJson(finding)).c_str());
+        std::fflush(m_File.get());
+    }
+
+    std::vector<Diagnostic> readAll() {
+        std::string text;
+        std::rewind(m_File.get());
+        for (int c = std::fgetc(m_File.get()); c != EOF; c = std::fgetc(m_File.get()))
+            text += static_cast<char>(c);
+        std::vector<Diagnostic> findings;
+        std::istringstream lines(text.substr(0, text.rfind('\n') + 1)); // the last may be cut off
+        for (std::string line; std::getline(lines, line);)
+            findings.push_back(FromJson(Json::parse(line)));
+        return findings;
+    }
+
+private:
+    struct Close {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Close> m_File;
+};
+
+int CheckInChild(const std::string& effect, Findings& findings) {
+    const auto fail = [&](const std::string& file, const std::string& text, int status) {
+        findings.add({file.empty() ? effect : file, 0, Severity::Error, text, {}});
         return status;
     };
     try {
-        CheckEffect(effect, {[&](const std::string& stage) {
-                                 send(OneLine({{"stage", stage}}));
-                             },
-                             [&](const Diagnostic& finding) {
-                                 send(OneLine({{"finding", ToJson(finding)}}));
-                             }});
+        CheckEffect(effect, [&](const Diagnostic& finding) { findings.add(finding); });
         return ExitOk;
     } catch (const WrongUse& error) {
-        return fail(error.what(), ExitWrongUse);
-    } catch (const std::exception& error) {
-        return fail(error.what(), ExitEffectFailed);
+        return fail("fxhost", error.what(), ExitWrongUse);
+    } catch (const EffectFailure& error) {
+        return fail(error.file(), error.text(), ExitEffectFailed);
     }
 }
 
-void Hear(const std::string& line, Outcome& outcome) {
-    const Json json = Json::parse(line);
-    if (json.contains("stage"))
-        outcome.stage = json["stage"];
-    else if (json.contains("finding"))
-        outcome.findings.push_back(FromJson(json["finding"]));
-    else
-        outcome.findings.push_back({"fxhost", 0, Severity::Error, json["failure"].get<std::string>(), {}});
-}
-
+// One effect in a process, since a package stays open in it; and a guarded one.
 Outcome CheckOne(const std::string& effect, const CheckOptions& options) {
+    Findings findings;
     Outcome outcome;
-    const auto patience = std::chrono::milliseconds(static_cast<long>(options.frameTimeout * 1000));
-    const ChildEnd end = RunInChild([&](const SendLine& send) { return CheckInChild(effect, send); },
-                                    patience, [&](const std::string& line) { Hear(line, outcome); });
-    outcome.status = end.status;
-    if (end.how == ChildEnd::How::Exited)
-        return outcome;
-    outcome.status = ExitRunaway;
-    const std::string what =
-        end.how == ChildEnd::How::Silent
-            ? "did not come to an end within " + std::to_string(options.frameTimeout) + " s"
-            : std::string("ended the process: ") + ::strsignal(end.signal);
-    outcome.findings.push_back({effect, 0, Severity::Error, outcome.stage + " " + what, {}});
+    outcome.status = RunGuarded(options.limits, effect, [&] { return CheckInChild(effect, findings); });
+    outcome.findings = findings.readAll();
+    if (outcome.status == ExitRanAway)
+        outcome.findings.push_back(
+            {effect,
+             0,
+             Severity::Error,
+             "did not come to its end; the guard's message tells the frame and the stage",
+             {}});
     return outcome;
 }
 
@@ -119,9 +135,7 @@ Command AddCheck(CLI::App& tool) {
     app->add_option("EFFECT", options->effects, "Folders that hold fx.js, or package files")->required();
     app->add_flag("--json", options->json, "Print JSON, for editors and continuous integration");
     app->add_flag("--strict", options->strict, "Let warnings count as errors");
-    app->add_option("--frame-timeout", options->frameTimeout, "Longest time for one step; 60 otherwise")
-        ->check(CLI::Range(0.1, 86400.0))
-        ->type_name("SECONDS");
+    AddGuardOptions(*app, options->limits);
     app->footer(
         "Exit status: 0 no errors; 1 errors; 2 wrong use; 4 an effect crashed or did not come to an end.\n\n"
         "Examples:\n  fxhost check effects/blur effects/glow\n  fxhost check --strict --json blob.dat");

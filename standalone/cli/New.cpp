@@ -25,7 +25,7 @@ int New(const std::string& folder) {
         throw WrongUse(folder + ": is there already; choose another name");
     std::error_code error;
     if (!fs::create_directories(path, error))
-        throw EffectFailure(folder + ": the folder cannot be made: " + error.message());
+        throw EffectFailure(folder, "the folder cannot be made: " + error.message());
     for (const auto& [file, bytes] : TemplateEffect(name))
         WriteFileBytes((path / file).string(), bytes);
     std::printf("Made %s. Try it: fxhost render %s -i IMAGE -o out.png\n", path.c_str(), path.c_str());

@@ -42,7 +42,7 @@ int Unpack(const PackOptions& options) {
     std::error_code error;
     fs::create_directories(folder, error);
     if (error)
-        throw EffectFailure(options.to + ": the folder cannot be made: " + error.message());
+        throw EffectFailure(options.to, "the folder cannot be made: " + error.message());
     for (const auto& [name, bytes] : package.files)
         WriteFileBytes((folder / name).string(), bytes);
     return ExitOk;

@@ -89,7 +89,7 @@ EffectSource EffectSource::Open(const std::string& path) {
             throw WrongUse(file + ": the package holds no fx.js, so it is no effect");
     }
     if (!source.Has("config.xml"))
-        throw EffectFailure(source.Shown("config.xml") + ": error: not found; every effect needs one");
+        throw EffectFailure(source.Shown("config.xml"), "not found; every effect needs one");
     return source;
 }
 

@@ -104,7 +104,7 @@ void WriteFileBytes(const std::string& path, const Bytes& bytes) {
     if (!file || error) {
         const std::string why = error ? error.message() : std::strerror(errno);
         fs::remove(temporary, error);
-        throw EffectFailure(path + ": cannot be written: " + why);
+        throw EffectFailure(path, "cannot be written: " + why);
     }
 }
 

@@ -72,7 +72,10 @@ void OnNewFailure() {
         }
         _exit(128 + SIGKILL); // the parent is gone
     }).detach();
-    std::exit(StatusOf(work));
+    const int status = StatusOf(work);
+    std::fflush(nullptr);
+    // Not exit(): picture libraries bring a logger that started threads before the fork and waits for them.
+    _exit(status);
 }
 
 volatile std::sig_atomic_t s_Signals = 0;

@@ -21,6 +21,9 @@ int StatusOf(const std::function<int()>& work) {
         return work();
     } catch (const WrongUse& error) {
         return Fail(error.what(), ExitWrongUse);
+    } catch (const EffectFailure& error) {
+        std::fprintf(stderr, "%s%s\n", error.file().empty() ? "fxhost: " : "", error.what());
+        return ExitEffectFailed;
     } catch (const std::bad_alloc&) {
         return Fail("not enough memory", ExitEffectFailed);
     } catch (const std::exception& error) {

@@ -109,7 +109,7 @@ void WritePicture(const std::string& path, const Picture& picture) {
         Write(temporary.Name(), picture);
         temporary.Finish();
     } catch (const std::exception& error) {
-        throw EffectFailure(path + ": cannot be written: " + error.what());
+        throw EffectFailure(path, std::string("cannot be written: ") + error.what());
     }
 }
 

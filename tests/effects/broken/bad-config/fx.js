@@ -1,0 +1,5 @@
+function setup() {
+}
+
+function draw() {
+}

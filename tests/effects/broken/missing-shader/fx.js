@@ -1,0 +1,10 @@
+var shader;
+
+function setup() {
+    shader = SV_initShader("gone");
+}
+
+function draw() {
+    SV_setShaderParamVal(shader, "image", SV_getSequenceTexture());
+    SV_renderShader(shader, SV_getSequenceRT(), true);
+}

@@ -1,0 +1,7 @@
+// written for another program
+#version 120
+uniform sampler2D image;
+
+void main() {
+    gl_FragColor = texture2D(image, gl_TexCoord[0].xy);
+}
