@@ -61,7 +61,7 @@ TEST_F(FacadeGLTest, TheOutputSizeIsTheScriptsOrTheInputs) {
 TEST_F(FacadeGLTest, InstancesKeepTheirValuesAndLayersAreNotSetFromOutside) {
     Start({{"fx.js",
             "function setup() { SV_initParam('x', SV_Type.FLOAT); SV_initParam('l', SV_Type.LAYER); }"}});
-    void* const other = Engine().initSequenceData();
+    void* const other = NewInstance();
     Parameter::Value one, two;
     one.SetFloat(0, 1);
     two.SetFloat(0, 2);
@@ -77,7 +77,7 @@ TEST_F(FacadeGLTest, InstancesKeepTheirValuesAndLayersAreNotSetFromOutside) {
     EXPECT_EQ(Parameter::invalid.value.Float(0), 0.0f);
     Engine().setSequenceData(m_Instance);
     EXPECT_EQ(Engine().getParam(0).value.Float(0), 1.0f);
-    Engine().releaseSequenceData(other);
+    ReleaseInstance(other);
     Engine().releaseSequenceData(nullptr);
 }
 

@@ -44,7 +44,7 @@ TEST_F(LifecycleGLTest, AResetupFreesEveryGlObjectOfTheOldScript) {
         Frame(TestPicture<float>(9, 9));
         const ContextKeeper keeper;
         Engine().resetup();
-        m_Instance = Engine().initSequenceData();
+        m_Instance = NewInstance();
     }
     EXPECT_EQ(CountNames(Engine()), atFirst);
 }
@@ -60,7 +60,7 @@ TEST_F(LifecycleGLTest, FramesReuseTheirTargetAndTexture) {
 
 TEST_F(LifecycleGLTest, AResetupDropsTheInstancesThatWereThere) {
     Start({{"fx.js", OneShaderScript()}, {"pixel.frag", PixelShader("c")}});
-    void* const other = Engine().initSequenceData();
+    void* const other = NewInstance();
     {
         const ContextKeeper keeper;
         Engine().resetup();
@@ -72,11 +72,11 @@ TEST_F(LifecycleGLTest, AResetupDropsTheInstancesThatWereThere) {
         EXPECT_EQ(Engine().grabResultBegin(), nullptr) << "the host then copies its input";
         Engine().releaseFrame();
     }
-    Engine().initSequenceData();
+    NewInstance();
     TestPicture<std::uint8_t> input(1, 1);
     input.channels = {1, 2, 3, 4};
     EXPECT_EQ(Frame(input).channels, input.channels);
-    Engine().releaseSequenceData(other);
+    ReleaseInstance(other);
 }
 
 TEST_F(LifecycleGLTest, AReleasedEngineCanBeSetUpAgain) {
@@ -112,7 +112,7 @@ TEST_F(LifecycleGLTest, EightThreadsEachGetTheirOwnPicture) {
     constexpr unsigned threads = 8, frames = 12;
     void* instances[threads];
     for (void*& instance : instances)
-        instance = Engine().initSequenceData();
+        instance = NewInstance();
     int wrong[threads] = {};
     std::vector<std::thread> workers;
     for (unsigned t = 0; t < threads; ++t)

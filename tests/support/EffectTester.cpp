@@ -16,6 +16,8 @@ EffectTester::EffectTester() : m_Engine(std::make_unique<AEShaderVexel2>()) {
 }
 
 EffectTester::~EffectTester() {
+    while (!m_Instances.empty())
+        ReleaseInstance(*m_Instances.begin());
     m_Engine.reset();
     Utils::ProcessPath = Utils::PassThrough;
 }
@@ -26,7 +28,16 @@ void EffectTester::Start(std::map<std::string, std::string> files) {
         m_Folder.Write(name, bytes);
     const ContextKeeper keeper;
     ASSERT_TRUE(m_Engine->globalSetup(nullptr, nullptr)) << "no GL: install libegl-mesa0 libgl1-mesa-dri";
-    m_Instance = m_Engine->initSequenceData();
+    m_Instance = NewInstance();
+}
+
+void* EffectTester::NewInstance() {
+    return *m_Instances.insert(m_Engine->initSequenceData()).first;
+}
+
+void EffectTester::ReleaseInstance(void* instance) {
+    m_Engine->releaseSequenceData(instance);
+    m_Instances.erase(instance);
 }
 
 std::vector<unsigned char> EffectTester::FrameBytes(const void* rows, unsigned width, unsigned height,

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,9 @@ protected:
     TestPicture<Channel> Frame(TestPicture<Channel> input, double time = 0, std::size_t padding = 0);
 
     AEShaderVexel2& Engine() { return *m_Engine; }
+    // One more instance, which becomes the current one; given back with the test unless it was before.
+    void* NewInstance();
+    void ReleaseInstance(void* instance);
     void* m_Instance = nullptr; // of Start
 
 private:
@@ -58,6 +62,7 @@ private:
 
     TemporaryFolder m_Folder;
     std::unique_ptr<AEShaderVexel2> m_Engine;
+    std::set<void*> m_Instances;
 };
 
 template <class Channel>
