@@ -115,6 +115,7 @@ Picture EngineDriver::render(const FrameRequest& request) {
     const FrameLock lock(m_Engine);
     m_Engine.setSequenceData(m_Sequence);
     m_Engine.setCompositionSize(input.width, input.height, 1);
+    step(FrameStep::PreRender);
     setValues(request);
     unsigned width = input.width, height = input.height;
     m_Engine.preRender(input.width, input.height, width, height);
@@ -127,6 +128,7 @@ Picture EngineDriver::render(const FrameRequest& request) {
                             static_cast<int>(height / 2) - static_cast<int>(input.height / 2));
     m_Engine.begin(true);
     span.next(Stage::Upload);
+    step(FrameStep::Upload);
     for (const LayerInput& layer : request.layers)
         m_Engine.grabIntoTexture(layer.index, Writable(layer.picture), layer.picture.width,
                                  layer.picture.height, layer.picture.depth,
@@ -134,18 +136,28 @@ Picture EngineDriver::render(const FrameRequest& request) {
     m_Engine.grabIntoTexture(IPlugin::InputLayer, Writable(input), input.width, input.height, input.depth,
                              static_cast<long>(input.RowBytes()));
     span.next(Stage::Draw);
+    step(FrameStep::Script);
     m_Engine.render(request.time, width, height, input.depth, 1);
+    step(FrameStep::Draw);
     span.next(Stage::ReadBack);
+    step(FrameStep::ReadBack);
     Picture picture = result(width, height, input.depth);
     m_Engine.end();
+    step(FrameStep::Done);
     return picture;
 }
 
+void EngineDriver::step(FrameStep begins) {
+    if (m_OnStep)
+        m_OnStep(begins);
+}
+
 Picture EngineDriver::result(unsigned width, unsigned height, unsigned depth) {
+    Picture picture(width, height, depth); // before anything is mapped: it may be too large
     void* pixels = m_Engine.grabResultBegin();
     if (!pixels)
         throw EffectFailure("the engine has no picture of this frame (out of graphics memory?)");
-    Picture picture(width, height, depth);
+    step(FrameStep::CopyOut);
     const std::size_t rowBytes = picture.RowBytes();
     for (unsigned y = 0; y < height; ++y) { // the last row comes first
         const auto* from = static_cast<const std::uint8_t*>(pixels) + y * rowBytes;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "standalone/FrameRenderer.h"
+#include "standalone/bench/FrameSteps.h"
 #include "standalone/effects/EffectSource.h"
 
 class IPlugin;
@@ -34,6 +35,8 @@ public:
     void updateUI();
     // Runs `work` with the frame lock held and the engine's GL context current.
     void whileLocked(const std::function<void()>& work);
+    // Is told of every step of every frame as it begins, with the engine's GL context current.
+    void onStep(std::function<void(FrameStep)> listener) { m_OnStep = std::move(listener); }
     // The collected shader errors in the engine's form; empty when all shaders compiled.
     std::string shaderErrors();
 
@@ -41,7 +44,10 @@ private:
     void setValues(const FrameRequest& request);
     Picture result(unsigned width, unsigned height, unsigned depth);
 
+    void step(FrameStep begins);
+
     IPlugin& m_Engine;
+    std::function<void(FrameStep)> m_OnStep;
     void* m_Sequence = nullptr;
 };
 

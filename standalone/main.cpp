@@ -9,7 +9,8 @@ namespace {
 using namespace fxhost;
 
 using AddCommand = Command (*)(CLI::App&);
-constexpr AddCommand s_Commands[] = {AddRender, AddInfo, AddCheck, AddNew, AddPack, AddUnpack, AddBundle};
+constexpr AddCommand s_Commands[] = {AddRender, AddInfo,   AddCheck, AddNew,  AddPack,
+                                     AddUnpack, AddBundle, AddSheet, AddBench};
 
 int RunChosen(const std::vector<Command>& commands) {
     for (const Command& command : commands)

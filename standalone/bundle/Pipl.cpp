@@ -25,9 +25,9 @@ public:
 
 Bytes Pascal(const std::string& text) {
     const std::size_t length = std::min<std::size_t>(text.size(), 255);
-    Bytes bytes{static_cast<unsigned char>(length)};
-    bytes.insert(bytes.end(), text.begin(), text.begin() + static_cast<std::ptrdiff_t>(length));
-    bytes.resize((bytes.size() + 3) / 4 * 4);
+    Bytes bytes((1 + length + 3) / 4 * 4);
+    bytes[0] = static_cast<unsigned char>(length);
+    std::copy_n(text.begin(), length, bytes.begin() + 1);
     return bytes;
 }
 

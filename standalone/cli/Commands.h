@@ -12,12 +12,14 @@ struct Command {
     std::function<int()> run;
 };
 
+Command AddBench(CLI::App& tool);
 Command AddBundle(CLI::App& tool);
 Command AddCheck(CLI::App& tool);
 Command AddRender(CLI::App& tool);
 Command AddInfo(CLI::App& tool);
 Command AddNew(CLI::App& tool);
 Command AddPack(CLI::App& tool);
+Command AddSheet(CLI::App& tool);
 Command AddUnpack(CLI::App& tool);
 
 } // namespace fxhost

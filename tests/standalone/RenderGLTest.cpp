@@ -159,6 +159,30 @@ TEST(InfoGLTest, ParametersAreListedWithTypesRangesAndChoices) {
     EXPECT_THAT(RunTool("info " + s_Simple).out, AllOf(HasSubstr("Simple 2.3.4"), HasSubstr("-2 to 8")));
 }
 
+TEST(SheetGLTest, EveryCellShowsItsValue) {
+    const std::string out = FreshFolder() + "/sheet.png";
+    const ToolRun run =
+        RunTool("sheet " + s_Simple + " --size 20x10 -p mode=2 --vary 'fill=1,0,0; 0,0,1' -o " + out);
+    ASSERT_EQ(run.status, 0) << run.err;
+    const Picture sheet = ReadPicture(out, std::nullopt);
+    const std::uint8_t *first = sheet.Row(8) + 8 * 4, *second = sheet.Row(8) + 36 * 4;
+    EXPECT_EQ(std::vector<int>(first, first + 4), (std::vector<int>{255, 255, 0, 0}));
+    EXPECT_EQ(std::vector<int>(second, second + 4), (std::vector<int>{255, 0, 0, 255}));
+    EXPECT_EQ(RunTool("sheet " + s_Simple + " --size 20x10 --vary mode=9 -o " + out).status, 2);
+}
+
+TEST(BenchGLTest, EveryStepIsMeasured) {
+    const ToolRun run = RunTool("bench " + s_Simple + " --size 20x10 --frames 3 --json");
+    ASSERT_EQ(run.status, 0) << run.err;
+    const auto report = nlohmann::json::parse(run.out);
+    double sum = 0;
+    for (const char* step : {"preRender", "upload", "script", "draw", "read-back", "copy-out"}) {
+        EXPECT_GT(report.at("milliseconds").at(step).at("median"), 0) << step;
+        sum += report.at("milliseconds").at(step).at("p10").get<double>();
+    }
+    EXPECT_LE(sum, report.at("milliseconds").at("frame").at("p90").get<double>() * 1.01) << "steps overlap";
+}
+
 TEST(PackGLTest, FromANewFolderToAPackageThatRenders) {
     const std::string folder = FreshFolder(), effect = folder + "/'My <Effect>'", blob = folder + "/blob.dat";
     ASSERT_EQ(RunTool("new " + effect).status, 0);
