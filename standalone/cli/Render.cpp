@@ -5,6 +5,8 @@
 #include "standalone/Errors.h"
 #include "standalone/cli/Commands.h"
 #include "standalone/cli/Session.h"
+#include "standalone/clips/Clip.h"
+#include "standalone/guard/GuardOptions.h"
 #include "standalone/images/PictureFile.h"
 
 namespace fxhost {
@@ -16,6 +18,8 @@ struct RenderOptions {
     std::vector<std::string> parameters, layers;
     double time = 0;
     std::optional<unsigned> depth;
+    ClipOptions clip;
+    GuardLimits limits;
 };
 
 // "WxH" as a transparent black layer.
@@ -34,12 +38,15 @@ Picture EmptyLayer(const std::string& size, unsigned depth) {
     return Picture(extent[0], extent[1], depth);
 }
 
-Picture InputLayer(const RenderOptions& options) {
+void RequireOneInput(const RenderOptions& options) {
     if (options.input.empty() && options.size.empty())
         throw WrongUse("render: give a picture with --input IMAGE, or --size WIDTHxHEIGHT for an effect that "
                        "needs none");
     if (!options.input.empty() && !options.size.empty())
         throw WrongUse("render: --size is for effects without a picture and cannot be given with --input");
+}
+
+Picture InputLayer(const RenderOptions& options) {
     if (options.input.empty())
         return EmptyLayer(options.size, options.depth.value_or(8));
     return ReadPicture(options.input, options.depth);
@@ -59,7 +66,7 @@ std::vector<LayerInput> Layers(const RenderOptions& options, const std::vector<P
     return layers;
 }
 
-int Render(const RenderOptions& options) {
+int RenderPicture(const RenderOptions& options) {
     RequireWritable(options.output);
     FrameRequest request;
     request.input = InputLayer(options);
@@ -67,8 +74,8 @@ int Render(const RenderOptions& options) {
 
     EffectSession session(options.effect);
     const auto parameters = session.driver().parameters();
-    for (const auto& text : options.parameters)
-        request.settings.push_back(ParseSetting(text, parameters));
+    const FrameRate rate = options.clip.fps.empty() ? FrameRate{} : FrameRate::Parse(options.clip.fps);
+    request.settings = ReadAnimation(options.clip, options.parameters, parameters, rate).at(options.time);
     request.layers = Layers(options, parameters, request.input.depth);
 
     const Picture picture = session.driver().render(request);
@@ -77,19 +84,55 @@ int Render(const RenderOptions& options) {
     return session.failed() ? ExitEffectFailed : ExitOk;
 }
 
+int RenderClip(const RenderOptions& options) {
+    ClipRequest request;
+    request.input = options.input;
+    request.output = options.output;
+    request.depth = options.depth;
+    request.time = options.time;
+    if (options.input.empty()) {
+        const Picture layer = EmptyLayer(options.size, 8);
+        request.width = layer.width;
+        request.height = layer.height;
+    }
+    request.identity = {options.effect};
+    for (const auto* texts : {&options.parameters, &options.layers})
+        request.identity.insert(request.identity.end(), texts->begin(), texts->end());
+    Clip clip(options.clip, request);
+
+    EffectSession session(options.effect);
+    const auto parameters = session.driver().parameters();
+    const Animation animation = ReadAnimation(options.clip, options.parameters, parameters, clip.rate());
+    const auto layers = Layers(options, parameters, clip.depth());
+    const int status = clip.run(session.driver(), animation, layers, [&] { session.reportScript(); });
+    session.reportAll();
+    return status == ExitOk && session.failed() ? ExitEffectFailed : status;
+}
+
+int Render(const RenderOptions& options) {
+    RequireOneInput(options);
+    const bool isClip = IsClip(options.clip, options.input, options.output);
+    return RunGuarded(options.limits, options.effect,
+                      [&] { return isClip ? RenderClip(options) : RenderPicture(options); });
+}
+
 } // namespace
 
 Command AddRender(CLI::App& tool) {
     const auto options = std::make_shared<RenderOptions>();
-    CLI::App* app = tool.add_subcommand("render", "Render a picture through an effect");
+    CLI::App* app = tool.add_subcommand("render", "Render a picture or a clip through an effect");
     app->add_option("EFFECT", options->effect, "Folder that holds fx.js, or a package file")->required();
-    app->add_option("-i,--input", options->input, "Picture that the effect is applied to")
-        ->type_name("IMAGE");
-    app->add_option("-o,--output", options->output, "Picture to write; the ending chooses the format")
+    app->add_option(
+           "-i,--input", options->input,
+           "Picture that the effect is applied to; for clips numbered ones (in_%04d.exr, in_####.exr), "
+           "a video, or - for raw frames")
+        ->type_name("FILE");
+    app->add_option("-o,--output", options->output,
+                    "Picture to write, the ending chooses the format; for clips out_####.png, a video, or -")
         ->required()
-        ->type_name("IMAGE");
+        ->type_name("FILE");
     app->add_option("-p,--param", options->parameters,
-                    "Set a parameter by its name or label; may be repeated")
+                    "Set a parameter by its name or label, or its keys (TIME:VALUE, ...); may be repeated")
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -104,11 +147,15 @@ Command AddRender(CLI::App& tool) {
         ->type_name("8|16|32");
     app->add_option("-s,--size", options->size, "Without --input: size of a transparent black layer")
         ->type_name("WxH");
+    AddClipOptions(*app, options->clip);
+    AddGuardOptions(*app, options->limits);
     app->footer("Values: a number; x,y or x,y,z in pixels; red,green,blue[,alpha] from 0 to 1; on or off;\n"
                 "a pop-up's number from 1 or its entry's text.\n\n"
                 "Examples:\n"
                 "  fxhost render effects/blur -i samples/photo.png -o out.png --param Radius=12\n"
-                "  fxhost render effects/plasma --size 1280x720 --time 2.5 -o out.exr --depth 32");
+                "  fxhost render effects/plasma --size 1280x720 --time 2.5 -o out.exr --depth 32\n"
+                "  fxhost render effects/blur -i clip.mp4 -o out.mp4 --param \"Radius=0:0, 1s:12\"\n"
+                "  fxhost render effects/blur -i in_%04d.exr --frames 1-240 -o out_####.exr --resume");
     return {app, [options] { return Render(*options); }};
 }
 

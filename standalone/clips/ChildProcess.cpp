@@ -94,16 +94,24 @@ void ChildProcess::closePipe() {
     m_Pipe = -1;
 }
 
-int ChildProcess::wait() {
+void ChildProcess::look(int flags) {
     int status = 0;
-    while (m_Status < 0) {
-        if (waitpid(m_Process, &status, 0) < 0) {
-            if (errno == EINTR)
-                continue;
-            status = s_NotFound << 8;
-        }
+    const pid_t ended = waitpid(m_Process, &status, flags);
+    if (ended < 0 && errno != EINTR)
+        m_Status = s_NotFound;
+    else if (ended > 0)
         m_Status = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
-    }
+}
+
+bool ChildProcess::hasEnded() {
+    if (m_Status < 0)
+        look(WNOHANG);
+    return m_Status >= 0;
+}
+
+int ChildProcess::wait() {
+    while (m_Status < 0)
+        look(0);
     return m_Status;
 }
 

@@ -23,12 +23,16 @@ public:
 
     int pipe() const { return m_Pipe; }
     void closePipe();
+    // Whether wait would give its result at once.
+    bool hasEnded();
     // Waits for the end; the exit status, or 128 and more after a signal.
     int wait();
     // Standard error so far, in one line of at most some 300 characters; the end of it when it is longer.
     std::string said() const;
 
 private:
+    void look(int flags);
+
     pid_t m_Process = -1;
     int m_Pipe = -1;
     int m_Errors = -1;

@@ -25,7 +25,8 @@ std::string Clip::howToGoOn(std::size_t done) const {
     const std::size_t before = m_Plan.endless ? 0 : m_Plan.total - m_Plan.frames.size();
     const std::size_t safe = m_Sink->safe(before + done);
     std::string text = std::to_string(safe) + (m_Plan.total ? " of " + std::to_string(m_Plan.total) : "") +
-                       " frames are written";
+                       " frames are written" +
+                       (m_Sink->keptIn().empty() ? "" : " as whole parts in " + m_Sink->keptIn());
     if (m_Sink->isResumable() && !m_Plan.endless)
         return text + "; the same command with --resume goes on after them";
     if (safe < m_Plan.size())
@@ -56,7 +57,8 @@ int Clip::run(FrameRenderer& renderer, const Animation& animation, const std::ve
     } catch (const WrongUse& error) {
         throw WrongUse(std::string(error.what()) + "; " + howToGoOn(progress.done()));
     } catch (const EffectFailure& error) {
-        throw EffectFailure(std::string(error.what()) + "; " + howToGoOn(progress.done()));
+        const std::string text = error.text() + "; " + howToGoOn(progress.done());
+        throw error.file().empty() ? EffectFailure(text) : EffectFailure(error.file(), text);
     }
     if (result.stopped) {
         std::fprintf(stderr, "fxhost: stopped; %s\n", howToGoOn(progress.done()).c_str());
@@ -64,8 +66,8 @@ int Clip::run(FrameRenderer& renderer, const Animation& animation, const std::ve
     }
     if (!m_Options.quiet)
         std::fprintf(stderr, "%s in %.1f s, of which rendering %.1f s\n",
-                     ProgressText(result.rendered, result.rendered, progress.seconds()).c_str(),
-                     progress.seconds(), result.renderSeconds);
+                     ProgressText(result.rendered, 0, progress.seconds()).c_str(), progress.seconds(),
+                     result.renderSeconds);
     return ExitOk;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "standalone/clips/FrameList.h"
 #include "standalone/images/Picture.h"
 
@@ -23,6 +25,8 @@ public:
 
     // How many of the clip's first `written` frames are safe should the process die now.
     virtual std::size_t safe(std::size_t written) const { return written; }
+    // Where those are until the clip is whole, when that is not where the user expects them.
+    virtual std::string keptIn() const { return {}; }
     // Whether a later run can go on after those.
     virtual bool isResumable() const { return false; }
 };

@@ -46,12 +46,12 @@ private:
             ++m_Next;
             return frame;
         }
-        if (got == 0 && m_Last == 0)
+        if (got == 0 && m_Last == 0 && m_Next > 1)
             return std::nullopt;
         const std::string name = "standard input (--input -): ";
         if (got == 0)
-            throw WrongUse(name + "ends before frame " + std::to_string(m_Next) + "; --frames asks for " +
-                           std::to_string(m_Last));
+            throw WrongUse(name + "ends before frame " + std::to_string(m_Next) +
+                           (m_Last ? "; --frames asks for " + std::to_string(m_Last) : ""));
         throw WrongUse(name + "ends within frame " + std::to_string(m_Next) + ", after " +
                        std::to_string(got) + " of the " + std::to_string(frame.bytes.size()) +
                        " bytes that --raw and --depth stand for");

@@ -62,15 +62,18 @@ void AddWords(std::vector<std::string>& list, const std::string& text) {
         list.push_back(word);
 }
 
-// Conversion from RGB, and what the file says about it.
+// Conversion from RGB, and what the file says about it. Some encoders listen to the frames, some to options.
 void AddColours(std::vector<std::string>& list, const std::string& matrix, const VideoContent& content) {
-    list.insert(list.end(),
-                {"-vf", "scale=flags=bicubic+accurate_rnd+full_chroma_int+full_chroma_inp+bitexact:"
-                        "out_range=tv:out_color_matrix=" +
-                            ScalerMatrix(matrix)});
     const auto orMatrix = [&](const std::string& said) { return said.empty() ? matrix : said; };
-    list.insert(list.end(), {"-color_range", "tv", "-colorspace", matrix, "-color_primaries",
-                             orMatrix(content.primaries), "-color_trc", orMatrix(content.transfer)});
+    const std::string primaries = orMatrix(content.primaries), transfer = orMatrix(content.transfer);
+    list.insert(list.end(),
+                {"-vf",
+                 "scale=flags=bicubic+accurate_rnd+full_chroma_int+full_chroma_inp+bitexact:out_range=tv:"
+                 "out_color_matrix=" +
+                     ScalerMatrix(matrix) + ",setparams=range=tv:colorspace=" + matrix +
+                     ":color_primaries=" + primaries + ":color_trc=" + transfer,
+                 "-color_range", "tv", "-colorspace", matrix, "-color_primaries", primaries, "-color_trc",
+                 transfer});
 }
 
 bool IsRgb(const std::string& pixelFormat) {

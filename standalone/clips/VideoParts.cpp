@@ -108,8 +108,9 @@ fs::path VideoParts::part(std::size_t index) const {
     return m_Folder / (name + m_Ending);
 }
 
+// The process's number keeps encoders apart that outlive a killed run.
 fs::path VideoParts::unfinished(std::size_t index) const {
-    return Beside(part(index), "new");
+    return Beside(part(index), std::to_string(getpid()));
 }
 
 bool VideoParts::has(std::size_t index) const {
@@ -152,7 +153,7 @@ void VideoParts::runJoin(const fs::path& target, bool copySound) const {
     const std::string r = rate.text();
     add({"-bsf:v",
          "setts=pts=round(PTS*TB*" + r + ")/TB/(" + r + "):dts=round(DTS*TB*" + r + ")/TB/(" + r + ")",
-         "-video_track_timescale", std::to_string(rate.frames), "-map_metadata", "-1", "-fflags", "+bitexact",
+         "-video_track_timescale", std::to_string(rate.frames), "-fflags", "+bitexact",
          FileArgument(target.string())});
 
     ChildProcess process(std::move(arguments), ChildProcess::Pipe::ToItsInput);

@@ -67,7 +67,8 @@ long Promised(const Json& stream, const FrameRate& rate) {
 
 bool IsTurned(const Json& stream) {
     double degrees = 0;
-    for (const Json& side : stream.value("side_data_list", Json::array()))
+    const Json sideData = stream.value("side_data_list", Json::array());
+    for (const Json& side : sideData)
         if (side.contains("rotation"))
             degrees = Number(side, "rotation");
     return std::lround(degrees / 90) % 2 != 0;
@@ -79,7 +80,8 @@ void FillPixelFormat(const std::string& name, VideoInfo& info) {
         if (format.value("name", "") != name)
             continue;
         info.hasAlpha = Number(format.value("flags", Json::object()), "alpha") > 0;
-        for (const Json& component : format.value("components", Json::array()))
+        const Json components = format.value("components", Json::array());
+        for (const Json& component : components)
             info.bits = std::max(info.bits, static_cast<unsigned>(Number(component, "bit_depth")));
     }
 }
@@ -116,7 +118,8 @@ VideoInfo ProbeVideo(const std::string& path) {
     const Json found = ProbeFile(path);
     VideoInfo info;
     const Json* video = nullptr;
-    for (const Json& stream : found.value("streams", Json::array())) {
+    const Json streams = found.value("streams", Json::array());
+    for (const Json& stream : streams) {
         const std::string type = Text(stream, "codec_type");
         const bool isCover = Number(stream.value("disposition", Json::object()), "attached_pic") > 0;
         if (type == "video" && !video && !isCover)

@@ -1,5 +1,6 @@
 #include "standalone/clips/VideoSink.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "standalone/Errors.h"
@@ -45,6 +46,8 @@ public:
         checkShape(frame, picture);
         if (m_Encoder && frame.place / PartFrames != m_Part)
             closePart();
+        if (m_Closed && m_Closed->hasEnded())
+            finishClosed();
         m_Part = frame.place / PartFrames;
         if (!m_Encoder)
             m_Encoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::ToItsInput);
@@ -66,16 +69,26 @@ public:
             m_Parts.join(frames);
     }
 
+    // The part that is under way begins anew in a later run; until then it can be played.
     void keep() override {
-        m_Encoder.reset(); // a part that is not whole begins anew
         try {
             finishClosed();
         } catch (const std::exception&) { // the run has failed already
         }
+        if (!m_Encoder)
+            return;
+        m_Encoder->closePipe();
+        m_Encoder->wait();
+        m_Encoder.reset();
     }
 
-    std::size_t safe(std::size_t written) const override { return written / PartFrames * PartFrames; }
+    std::size_t safe(std::size_t written) const override {
+        while (m_WholeParts * PartFrames < written && m_Parts.has(m_WholeParts))
+            ++m_WholeParts;
+        return std::min(written, m_WholeParts * PartFrames);
+    }
     bool isResumable() const override { return true; }
+    std::string keptIn() const override { return PartsFolder(m_Job.path); }
 
 private:
     void checkShape(const FrameId& frame, const Picture& picture) {
@@ -150,6 +163,7 @@ private:
     VideoFormat m_Format;
     std::unique_ptr<ChildProcess> m_Encoder, m_Closed;
     std::size_t m_Part = 0, m_ClosedPart = 0;
+    mutable std::size_t m_WholeParts = 0; // from the beginning, as far as known
 };
 
 } // namespace

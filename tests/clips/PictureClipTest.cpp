@@ -1,0 +1,217 @@
+#include <csignal>
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include "standalone/Errors.h"
+#include "standalone/guard/Guard.h"
+#include "standalone/guard/Stage.h"
+#include "standalone/images/PictureFile.h"
+#include "tests/clips/ClipFixture.h"
+
+namespace {
+
+using namespace fxhost;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Property;
+using testing::Throws;
+
+template <class Exception, class... Parts>
+auto Says(const Parts&... parts) {
+    return Throws<Exception>(Property(&std::exception::what, AllOf(HasSubstr(parts)...)));
+}
+
+class PictureClipTest : public ClipFixture {
+protected:
+    void writeInputs(long first, long last, unsigned depth = 8, const char* ending = ".png") {
+        for (long number = first; number <= last; ++number)
+            WritePicture(input(number, ending), SomePicture(7, 5, depth, number));
+    }
+    std::string input(long number, const char* ending = ".png") const {
+        return at("in_" + std::to_string(number) + ending);
+    }
+    std::vector<std::string> outputs() const {
+        std::vector<std::string> found;
+        for (const auto& name : names())
+            if (!name.starts_with("in_"))
+                found.push_back(name);
+        return found;
+    }
+};
+
+TEST_F(PictureClipTest, EveryFrameGoesThroughTheRendererToItsOwnFile) {
+    writeInputs(9, 11);
+    EXPECT_EQ(run({}, "in_%d.png", "out_####.png"), ExitOk);
+    EXPECT_THAT(outputs(), ElementsAre("out_0009.png", "out_0010.png", "out_0011.png"));
+    for (long number : {9L, 10L, 11L}) {
+        const Picture before = SomePicture(7, 5, 8, number);
+        const Picture after = ReadPicture(
+            at("out_" + std::string(number < 10 ? "000" : "00") + std::to_string(number) + ".png"), {});
+        for (std::size_t i = 0; i < before.bytes.size(); ++i)
+            ASSERT_EQ(after.bytes[i], i % 4 ? 255 - before.bytes[i] : before.bytes[i]);
+    }
+}
+
+TEST_F(PictureClipTest, DeepPicturesStayDeep) {
+    for (const auto& [depth, ending] : {std::pair{16u, ".png"}, {16u, ".tif"}, {32u, ".exr"}}) {
+        writeInputs(1, 2, depth, ending);
+        EXPECT_EQ(run({}, std::string("in_#") + ending, std::string("out_#") + ending), ExitOk);
+        const Picture after = ReadPicture(at(std::string("out_2") + ending), {});
+        EXPECT_EQ(after.depth, depth) << ending;
+        EXPECT_EQ(after.bytes, SomePicture(7, 5, depth, 2).bytes) << ending;
+    }
+}
+
+TEST_F(PictureClipTest, TimeAndKeysFollowTheFrameNumber) {
+    writeInputs(101, 104);
+    m_Settings = {"Amount=0:0, 4:8, 1s:0"};
+    ClipOptions options;
+    options.fps = "8";
+    EXPECT_EQ(run(options, "in_###.png", "out_###.png"), ExitOk);
+    EXPECT_THAT(m_Renderer.times, ElementsAre(0, 0.125, 0.25, 0.375));
+    EXPECT_THAT(m_Renderer.amounts, ElementsAre(0, 2, 4, 6));
+
+    // A part of the clip looks the same as in the whole.
+    m_Renderer.times.clear();
+    options.frames = "102-104x2";
+    EXPECT_EQ(run(options, "in_###.png", "out_###.png"), ExitOk);
+    EXPECT_THAT(m_Renderer.times, ElementsAre(0.125, 0.375));
+
+    m_Renderer.times.clear();
+    options.zeroFrame = 100;
+    m_Request.time = 10;
+    EXPECT_EQ(run(options, "in_###.png", "out_###.png"), ExitOk);
+    EXPECT_THAT(m_Renderer.times, ElementsAre(10.25, 10.5));
+}
+
+TEST_F(PictureClipTest, ShardsTogetherMakeTheClip) {
+    writeInputs(1, 8);
+    ClipOptions options;
+    options.shard = "3/3";
+    EXPECT_EQ(run(options, "in_#.png", "out_#.png"), ExitOk);
+    EXPECT_THAT(outputs(), ElementsAre("out_3.png", "out_6.png"));
+    for (const char* shard : {"1/3", "2/3"}) {
+        options.shard = shard;
+        EXPECT_EQ(run(options, "in_#.png", "out_#.png"), ExitOk);
+    }
+    EXPECT_EQ(outputs().size(), 8u);
+    EXPECT_EQ(m_Renderer.times.size(), 8u);
+}
+
+TEST_F(PictureClipTest, AKilledRunGoesOnWhereItWas) {
+    writeInputs(1, 30);
+    EXPECT_EQ(run({}, "in_%d.png", "whole_%d.png"), ExitOk);
+    int frame = 0;
+    m_Renderer.beforeFrame = [&] {
+        if (++frame == 17)
+            raise(SIGKILL);
+    };
+    EXPECT_TRUE(WIFSIGNALED(runInChild({}, "in_%d.png", "out_%d.png")));
+    m_Renderer.beforeFrame = [] {};
+    m_Renderer.times.clear();
+    std::filesystem::copy_file(at("in_1.png"), at(".out_17.4711.png")); // as a killed writer leaves
+    ClipOptions options;
+    options.resume = true;
+    EXPECT_EQ(run(options, "in_%d.png", "out_%d.png"), ExitOk);
+    EXPECT_LT(m_Renderer.times.size(), 30u);
+    for (int number = 1; number <= 30; ++number)
+        EXPECT_EQ(bytes("out_" + std::to_string(number) + ".png"),
+                  bytes("whole_" + std::to_string(number) + ".png"));
+    EXPECT_FALSE(names().front().starts_with('.'));
+
+    // Nothing is left to do, except for a file that is no picture.
+    std::filesystem::resize_file(at("out_5.png"), 3);
+    m_Renderer.times.clear();
+    EXPECT_EQ(run(options, "in_%d.png", "out_%d.png"), ExitOk);
+    EXPECT_EQ(m_Renderer.times.size(), 1u);
+    EXPECT_EQ(bytes("out_5.png"), bytes("whole_5.png"));
+}
+
+TEST_F(PictureClipTest, AStopKeepsWhatIsRendered) {
+    writeInputs(1, 9);
+    m_Renderer.beforeFrame = [&] {
+        if (m_Renderer.times.size() == 3)
+            raise(SIGTERM);
+    };
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(run({}, "in_#.png", "out_#.png"), ExitStopped);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("stopped; 4 of 9 frames are written"));
+    EXPECT_EQ(outputs().size(), 4u);
+}
+
+TEST_F(PictureClipTest, FramesBeforeAFaultAreWritten) {
+    writeInputs(1, 6);
+    WritePicture(input(4), SomePicture(6, 5, 8, 4));
+    EXPECT_THAT(
+        [&] { run({}, "in_#.png", "out_#.png"); },
+        Says<WrongUse>("in_4.png: 6x5 pixels", "began with 7x5", "3 of 6 frames are written", "--resume"));
+    EXPECT_EQ(outputs().size(), 3u);
+    // The size of the whole clip counts, also for the rest of it.
+    ClipOptions options;
+    options.resume = true;
+    EXPECT_THAT([&] { run(options, "in_#.png", "out_#.png"); }, Says<WrongUse>("in_4.png: 6x5 pixels"));
+    std::filesystem::remove(input(4));
+    EXPECT_THAT([&] { run(options, "in_#.png", "out_#.png"); }, Says<WrongUse>("in_4.png: no such file"));
+    writeInputs(4, 4);
+    std::filesystem::create_directory(at("out_5.png")); // nothing can be written there
+    EXPECT_THAT([&] { run(options, "in_#.png", "out_#.png"); },
+                Says<EffectFailure>("out_5.png", "cannot be written", "--resume"));
+    std::filesystem::remove(at("out_5.png"));
+    EXPECT_EQ(run(options, "in_#.png", "out_#.png"), ExitOk);
+    EXPECT_EQ(outputs().size(), 6u);
+}
+
+TEST_F(PictureClipTest, ARunawayFrameLosesNothingThatIsRendered) {
+    writeInputs(1, 9);
+    testing::internal::CaptureStderr();
+    const int status = RunGuarded({.frameSeconds = 0.3}, "some", [&] {
+        m_Renderer.beforeFrame = [&] {
+            const StageSpan span(Stage::Draw);
+            while (m_Renderer.times.size() == 5)
+                pause();
+        };
+        return run({}, "in_#.png", "out_#.png");
+    });
+    EXPECT_EQ(status, ExitRanAway);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                AllOf(HasSubstr("frame 6, draw"), HasSubstr("5 of 9 frames are written; --resume")));
+    EXPECT_EQ(outputs().size(), 5u);
+}
+
+TEST_F(PictureClipTest, OptionsThatMakeNoSenseAreRefused) {
+    writeInputs(1, 2);
+    m_Request.width = m_Request.height = 4;
+    const struct {
+        const char *input, *output, *frames, *shard, *raw;
+        bool resume;
+        const char* said;
+    } rows[] = {{"in_##.png", "out_#.png", "", "", "", false, "no such picture"},
+                {"in_1.png", "out_#.png", "", "", "", false, "--frames FIRST-LAST is needed"},
+                {"", "out_#.png", "", "", "", false, "--frames FIRST-LAST is needed"},
+                {"in_#.png", "out.png", "", "", "", false, "out_####.png"},
+                {"in_#.png", "in_#.png", "", "", "", false, "is the input"},
+                {"in_#.png", "out_#.zip", "", "", "", false, "no picture format"},
+                {"in_#.png", "no/out_#.png", "", "", "", false, "there is no folder"},
+                {"in_#.png", "-", "", "", "", true, "--resume"},
+                {"in_#.png", "out.mp4", "", "1/2", "", false, "--shard"},
+                {"in_#.png", "out_#.png", "", "", "4x4", false, "--raw"},
+                {"-", "out_#.png", "", "", "", false, "--raw WIDTHxHEIGHT is needed"},
+                {"-", "out_#.png", "", "", "4", false, "--raw 4"},
+                {"-", "out_#.png", "0-4", "", "4x4", false, "begin with 1"},
+                {"-", "out_#.png", "", "1/2", "4x4", false, "need --frames"},
+                {"in_#.mp4x", "out_#.png", "", "", "", false, "no such picture"},
+                {"in.mp4", "out_#.png", "", "", "", false, "no such file"}};
+    for (const auto& row : rows) {
+        ClipOptions options;
+        options.frames = row.frames;
+        options.shard = row.shard;
+        options.raw = row.raw;
+        options.resume = row.resume;
+        EXPECT_THAT([&] { run(options, row.input, row.output); }, Says<WrongUse>(row.said)) << row.said;
+    }
+    EXPECT_THAT(outputs(), IsEmpty());
+}
+
+} // namespace

@@ -1,0 +1,234 @@
+#include <csignal>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include "standalone/Errors.h"
+#include "standalone/clips/VideoFormat.h"
+#include "standalone/clips/VideoProbe.h"
+#include "standalone/clips/VideoSource.h"
+#include "standalone/images/PictureFile.h"
+#include "tests/clips/ClipFixture.h"
+
+namespace {
+
+using namespace fxhost;
+using testing::AllOf;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Property;
+using testing::Throws;
+
+template <class Exception, class... Parts>
+auto Says(const Parts&... parts) {
+    return Throws<Exception>(Property(&std::exception::what, AllOf(HasSubstr(parts)...)));
+}
+
+class VideoClipTest : public ClipFixture {
+protected:
+    // A clip of moving bars with a tone.
+    void makeVideo(const std::string& name, int frames, const std::string& rate, const std::string& more) {
+        const std::string seconds = std::to_string(FrameRate::Parse(rate).timeOf(frames));
+        shell("ffmpeg -v error -y -f lavfi -i testsrc2=size=64x48:duration=" + seconds + ":rate=" + rate +
+              " -f lavfi -i sine=frequency=440:duration=" + seconds + " " + more + " " + at(name));
+    }
+    std::string probe(const std::string& what, const std::string& name) const {
+        std::string text =
+            shell("ffprobe -v error -select_streams v:0 -count_frames -show_entries stream=" + what +
+                  " -of default=nk=1:nw=1 " + at(name));
+        return text.substr(0, text.find_last_not_of('\n') + 1);
+    }
+    std::string soundHash(const std::string& name) const {
+        return shell("ffmpeg -v error -i " + at(name) + " -map 0:a -c copy -f md5 -");
+    }
+};
+
+TEST_F(VideoClipTest, LosslessVideoKeepsEveryBitAndAlpha) {
+    for (const unsigned depth : {8u, 16u}) {
+        for (long number = 1; number <= 3; ++number)
+            WritePicture(at("in_" + std::to_string(number) + ".png"), SomePicture(7, 5, depth, number));
+        ASSERT_EQ(run({}, "in_#.png", "out.mkv"), ExitOk);
+        const VideoInfo info = ProbeVideo(at("out.mkv"));
+        EXPECT_EQ(info.bits, depth);
+        EXPECT_TRUE(info.hasAlpha);
+        EXPECT_EQ(info.frames, 3);
+        ASSERT_EQ(run({}, "out.mkv", "back_#.png"), ExitOk);
+        for (long number = 1; number <= 3; ++number) { // at depth 8 turned over twice
+            const Picture back = ReadPicture(at("back_" + std::to_string(number) + ".png"), {});
+            EXPECT_EQ(back.depth, depth);
+            EXPECT_EQ(back.bytes, SomePicture(7, 5, depth, number).bytes) << depth << " " << number;
+        }
+    }
+}
+
+TEST_F(VideoClipTest, PartsJoinToOneEvenClipWithItsSound) {
+    makeVideo("in.mp4", 110, "30000/1001", "-c:v libx264 -pix_fmt yuv420p -c:a aac");
+    for (const char* output : {"out.mp4", "out.mov", "out.mkv"}) {
+        ASSERT_EQ(run({}, "in.mp4", output), ExitOk);
+        EXPECT_EQ(probe("r_frame_rate,nb_read_frames", output), "30000/1001\n110") << output;
+        EXPECT_EQ(soundHash(output), soundHash("in.mp4")) << output;
+        EXPECT_FALSE(exists(std::string(".") + output + ".parts"));
+    }
+    for (const char* output : {"out.mp4", "out.mov"}) {
+        const std::string steps =
+            shell("ffprobe -v error -select_streams v:0 -show_entries packet=pts -of csv=p=0 " + at(output) +
+                  " | tr -d , | sort -n | awk 'NR>1{print $1-p} {p=$1}' | sort -u");
+        EXPECT_EQ(steps, "1001\n") << output; // in units of 1/30000 s
+    }
+}
+
+TEST_F(VideoClipTest, APartOfTheClipTakesItsPartOfTheSound) {
+    makeVideo("in.mov", 50, "25", "-c:v prores_ks -c:a pcm_s16le");
+    ClipOptions options;
+    options.frames = "26-50";
+    ASSERT_EQ(run(options, "in.mov", "out.mov"), ExitOk);
+    EXPECT_EQ(probe("nb_read_frames", "out.mov"), "25");
+    const double seconds = std::stod(
+        shell("ffprobe -v error -select_streams a -show_entries stream=duration -of default=nk=1:nw=1 " +
+              at("out.mov")));
+    EXPECT_NEAR(seconds, 1, 0.05);
+    EXPECT_EQ(m_Renderer.times.front(), 1); // second 1 of the input
+}
+
+TEST_F(VideoClipTest, ColoursSurviveTheTwoConversions) {
+    Picture flat(64, 48, 8);
+    for (std::size_t i = 0; i < flat.bytes.size(); i += 4) {
+        const std::uint8_t pixel[] = {255, 55, 155, 205}; // alpha, red, green, blue; 200, 100, 50 turned over
+        std::copy(pixel, pixel + 4, flat.bytes.begin() + static_cast<long>(i));
+    }
+    WritePicture(at("in.png"), flat);
+    ClipOptions options;
+    options.frames = "1-3";
+    for (const char* output : {"out.mp4", "out.mov", "out.webm"}) {
+        ASSERT_EQ(run(options, "in.png", output), ExitOk);
+        // FFmpeg's own eyes, which go by what the file says of its colours.
+        shell("ffmpeg -v error -y -i " + at(output) + " -frames:v 1 -pix_fmt rgb24 " + at("eyes.png"));
+        const Picture seen = ReadPicture(at("eyes.png"), 8);
+        EXPECT_NEAR(seen.Row(20)[81], 200, 3) << output;
+        EXPECT_NEAR(seen.Row(20)[82], 100, 3) << output;
+        EXPECT_NEAR(seen.Row(20)[83], 50, 3) << output;
+        EXPECT_EQ(probe("color_space", output), "smpte170m") << output;
+    }
+}
+
+TEST_F(VideoClipTest, DeepAndTransparentVideoUsesWhatTheCodecHas) {
+    WritePicture(at("deep.png"), SomePicture(64, 48, 16, 1));
+    m_Request.width = 64;
+    m_Request.height = 48;
+    ClipOptions options;
+    options.frames = "1-2";
+    const struct {
+        const char *input, *output, *format;
+        bool alpha;
+    } rows[] = {{"deep.png", "a.mp4", "yuv420p10le", false},
+                {"deep.png", "a.mov", "yuva444p12le", true}, // FFmpeg's decoder gives 12 bits of ProRes 4444
+                {"deep.png", "a.mkv", "gbrap16le", true},
+                {"", "a.webm", "yuv420p", true}};
+    for (const auto& row : rows) {
+        ASSERT_EQ(run(options, row.input, row.output), ExitOk);
+        EXPECT_EQ(probe("pix_fmt", row.output), row.format) << row.output;
+        EXPECT_EQ(ProbeVideo(at(row.output)).hasAlpha, row.alpha) << row.output;
+    }
+    ASSERT_EQ(run(options, "a.webm", "clear_#.png"), ExitOk);
+    EXPECT_EQ(ReadPicture(at("clear_1.png"), 8).bytes[0], 0); // the empty layer's alpha
+}
+
+TEST_F(VideoClipTest, AKilledRunGoesOnToTheSameFile) {
+    makeVideo("in.mp4", 150, "25", "-c:v libx264 -pix_fmt yuv420p -c:a aac");
+    for (const char* output : {"out.mp4", "out.mkv"}) {
+        m_Renderer.beforeFrame = [] {};
+        ASSERT_EQ(run({}, "in.mp4", output), ExitOk);
+        const std::string whole = bytes(output);
+        std::filesystem::remove(at(output));
+        ClipOptions options;
+        int frames = 0;
+        for (const int last : {110, 100}) { // killed twice, with whole parts behind
+            frames = 0;
+            m_Renderer.beforeFrame = [&] {
+                if (++frames == last)
+                    raise(SIGKILL);
+            };
+            EXPECT_TRUE(WIFSIGNALED(runInChild(options, "in.mp4", output)));
+            EXPECT_FALSE(exists(output));
+            options.resume = true;
+        }
+        frames = 0;
+        m_Renderer.beforeFrame = [&] { ++frames; };
+        ASSERT_EQ(run(options, "in.mp4", output), ExitOk);
+        EXPECT_LT(frames, 150);
+        EXPECT_TRUE(bytes(output) == whole) << output;
+        frames = 0;
+        ASSERT_EQ(run(options, "in.mp4", output), ExitOk); // all is done
+        EXPECT_EQ(frames, 0);
+        EXPECT_TRUE(bytes(output) == whole) << output;
+    }
+}
+
+TEST_F(VideoClipTest, PartsOfAnotherClipAreNotTaken) {
+    makeVideo("in.mp4", 60, "25", "-c:v libx264 -an");
+    m_Renderer.beforeFrame = [&] {
+        if (m_Renderer.times.size() == 55)
+            throw EffectFailure("the effect has had enough");
+    };
+    EXPECT_THAT(
+        [&] { run({}, "in.mp4", "out.mp4"); },
+        Says<EffectFailure>("had enough", "48 of 60 frames are written as whole parts in", "--resume"));
+    m_Renderer.beforeFrame = [] {};
+    ClipOptions options;
+    options.resume = true;
+    m_Request.identity = {"another effect"};
+    EXPECT_THAT([&] { run(options, "in.mp4", "out.mp4"); }, Says<WrongUse>("--resume", "other options"));
+    options.resume = false;
+    EXPECT_EQ(run(options, "in.mp4", "out.mp4"), ExitOk);
+    EXPECT_EQ(probe("nb_read_frames", "out.mp4"), "60");
+}
+
+TEST_F(VideoClipTest, AVideoThatEndsEarlyIsNamed) {
+    makeVideo("in.mp4", 100, "25", "-c:v libx264 -g 10 -an -movflags +faststart");
+    ClipOptions options;
+    options.frames = "90-120";
+    EXPECT_THAT(
+        [&] { run(options, "in.mp4", "a_###.png"); },
+        Says<WrongUse>("in.mp4", "ends early, before frame 101 of 120", "11 of 31 frames are written"));
+    EXPECT_TRUE(exists("a_100.png"));
+    std::filesystem::resize_file(at("in.mp4"), std::filesystem::file_size(at("in.mp4")) / 2);
+    EXPECT_THAT([&] { run({}, "in.mp4", "b_###.png"); },
+                Says<WrongUse>("in.mp4", "the video ends early", "of 100", "frames are written", "--resume"));
+    EXPECT_TRUE(exists("b_001.png"));
+
+    std::ofstream(at("text.mp4")) << "no video";
+    EXPECT_THAT([&] { run({}, "text.mp4", "c_#.png"); }, Says<WrongUse>("--input", "text.mp4"));
+}
+
+TEST_F(VideoClipTest, AVideoCannotChangeSize) {
+    makeVideo("in.mp4", 5, "25", "-c:v libx264 -an");
+    class Growing final : public FrameRenderer {
+    public:
+        std::vector<Parameter> parameters() override { return {}; }
+        Picture render(const FrameRequest&) override { return Picture(8, m_Height++ < 3 ? 8 : 16, 8); }
+
+    private:
+        int m_Height = 0;
+    } growing;
+    ClipOptions options;
+    options.quiet = true;
+    m_Request.input = at("in.mp4");
+    m_Request.output = at("out.mkv");
+    EXPECT_THAT([&] { Clip(options, m_Request).run(growing, {}, {}, [] {}); },
+                Says<EffectFailure>("out.mkv: frame 4 has 8x16 pixels, but the video began with 8x8"));
+}
+
+TEST(VideoFormatTest, WishesWinOverTheEnding) {
+    const auto format =
+        ChooseVideoFormat("a.mov", {"libx265", "yuv444p12le", "-crf 3  -preset slow"}, {}, 1920, 1080, 16);
+    EXPECT_THAT(format.arguments,
+                testing::IsSupersetOf({"libx265", "yuv444p12le", "-crf", "3", "-preset", "slow", "bt709"}));
+    EXPECT_THAT(format.arguments, testing::Not(testing::Contains("prores_ks")));
+    for (const char* path : {"a.gif", "a", "a.MP3"})
+        EXPECT_THROW(RequireVideoEnding(path), WrongUse) << path;
+    // Halved chroma needs even sides.
+    EXPECT_THAT(ChooseVideoFormat("a.mp4", {}, {}, 5, 4, 8).arguments, testing::Contains("yuv444p"));
+}
+
+} // namespace
