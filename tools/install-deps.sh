@@ -23,6 +23,7 @@ libbenchmark-dev      | google-benchmark
 libcli11-dev          | cli11
 nlohmann-json3-dev    | nlohmann-json
 libopenimageio-dev    | openimageio
+ffmpeg                | ffmpeg
 "
 
 column() { awk -F'|' -v n="$1" 'NF == 2 { gsub(/[ \t]/, "", $n); if ($n != "-") print $n }' <<<"$packages" | sort -u; }
