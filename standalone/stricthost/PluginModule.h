@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+
+#include "AE_Effect.h"
+
+namespace stricthost {
+
+// A plug-in bundle's module, loaded while this lives.
+class PluginModule {
+public:
+    // bundle: the NAME.plugin folder. Throws std::runtime_error, naming the file, when there is no module for
+    // this system or it has no entry point.
+    explicit PluginModule(const std::filesystem::path& bundle);
+    ~PluginModule();
+    PluginModule(const PluginModule&) = delete;
+    PluginModule& operator=(const PluginModule&) = delete;
+    PF_FilterProc Entry() const { return m_Entry; }
+
+private:
+    void* m_Library;
+    PF_FilterProc m_Entry;
+};
+
+} // namespace stricthost
