@@ -145,9 +145,12 @@ void Clip::openOutput() {
         m_Sink = WriteRawFrames(STDOUT_FILENO);
     else if (output == s_Nowhere)
         m_Sink = DiscardFrames();
-    else if (const auto pattern = NumberPattern::Parse("--output", output))
-        m_Sink = WritePictures(*pattern, m_Options.resume);
-    else
+    else if (const auto pattern = NumberPattern::Parse("--output", output)) {
+        std::set<long> planned;
+        for (const FrameId& frame : m_Plan.frames)
+            planned.insert(frame.number);
+        m_Sink = WritePictures(*pattern, m_Options.resume, planned);
+    } else
         m_Sink = videoSink();
     if (m_Options.resume)
         std::erase_if(m_Plan.frames, [&](const FrameId& frame) { return m_Sink->has(frame); });

@@ -117,16 +117,18 @@ std::vector<long> NumberPattern::numbersOnDisk() const {
 }
 
 // Unfinished pictures are called ".STEM.PROCESS.ENDING".
-void NumberPattern::removeLeftovers() const {
+void NumberPattern::removeLeftovers(const std::set<long>& numbers) const {
     std::error_code ignored;
     std::vector<fs::path> leftovers;
     for (const auto& entry : fs::directory_iterator(m_Folder.empty() ? "." : m_Folder, ignored)) {
         const fs::path name = entry.path().filename();
         const std::string process = name.stem().extension().string(); // ".PROCESS"
         const std::string stem = name.stem().stem().string();
-        if (stem.starts_with('.') && process.size() > 1 &&
-            std::all_of(process.begin() + 1, process.end(), IsDigit) &&
-            numberIn(stem.substr(1) + name.extension().string()))
+        if (!stem.starts_with('.') || process.size() < 2 ||
+            !std::all_of(process.begin() + 1, process.end(), IsDigit))
+            continue;
+        const auto number = numberIn(stem.substr(1) + name.extension().string());
+        if (number && numbers.contains(*number))
             leftovers.push_back(entry.path());
     }
     for (const auto& path : leftovers)

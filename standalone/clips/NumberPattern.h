@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,9 @@ public:
 
     // The numbers of the files that are there, ascending; a number written in another width is none of them.
     std::vector<long> numbersOnDisk() const;
-    // Removes what writers that were killed left beside the files of these numbers.
-    void removeLeftovers() const;
+    // Removes what writers of these files left when they were killed; not those of others, which may still be
+    // at work.
+    void removeLeftovers(const std::set<long>& numbers) const;
 
 private:
     std::string digits(long number) const;

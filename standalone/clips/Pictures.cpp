@@ -64,10 +64,10 @@ private:
 
 class PictureSink final : public FrameSink {
 public:
-    PictureSink(const NumberPattern& pattern, bool resume) : m_Pattern(pattern), m_Resume(resume) {
+    PictureSink(const NumberPattern& pattern, bool resume, const std::set<long>& planned)
+        : m_Pattern(pattern), m_Resume(resume) {
         RequireWritable(pattern.path(0));
-        if (resume)
-            pattern.removeLeftovers();
+        pattern.removeLeftovers(planned);
     }
     bool has(const FrameId& frame) const override {
         return m_Resume && ReadPictureHeader(m_Pattern.path(frame.number));
@@ -99,8 +99,9 @@ std::unique_ptr<FrameSource> RepeatPicture(Picture picture) {
     return std::make_unique<StillSource>(std::move(picture));
 }
 
-std::unique_ptr<FrameSink> WritePictures(const NumberPattern& pattern, bool resume) {
-    return std::make_unique<PictureSink>(pattern, resume);
+std::unique_ptr<FrameSink> WritePictures(const NumberPattern& pattern, bool resume,
+                                         const std::set<long>& planned) {
+    return std::make_unique<PictureSink>(pattern, resume, planned);
 }
 
 std::unique_ptr<FrameSink> DiscardFrames() {

@@ -17,9 +17,11 @@ std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, long fir
 // One picture that every frame shows.
 std::unique_ptr<FrameSource> RepeatPicture(Picture picture);
 
-// Writes numbered pictures. With `resume`, files that are there and have a picture's header count as written;
-// what killed writers left is removed. Throws WrongUse when the folder or the format does not exist.
-std::unique_ptr<FrameSink> WritePictures(const NumberPattern& pattern, bool resume);
+// Writes numbered pictures. With `resume`, files that are there and have a picture's header count as written.
+// What killed writers left of the `planned` numbers is removed. Throws WrongUse when the folder or the format
+// does not exist.
+std::unique_ptr<FrameSink> WritePictures(const NumberPattern& pattern, bool resume,
+                                         const std::set<long>& planned);
 
 // Takes the frames and forgets them.
 std::unique_ptr<FrameSink> DiscardFrames();

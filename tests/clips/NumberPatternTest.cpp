@@ -36,13 +36,14 @@ TEST(NumberPatternTest, FindsItsFilesAndRemovesOnlyItsLeftovers) {
     fs::remove_all(folder);
     fs::create_directories(folder);
     for (const char* name : {"a_0003.png", "a_0001.png", "a_12345.png", "a_2.png", "a_0004.exr", "b_0005.png",
-                             ".a_0006.4711.png", ".a_0007.png", ".b_0006.4711.png"})
+                             ".a_0006.4711.png", ".a_0007.png", ".b_0006.4711.png", ".a_0008.4712.png"})
         std::ofstream(folder / name) << "x";
     const auto pattern = NumberPattern::Parse("-i", (folder / "a_####.png").string()).value();
     EXPECT_THAT(pattern.numbersOnDisk(), ElementsAre(1, 3, 12345));
-    pattern.removeLeftovers();
+    pattern.removeLeftovers({5, 6, 7});
     EXPECT_FALSE(fs::exists(folder / ".a_0006.4711.png"));
     EXPECT_TRUE(fs::exists(folder / ".a_0007.png") && fs::exists(folder / ".b_0006.4711.png"));
+    EXPECT_TRUE(fs::exists(folder / ".a_0008.4712.png")); // somebody else's frame
     fs::remove_all(folder);
 }
 
