@@ -50,9 +50,14 @@ install_debian() {
     done
     [ ${#missing[@]} -eq 0 ] && return
     echo "Installing ${missing[*]}" >&2
-    local get=(env DEBIAN_FRONTEND=noninteractive apt-get -qq -o Dpkg::Use-Pty=0)
-    as_root "${get[@]}" update >&2 || echo "The package lists could not be refreshed." >&2
-    as_root "${get[@]}" install -y --no-install-recommends "${missing[@]}" >&2 || give_up "${missing[@]}"
+    local get=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o Dpkg::Use-Pty=0) log
+    log=$(mktemp)
+    as_root "${get[@]}" update >"$log" 2>&1 || echo "The package lists could not be refreshed." >&2
+    if ! as_root "${get[@]}" install -y --no-install-recommends "${missing[@]}" >>"$log" 2>&1; then
+        tail -n 20 "$log" >&2
+        give_up "${missing[@]}"
+    fi
+    rm -f "$log"
 }
 
 install_macos() {

@@ -90,9 +90,9 @@ TEST_F(PictureFileTest, FailuresNameTheFileAndLeaveNothingBehind) {
 }
 
 TEST_F(PictureFileTest, APictureCutShortIsRefused) {
-    WritePicture(At("whole.png"), Ramp<std::uint8_t>(40, 40, 13));
-    fs::resize_file(At("whole.png"), fs::file_size(At("whole.png")) / 2);
-    EXPECT_THAT([&] { ReadPicture(At("whole.png"), std::nullopt); }, Text<WrongUse>("whole.png"));
+    WritePicture(At("whole.tif"), Ramp<std::uint8_t>(40, 40, 13));
+    fs::resize_file(At("whole.tif"), fs::file_size(At("whole.tif")) / 2);
+    EXPECT_THAT([&] { ReadPicture(At("whole.tif"), std::nullopt); }, Text<WrongUse>("whole.tif"));
 }
 
 } // namespace
