@@ -10,6 +10,7 @@ enum ExitStatus : int {
     ExitOk = 0,
     ExitEffectFailed = 1, // script or shader error, file that the effect lacks, no GL, picture not written
     ExitWrongUse = 2,     // options or input files that make no sense
+    ExitHostRules = 3,    // the plug-in broke the rules of its host
     ExitRanAway = 4,      // out of time or memory, or crashed, in a guarded process
     ExitStopped = 130,    // the user stopped it
 };

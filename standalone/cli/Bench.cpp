@@ -81,7 +81,7 @@ int Bench(const BenchOptions& options) {
 Command AddBench(CLI::App& tool) {
     const auto options = std::make_shared<BenchOptions>();
     CLI::App* app = tool.add_subcommand("bench", "Measure where an effect's time goes");
-    AddFrameOptions(*app, options->frame);
+    AddFrameOptions(*app, options->frame)->required();
     app->add_option("-n,--frames", options->frames, "Frames to measure")
         ->check(CLI::Range(1u, 1000000u))
         ->capture_default_str()

@@ -7,8 +7,9 @@
 
 namespace fxhost {
 
-void AddFrameOptions(CLI::App& command, FrameOptions& options) {
-    command.add_option("EFFECT", options.effect, "Folder that holds fx.js, or a package file")->required();
+CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options) {
+    CLI::Option* const effect = command.add_option(
+        "EFFECT", options.effect, "Folder that holds fx.js, a package file, or a plug-in bundle");
     command.add_option("-i,--input", options.input, "Picture that the effect is applied to")
         ->type_name("IMAGE");
     command
@@ -28,6 +29,7 @@ void AddFrameOptions(CLI::App& command, FrameOptions& options) {
         ->type_name("BITS");
     command.add_option("-s,--size", options.size, "Without --input: size of a transparent black layer")
         ->type_name("WxH");
+    return effect;
 }
 
 Picture EmptyLayer(const std::string& size, unsigned depth) {
@@ -45,12 +47,16 @@ Picture EmptyLayer(const std::string& size, unsigned depth) {
     return Picture(extent[0], extent[1], depth);
 }
 
-Picture InputLayer(const FrameOptions& options) {
+void RequireOneInput(const FrameOptions& options) {
     if (options.input.empty() && options.size.empty())
         throw WrongUse(
             "give a picture with --input IMAGE, or --size WIDTHxHEIGHT for an effect that needs none");
     if (!options.input.empty() && !options.size.empty())
         throw WrongUse("--size is for effects without a picture and cannot be given with --input");
+}
+
+Picture InputLayer(const FrameOptions& options) {
+    RequireOneInput(options);
     if (options.input.empty())
         return EmptyLayer(options.size, options.depth.value_or(8));
     return ReadPicture(options.input, options.depth);

@@ -17,10 +17,14 @@ struct FrameOptions {
     std::optional<unsigned> depth;
 };
 
-// Adds EFFECT, --input, --param, --layer, --time, --depth and --size.
-void AddFrameOptions(CLI::App& command, FrameOptions& options);
+// Adds EFFECT, --input, --param, --layer, --time, --depth and --size. Gives EFFECT, for commands that require
+// it.
+CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options);
 
-// The input picture, or a transparent black layer of --size. Throws WrongUse without or with both.
+// Throws WrongUse unless exactly one of --input and --size is given.
+void RequireOneInput(const FrameOptions& options);
+
+// The input picture, or a transparent black layer of --size. Throws WrongUse as above, or for a bad picture.
 Picture InputLayer(const FrameOptions& options);
 
 // The frame with its parameters and layers; `input` comes from InputLayer. Throws WrongUse.

@@ -1,10 +1,11 @@
-#include <charconv>
 #include <memory>
-#include <optional>
+#include <sstream>
 
 #include "standalone/Errors.h"
 #include "standalone/cli/Commands.h"
-#include "standalone/cli/Session.h"
+#include "standalone/cli/FrameOptions.h"
+#include "standalone/cli/HostOptions.h"
+#include "standalone/cli/HostSession.h"
 #include "standalone/clips/Clip.h"
 #include "standalone/guard/GuardOptions.h"
 #include "standalone/images/PictureFile.h"
@@ -14,105 +15,74 @@ namespace fxhost {
 namespace {
 
 struct RenderOptions {
-    std::string effect, input, output, size;
-    std::vector<std::string> parameters, layers;
-    double time = 0;
-    std::optional<unsigned> depth;
+    FrameOptions frame;
+    std::string output;
     ClipOptions clip;
+    HostOptions host;
     GuardLimits limits;
 };
 
-// "WxH" as a transparent black layer.
-Picture EmptyLayer(const std::string& size, unsigned depth) {
-    unsigned extent[2] = {};
-    const auto cross = size.find('x');
-    const std::string parts[2] = {size.substr(0, cross),
-                                  cross == std::string::npos ? "" : size.substr(cross + 1)};
-    for (int i = 0; i < 2; ++i) {
-        const char* end = parts[i].data() + parts[i].size();
-        const auto [stop, error] = std::from_chars(parts[i].data(), end, extent[i]);
-        if (error != std::errc() || stop != end || extent[i] < 1 || extent[i] > MaxExtent)
-            throw WrongUse("--size " + size + ": WIDTHxHEIGHT expected, such as 1920x1080, each from 1 to " +
-                           std::to_string(MaxExtent));
-    }
-    return Picture(extent[0], extent[1], depth);
-}
-
-void RequireOneInput(const RenderOptions& options) {
-    if (options.input.empty() && options.size.empty())
-        throw WrongUse("render: give a picture with --input IMAGE, or --size WIDTHxHEIGHT for an effect that "
-                       "needs none");
-    if (!options.input.empty() && !options.size.empty())
-        throw WrongUse("render: --size is for effects without a picture and cannot be given with --input");
-}
-
-Picture InputLayer(const RenderOptions& options) {
-    if (options.input.empty())
-        return EmptyLayer(options.size, options.depth.value_or(8));
-    return ReadPicture(options.input, options.depth);
-}
-
-std::vector<LayerInput> Layers(const RenderOptions& options, const std::vector<Parameter>& parameters,
-                               unsigned depth) {
-    std::vector<LayerInput> layers;
-    for (const auto& text : options.layers) {
-        const auto [name, path] = SplitAssignment("--layer", text);
-        const unsigned index = FindParameter("--layer", name, parameters);
-        if (parameters[index].type != Parameter::LAYER)
-            throw WrongUse("--layer " + text + ": \"" + name + "\" is a " + TypeName(parameters[index].type) +
-                           ", not a layer; use --param");
-        layers.push_back({index, ReadPicture(path, depth)});
-    }
-    return layers;
+HostSession OpenSession(const RenderOptions& options) {
+    return HostSession(ToHostSettings(options.host, options.frame.effect), options.frame.effect);
 }
 
 int RenderPicture(const RenderOptions& options) {
     RequireWritable(options.output);
-    FrameRequest request;
-    request.input = InputLayer(options);
-    request.time = options.time;
-
-    EffectSession session(options.effect);
+    Picture input = InputLayer(options.frame);
+    HostSession session = OpenSession(options);
     const auto parameters = session.driver().parameters();
     const FrameRate rate = options.clip.fps.empty() ? FrameRate{} : FrameRate::Parse(options.clip.fps);
-    request.settings = ReadAnimation(options.clip, options.parameters, parameters, rate).at(options.time);
-    request.layers = Layers(options, parameters, request.input.depth);
+    FrameRequest request;
+    request.settings =
+        ReadAnimation(options.clip, options.frame.parameters, parameters, rate).at(options.frame.time);
+    request.layers = ReadLayers(options.frame.layers, parameters, input.depth);
+    request.input = std::move(input);
+    request.time = options.frame.time;
 
-    const Picture picture = session.driver().render(request);
-    session.reportAll();
-    WritePicture(options.output, picture);
-    return session.failed() ? ExitEffectFailed : ExitOk;
+    WritePicture(options.output, session.driver().render(request));
+    return session.finish();
+}
+
+// Everything that decides what frames look like: a run that is resumed must have the same.
+std::vector<std::string> Identity(const RenderOptions& options) {
+    std::ostringstream aspect;
+    aspect << options.host.pixelAspect;
+    std::vector<std::string> identity = {options.frame.effect, options.host.plugin, options.host.host,
+                                         options.host.downsample, aspect.str()};
+    for (const auto* texts : {&options.frame.parameters, &options.frame.layers})
+        identity.insert(identity.end(), texts->begin(), texts->end());
+    return identity;
 }
 
 int RenderClip(const RenderOptions& options) {
     ClipRequest request;
-    request.input = options.input;
+    request.input = options.frame.input;
     request.output = options.output;
-    request.depth = options.depth;
-    request.time = options.time;
-    if (options.input.empty()) {
-        const Picture layer = EmptyLayer(options.size, 8);
+    request.depth = options.frame.depth;
+    request.time = options.frame.time;
+    if (options.frame.input.empty()) {
+        const Picture layer = EmptyLayer(options.frame.size, 8);
         request.width = layer.width;
         request.height = layer.height;
     }
-    request.identity = {options.effect};
-    for (const auto* texts : {&options.parameters, &options.layers})
-        request.identity.insert(request.identity.end(), texts->begin(), texts->end());
+    request.identity = Identity(options);
     Clip clip(options.clip, request);
 
-    EffectSession session(options.effect);
+    HostSession session = OpenSession(options);
     const auto parameters = session.driver().parameters();
-    const Animation animation = ReadAnimation(options.clip, options.parameters, parameters, clip.rate());
-    const auto layers = Layers(options, parameters, clip.depth());
+    const Animation animation =
+        ReadAnimation(options.clip, options.frame.parameters, parameters, clip.rate());
+    const auto layers = ReadLayers(options.frame.layers, parameters, clip.depth());
     const int status = clip.run(session.driver(), animation, layers, [&] { session.reportScript(); });
-    session.reportAll();
-    return status == ExitOk && session.failed() ? ExitEffectFailed : status;
+    const int effectStatus = session.finish();
+    return status == ExitOk ? effectStatus : status;
 }
 
 int Render(const RenderOptions& options) {
-    RequireOneInput(options);
-    const bool isClip = IsClip(options.clip, options.input, options.output);
-    return RunGuarded(options.limits, options.effect,
+    RequireOneInput(options.frame);
+    const bool isClip = IsClip(options.clip, options.frame.input, options.output);
+    const std::string& shown = options.host.plugin.empty() ? options.frame.effect : options.host.plugin;
+    return RunGuarded(options.limits, shown,
                       [&] { return isClip ? RenderClip(options) : RenderPicture(options); });
 }
 
@@ -121,33 +91,18 @@ int Render(const RenderOptions& options) {
 Command AddRender(CLI::App& tool) {
     const auto options = std::make_shared<RenderOptions>();
     CLI::App* app = tool.add_subcommand("render", "Render a picture or a clip through an effect");
-    app->add_option("EFFECT", options->effect, "Folder that holds fx.js, or a package file")->required();
-    app->add_option(
-           "-i,--input", options->input,
-           "Picture that the effect is applied to; for clips numbered ones (in_%04d.exr, in_####.exr), "
-           "a video, or - for raw frames")
-        ->type_name("FILE");
+    AddFrameOptions(*app, options->frame);
+    app->get_option("--input")->type_name("FILE")->description(
+        "Picture that the effect is applied to; for clips numbered ones (in_%04d.exr, in_####.exr), a video, "
+        "or - for raw frames");
+    app->get_option("--param")->description(
+        "Set a parameter by its name or label, or its keys (TIME:VALUE, ...); may be repeated");
     app->add_option("-o,--output", options->output,
                     "Picture to write, the ending chooses the format; for clips out_####.png, a video, or -")
         ->required()
         ->type_name("FILE");
-    app->add_option("-p,--param", options->parameters,
-                    "Set a parameter by its name or label, or its keys (TIME:VALUE, ...); may be repeated")
-        ->type_name("NAME=VALUE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    app->add_option("-l,--layer", options->layers, "Give a layer parameter a picture; may be repeated")
-        ->type_name("NAME=IMAGE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    app->add_option("-t,--time", options->time, "Time of the frame")->type_name("SECONDS");
-    app->add_option("-d,--depth", options->depth,
-                    "Bits per channel, 32 being float; the input's own otherwise")
-        ->check(CLI::IsMember({8, 16, 32}))
-        ->type_name("8|16|32");
-    app->add_option("-s,--size", options->size, "Without --input: size of a transparent black layer")
-        ->type_name("WxH");
     AddClipOptions(*app, options->clip);
+    AddHostOptions(*app, options->host);
     AddGuardOptions(*app, options->limits);
     app->footer("Values: a number; x,y or x,y,z in pixels; red,green,blue[,alpha] from 0 to 1; on or off;\n"
                 "a pop-up's number from 1 or its entry's text.\n\n"

@@ -2,30 +2,33 @@
 
 #include <cstdio>
 
+#include "engine/IPlugin.h"
 #include "standalone/EffectReport.h"
 
 namespace fxhost {
 
-EffectSession::EffectSession(const std::string& effect)
-    : m_Source(EffectSource::Open(effect)), m_Watch(m_Source), m_Driver(m_Source) {
-    reportScript();
-}
+EffectReporter::EffectReporter(const std::string& effect)
+    : m_Source(EffectSource::Open(effect)), m_Watch(m_Source) {}
 
-void EffectSession::reportScript() {
+void EffectReporter::reportScript() {
     print(m_Watch.take());
 }
 
-void EffectSession::reportAll() {
+void EffectReporter::reportAll() {
     reportScript();
-    print(ShaderFindings(m_Driver.shaderErrors(), m_Source));
+    print(ShaderFindings(GetPlugin()->getErrorText(), m_Source));
     print(MissingFileFindings(m_Source));
 }
 
-void EffectSession::print(const std::vector<Diagnostic>& findings) {
+void EffectReporter::print(const std::vector<Diagnostic>& findings) {
     for (const Diagnostic& finding : findings) {
         std::fprintf(stderr, "%s\n", ToText(finding).c_str());
         m_Failed |= finding.severity == Severity::Error;
     }
+}
+
+EffectSession::EffectSession(const std::string& effect) : EffectReporter(effect), m_Driver(source()) {
+    reportScript();
 }
 
 } // namespace fxhost

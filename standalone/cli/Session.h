@@ -8,16 +8,13 @@
 
 namespace fxhost {
 
-// One effect, loaded and set up, whose errors go to standard error as they come.
-class EffectSession {
+// Prints an effect's errors to standard error as they come. The effect runs in this process.
+class EffectReporter {
 public:
-    // Throws WrongUse or EffectFailure when there is nothing to run. Script errors of the set-up are
-    // reported.
-    explicit EffectSession(const std::string& effect);
+    // Opens the effect and listens. Throws WrongUse or EffectFailure when there is none.
+    explicit EffectReporter(const std::string& effect);
 
     const EffectSource& source() const { return m_Source; }
-    EngineDriver& driver() { return m_Driver; }
-
     // Prints what the script did wrong since the last call.
     void reportScript();
     // The same with the shaders' errors and missing files; once, at the end.
@@ -30,8 +27,18 @@ private:
 
     EffectSource m_Source;
     ScriptWatch m_Watch;
-    EngineDriver m_Driver;
     bool m_Failed = false;
+};
+
+// One effect on the bare engine, for what is told about it rather than rendered with it.
+class EffectSession : public EffectReporter {
+public:
+    // Script errors of the set-up are reported.
+    explicit EffectSession(const std::string& effect);
+    EngineDriver& driver() { return m_Driver; }
+
+private:
+    EngineDriver m_Driver;
 };
 
 } // namespace fxhost

@@ -3,7 +3,8 @@
 #include "standalone/Errors.h"
 #include "standalone/cli/Commands.h"
 #include "standalone/cli/FrameOptions.h"
-#include "standalone/cli/Session.h"
+#include "standalone/cli/HostOptions.h"
+#include "standalone/cli/HostSession.h"
 #include "standalone/guard/GuardOptions.h"
 #include "standalone/guard/Stage.h"
 #include "standalone/images/PictureFile.h"
@@ -21,6 +22,7 @@ struct SheetOptions {
     std::vector<std::string> variations;
     std::string output;
     unsigned cell = 320;
+    HostOptions host;
     GuardLimits limits;
 };
 
@@ -53,18 +55,17 @@ int Sheet(const SheetOptions& options) {
     if (options.variations.size() > 2)
         throw WrongUse("--vary: at most two parameters can vary on a sheet");
     Picture input = InputLayer(options.frame);
-    EffectSession session(options.frame.effect);
+    HostSession session(ToHostSettings(options.host, options.frame.effect), options.frame.effect);
     const auto parameters = session.driver().parameters();
     std::vector<Variation> variations;
     for (const auto& text : options.variations)
         variations.push_back(ParseVariation(text, parameters));
     const FrameRequest base = MakeFrameRequest(options.frame, std::move(input), parameters);
     const auto cells = RenderCells(session.driver(), base, variations);
-    session.reportAll();
     WritePicture(
         options.output,
         MakeContactSheet(cells, static_cast<unsigned>(variations.front().texts.size()), options.cell));
-    return session.failed() ? ExitEffectFailed : ExitOk;
+    return session.finish();
 }
 
 } // namespace
@@ -88,6 +89,7 @@ Command AddSheet(CLI::App& tool) {
         ->check(CLI::Range(16u, MaxExtent))
         ->capture_default_str()
         ->type_name("PIXELS");
+    AddHostOptions(*app, options->host);
     AddGuardOptions(*app, options->limits);
     app->footer("Examples:\n"
                 "  fxhost sheet effects/blur -i samples/photo.png --vary Radius=0,10,20,40 -o sheet.png\n"
