@@ -9,8 +9,8 @@ namespace {
 using namespace fxhost;
 
 using AddCommand = Command (*)(CLI::App&);
-constexpr AddCommand s_Commands[] = {AddRender, AddInfo,   AddCheck, AddNew,  AddPack,
-                                     AddUnpack, AddBundle, AddSheet, AddBench};
+constexpr AddCommand s_Commands[] = {AddRender, AddInfo,  AddCheck, AddNew, AddPack,      AddUnpack,
+                                     AddBundle, AddSheet, AddBench, AddMan, AddCompletion};
 
 int RunChosen(const std::vector<Command>& commands) {
     for (const Command& command : commands)

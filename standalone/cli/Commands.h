@@ -15,6 +15,8 @@ struct Command {
 Command AddBench(CLI::App& tool);
 Command AddBundle(CLI::App& tool);
 Command AddCheck(CLI::App& tool);
+Command AddCompletion(CLI::App& tool);
+Command AddMan(CLI::App& tool);
 Command AddRender(CLI::App& tool);
 Command AddInfo(CLI::App& tool);
 Command AddNew(CLI::App& tool);

@@ -1,4 +1,6 @@
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -169,6 +171,30 @@ TEST(SheetGLTest, EveryCellShowsItsValue) {
     EXPECT_EQ(std::vector<int>(first, first + 4), (std::vector<int>{255, 255, 0, 0}));
     EXPECT_EQ(std::vector<int>(second, second + 4), (std::vector<int>{255, 0, 0, 255}));
     EXPECT_EQ(RunTool("sheet " + s_Simple + " --size 20x10 --vary mode=9 -o " + out).status, 2);
+}
+
+TEST(ReferenceTest, ManualAndCompletionNameEveryCommandAndOption) {
+    const std::string man = RunTool("man").out, completion = RunTool("completion").out;
+    const std::string help = RunTool("--help").out;
+    for (const char* command : {"render", "info", "check", "new", "pack", "unpack", "sheet", "bench"}) {
+        EXPECT_THAT(help, HasSubstr(std::string("  ") + command + " "));
+        EXPECT_THAT(man, HasSubstr(std::string("\n.SS ") + command + "\n"));
+        EXPECT_THAT(RunTool(std::string(command) + " --help").out, HasSubstr("Example")) << command;
+    }
+    EXPECT_THAT(man, AllOf(HasSubstr("\\-\\-frame\\-timeout"), HasSubstr("\\fINAME=VALUE\\fR")));
+    // Bash itself says what it would offer.
+    const auto offers = [&](const std::string& words, int at) {
+        const std::string folder = FreshFolder();
+        std::ofstream(folder + "/script")
+            << completion << "COMP_WORDS=(fxhost " << words << ") COMP_CWORD=" << at
+            << "\n_fxhost\nprintf '%s ' \"${COMPREPLY[@]}\" >" << folder << "/out\n";
+        EXPECT_EQ(std::system(("bash " + folder + "/script").c_str()), 0);
+        return ReadFileText(folder + "/out");
+    };
+    EXPECT_EQ(offers("un", 1), "unpack ");
+    EXPECT_EQ(offers("check --str", 2), "--strict ");
+    EXPECT_EQ(offers("pack --str", 2), " ");
+    EXPECT_EQ(RunTool("--version").out.substr(0, 7), "fxhost ");
 }
 
 TEST(BenchGLTest, EveryStepIsMeasured) {
