@@ -3,6 +3,7 @@
 uniform sampler2D image;
 uniform vec2 stride;   // from one texel to the next, in texture coordinates; (0, 0) leaves the picture alone
 uniform float radius;  // texels
+uniform bool weigh;    // colours count by their alpha, so that what is invisible does not bleed into the edges
 
 void main() {
     float sigma = max(radius * 0.5, 0.01);
@@ -12,9 +13,12 @@ void main() {
     for (float i = -reach; i <= reach; i += 1.0) {
         float weight = exp(-0.5 * i * i / (sigma * sigma));
         vec4 colour = texture2D(image, gl_TexCoord[0].xy + i * stride);
-        // Colours count by their alpha, so that what is invisible does not bleed into the edges.
-        sum += weight * vec4(colour.rgb * colour.a, colour.a);
+        sum += weight * (weigh ? vec4(colour.rgb * colour.a, colour.a) : colour);
         total += weight;
     }
-    gl_FragColor = sum.a > 0.0 ? vec4(sum.rgb / sum.a, sum.a / total) : vec4(0.0);
+    vec4 mean = sum / total;
+    if (weigh) {
+        mean.rgb = mean.a > 0.0 ? mean.rgb / mean.a : vec3(0.0);
+    }
+    gl_FragColor = mean;
 }

@@ -1,6 +1,6 @@
 // Soft Blur: one shader, run twice through a render target, first across and then down.
 
-var radius, direction, hold; // parameters
+var radius, direction, hold, weigh; // parameters
 var shader;
 var between = 0; // render target between the two passes
 var betweenSize = [0, 0, 0];
@@ -20,6 +20,10 @@ function setup() {
 
     hold = SV_initParam("hold", SV_Type.BOOL, "Repeat Edge Pixels");
     SV_setParamValue(hold, 1);
+
+    // Off, every channel goes the same way, which also suits hosts that hand them over in another order.
+    weigh = SV_initParam("weigh", SV_Type.BOOL, "Weigh Colour by Alpha");
+    SV_setParamValue(weigh, 0);
 
     shader = SV_initShader("blur");
 }
@@ -58,6 +62,7 @@ function draw() {
     var target = betweenPasses(size);
 
     SV_setShaderParam(shader, radius);
+    SV_setShaderParam(shader, weigh);
     pass(SV_getSequenceTexture(), target, which === 3 ? 0 : 1 / size[0], 0, false);
     // The last pass is drawn upside down, because the host's rows run from the top and GL's from the bottom.
     pass(target, output, 0, which === 2 ? 0 : 1 / size[1], true);
