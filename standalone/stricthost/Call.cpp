@@ -2,6 +2,7 @@
 
 #include <mutex>
 #include <set>
+#include <utility>
 
 #include "standalone/stricthost/HostCore.h"
 
@@ -33,8 +34,6 @@ constexpr CommandRow s_Commands[] = {
 
 thread_local Call* t_Current = nullptr;
 
-} // namespace
-
 // The hosts that live in this process, to tell them of callbacks that belong to no command.
 class LiveHosts {
 public:
@@ -61,6 +60,8 @@ private:
     std::set<HostCore*> m_Hosts;
 };
 
+} // namespace
+
 void EnterLiveHosts(HostCore& host) {
     LiveHosts::Get().Add(&host);
 }
@@ -76,10 +77,10 @@ const char* CommandName(PF_Cmd command) {
     return "a command";
 }
 
-Call* ExchangeCurrentCall(Call* call) {
-    Call* before = t_Current;
-    t_Current = call;
-    return before;
+CurrentCall::CurrentCall(Call& call) : m_Before(std::exchange(t_Current, &call)) {}
+
+CurrentCall::~CurrentCall() {
+    t_Current = m_Before;
 }
 
 Call::Call(HostCore& core, PF_Cmd cmd, Instance* owner) : host(core), command(cmd), instance(owner) {}

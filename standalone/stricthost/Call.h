@@ -57,6 +57,22 @@ struct Call {
 
 const char* CommandName(PF_Cmd command);
 
+// The command under way on this thread, for a scope.
+class CurrentCall {
+public:
+    explicit CurrentCall(Call& call);
+    ~CurrentCall();
+    CurrentCall(const CurrentCall&) = delete;
+    CurrentCall& operator=(const CurrentCall&) = delete;
+
+private:
+    Call* m_Before;
+};
+
+// The hosts of this process hear of callbacks that belong to no command.
+void EnterLiveHosts(HostCore& host);
+void LeaveLiveHosts(HostCore& host);
+
 // The callbacks, ready for PF_InData.
 PF_InteractCallbacks InteractTable();
 struct _PF_UtilCallbacks* UtilTable();

@@ -7,26 +7,10 @@
 
 namespace stricthost {
 
-void EnterLiveHosts(HostCore& host);
-void LeaveLiveHosts(HostCore& host);
-Call* ExchangeCurrentCall(Call* call);
-
 namespace {
 
 constexpr A_long s_AfterEffectsId = 0x46585443; // 'FXTC'
 constexpr A_long s_PremiereId = 0x50724D72;     // 'PrMr'
-
-// The command under way on this thread, for a scope.
-class CurrentCall {
-public:
-    explicit CurrentCall(Call& call) : m_Before(ExchangeCurrentCall(&call)) {}
-    ~CurrentCall() { ExchangeCurrentCall(m_Before); }
-    CurrentCall(const CurrentCall&) = delete;
-    CurrentCall& operator=(const CurrentCall&) = delete;
-
-private:
-    Call* m_Before;
-};
 
 bool SetsSequenceData(PF_Cmd command) {
     return command >= PF_Cmd_SEQUENCE_SETUP && command <= PF_Cmd_SEQUENCE_SETDOWN;

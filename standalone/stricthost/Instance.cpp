@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "standalone/stricthost/Call.h"
 #include "standalone/stricthost/FrameGeometry.h"
@@ -55,6 +56,8 @@ void Instance::FillIn(PF_InData& in) const {
 
 void Instance::Check(const Call& call, PF_Err err) {
     m_LastOutFlags = call.out.out_flags;
+    if (err != PF_Err_NONE && !m_Sequence)
+        m_Deleted = true; // nothing is left to set down
     if (err != PF_Err_NONE)
         throw CommandError(call.command, err, MessageOf(call.out));
 }
