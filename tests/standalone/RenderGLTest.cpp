@@ -93,7 +93,7 @@ TEST(RenderGLTest, WrongUseIsRefusedInWordsAndWritesNothing) {
         std::string arguments, part;
     } rows[] = {
         {"", "subcommand"},
-        {"render", "EFFECT"},
+        {"render", "--output"},
         {"render " + s_Simple + " --size 4x4", "--output"},
         {"render nowhere --size 4x4" + out, "no such effect"},
         {"render samples -i samples/photo.png" + out, "no fx.js"},
