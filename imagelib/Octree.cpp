@@ -1,8 +1,9 @@
 #include "imagelib/Octree.h"
 
+#include "imagelib/OctreeLeafTable.h"
+
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
 #include <new>
 
 namespace ImageLib {
@@ -10,6 +11,7 @@ namespace {
 
 constexpr std::uint32_t kBlockNodes = 2048;
 constexpr std::uint8_t kLeafDepth = 7;
+constexpr std::size_t kTablePixels = 16384; // from here on a table pays off
 
 // The block that nodes are taken from, from its end down. Node 0 of a block is never handed out: its parent
 // field links to the next block of the same tree.
@@ -43,11 +45,6 @@ void CountPixel(oct_node_t& leaf, const std::uint8_t* pixel) {
     for (int channel = 0; channel < 3; ++channel)
         leaf.sum[channel] += pixel[channel];
     ++leaf.count;
-}
-
-// The heap orders leaves by count >> 7: in between, counting a pixel leaves the heap as it is.
-bool KeyChanged(const oct_node_t& leaf) {
-    return (leaf.count & ((1u << kLeafDepth) - 1)) == 0;
 }
 
 } // namespace
@@ -104,11 +101,10 @@ void OctreeQuantEngine::work(const std::uint8_t* pixels, std::uint32_t width, st
     const std::size_t pixelCount = std::size_t{width} * height;
     if (pixelCount == 0)
         return;
-    // The table pays off once its pages are shared by many pixels.
-    if (pixelCount < 16384)
+    if (pixelCount < kTablePixels)
         Count(pixels, pixelCount);
     else
-        CountWithTable(pixels, pixelCount);
+        OctreeLeafTable(*m_Root, m_Heap).Count(pixels, pixelCount);
     Fold(colourCount);
     FillPalette();
 }
@@ -116,32 +112,6 @@ void OctreeQuantEngine::work(const std::uint8_t* pixels, std::uint32_t width, st
 void OctreeQuantEngine::Count(const std::uint8_t* pixels, std::size_t pixelCount) {
     for (std::size_t i = 0; i < pixelCount; ++i)
         heap_add(&m_Heap, node_insert(m_Root, pixels + 4 * i));
-}
-
-// As Count, with a table from the upper seven bits of each channel to the leaf in place of the walk, and
-// without heap operations that would change nothing.
-void OctreeQuantEngine::CountWithTable(const std::uint8_t* pixels, std::size_t pixelCount) {
-    struct Free {
-        void operator()(void* memory) const { std::free(memory); }
-    };
-    const std::unique_ptr<oct_node_t*[], Free> table(
-        static_cast<oct_node_t**>(std::calloc(std::size_t{1} << 21, sizeof(oct_node_t*))));
-    if (!table)
-        throw std::bad_alloc();
-    for (std::size_t i = 0; i < pixelCount; ++i) {
-        const std::uint8_t* const pixel = pixels + 4 * i;
-        const std::size_t key =
-            std::size_t{pixel[0]} >> 1 << 14 | std::size_t{pixel[1]} >> 1 << 7 | pixel[2] >> 1;
-        oct_node_t*& leaf = table[key];
-        if (!leaf) {
-            leaf = node_insert(m_Root, pixel);
-            heap_add(&m_Heap, leaf);
-            continue;
-        }
-        CountPixel(*leaf, pixel);
-        if (KeyChanged(*leaf))
-            heap_add(&m_Heap, leaf);
-    }
 }
 
 void OctreeQuantEngine::Fold(std::uint32_t colourCount) {

@@ -67,7 +67,6 @@ public:
 private:
     void Release();
     void Count(const std::uint8_t* pixels, std::size_t pixelCount);
-    void CountWithTable(const std::uint8_t* pixels, std::size_t pixelCount);
     void Fold(std::uint32_t colourCount);
     void FillPalette();
 
