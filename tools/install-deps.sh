@@ -24,6 +24,7 @@ libcli11-dev          | cli11
 nlohmann-json3-dev    | nlohmann-json
 libopenimageio-dev    | openimageio
 ffmpeg                | ffmpeg
+procps                | -
 "
 
 column() { awk -F'|' -v n="$1" 'NF == 2 { gsub(/[ \t]/, "", $n); if ($n != "-") print $n }' <<<"$packages" | sort -u; }

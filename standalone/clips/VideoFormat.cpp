@@ -68,7 +68,7 @@ void AddColours(std::vector<std::string>& list, const std::string& matrix, const
     const std::string primaries = orMatrix(content.primaries), transfer = orMatrix(content.transfer);
     list.insert(list.end(),
                 {"-vf",
-                 "scale=flags=bicubic+accurate_rnd+full_chroma_int+full_chroma_inp+bitexact:out_range=tv:"
+                 "scale=flags=bilinear+accurate_rnd+full_chroma_int:out_range=tv:"
                  "out_color_matrix=" +
                      ScalerMatrix(matrix) + ",setparams=range=tv:colorspace=" + matrix +
                      ":color_primaries=" + primaries + ":color_trc=" + transfer,

@@ -37,7 +37,7 @@ private:
         std::vector<std::string> list = {"ffmpeg", "-v", "error", "-nostdin"};
         if (m_Info.codec == "vp9" && m_Info.hasAlpha) // the built-in decoder drops it
             list.insert(list.end(), {"-c:v", "libvpx-vp9"});
-        std::string scale = "scale=flags=bicubic+accurate_rnd+full_chroma_int+full_chroma_inp+bitexact";
+        std::string scale = "scale=flags=bilinear+accurate_rnd+full_chroma_int";
         if (m_Info.matrix != "gbr" && m_Info.matrix != "rgb")
             scale += ":in_color_matrix=" +
                      ScalerMatrix(m_Info.matrix.empty() ? UsualMatrix(m_Width, m_Height) : m_Info.matrix);
