@@ -1,6 +1,7 @@
 #include "gpu/Texture.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "engine/utils/Utils.h"
@@ -54,6 +55,21 @@ void ExpandRow(const std::uint16_t* __restrict from, std::uint16_t* __restrict t
         to[i] = static_cast<std::uint16_t>(2 * (from[i] - (from[i] > 16384)));
 }
 
+// GL counts the distance between rows in pixels, upwards.
+bool IsRowLength(long stride, unsigned depth) {
+    return stride >= 0 && stride % (4 * static_cast<long>(PixelDepth::BytesPerChannel(depth))) == 0;
+}
+
+// Rows of any stride, a negative one included, one directly after the other.
+std::vector<unsigned char> PackRows(const void* pixels, std::size_t rowBytes, unsigned height, long stride) {
+    std::vector<unsigned char> packed(rowBytes * height);
+    const std::size_t available = std::min(rowBytes, static_cast<std::size_t>(std::abs(stride)));
+    for (unsigned y = 0; y < height; ++y)
+        std::memcpy(packed.data() + y * rowBytes, static_cast<const unsigned char*>(pixels) + y * stride,
+                    available);
+    return packed;
+}
+
 } // namespace
 
 Texture::~Texture() {
@@ -80,6 +96,12 @@ void Texture::release() {
 
 void Texture::grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
                          bool argbOrder, bool expand16) {
+    if (pixels && !IsRowLength(stride, depth)) {
+        const std::size_t rowBytes = PixelDepth::RowBytes(width, depth);
+        const auto packed = PackRows(pixels, rowBytes, height, stride);
+        grabPixels(packed.data(), width, height, depth, static_cast<long>(rowBytes), argbOrder, expand16);
+        return;
+    }
     if (pixels)
         m_CopyPending = false; // a new copy is on its way
     else

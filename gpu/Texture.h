@@ -28,9 +28,10 @@ public:
     virtual void release();
 
     // Replaces size and content, and resets filters to linear and wrapping to repeat.
-    // pixels: height rows, stride bytes apart, each at least width * 4 channels; null makes an empty texture
-    // and leaves the pixel copy as it was. argbOrder: the rows hold alpha, red, green, blue; otherwise red,
-    // green, blue, alpha. expand16: 16-bit channels run from 0 to 32768 and are brought to 0..65534.
+    // pixels: height rows, stride bytes apart (any distance, negative too), each at least width * 4 channels;
+    // null makes an empty texture and leaves the pixel copy as it was. argbOrder: the rows hold alpha, red,
+    // green, blue; otherwise red, green, blue, alpha. expand16: 16-bit channels run from 0 to 32768 and are
+    // brought to 0..65534.
     void grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
                     bool argbOrder, bool expand16);
     // Uploads a surface, with flip its last row first.

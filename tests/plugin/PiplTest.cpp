@@ -1,0 +1,88 @@
+#include "standalone/bundle/Pipl.h"
+
+#include <gtest/gtest.h>
+#include <map>
+
+#include "standalone/bundle/InfoPlist.h"
+
+namespace {
+
+using fxhost::Bytes;
+
+std::uint32_t Big(const Bytes& bytes, std::size_t at, unsigned count) {
+    std::uint32_t value = 0;
+    for (unsigned i = 0; i < count; ++i)
+        value = value << 8 | bytes.at(at + i);
+    return value;
+}
+
+std::string Text(const Bytes& bytes, std::size_t at, std::size_t count) {
+    return {bytes.begin() + static_cast<std::ptrdiff_t>(at),
+            bytes.begin() + static_cast<std::ptrdiff_t>(at + count)};
+}
+
+// Reads the file as a resource manager does: from the header to the map, to the type, to the data.
+Bytes OnlyResource(const Bytes& file, const std::string& type, unsigned number) {
+    const std::size_t data = Big(file, 0, 4), map = Big(file, 4, 4);
+    EXPECT_EQ(map, data + Big(file, 8, 4));
+    EXPECT_EQ(file.size(), map + Big(file, 12, 4));
+    const std::size_t types = map + Big(file, map + 24, 2);
+    EXPECT_EQ(Big(file, types, 2), 0u) << "one type";
+    EXPECT_EQ(Text(file, types + 2, 4), type);
+    EXPECT_EQ(Big(file, types + 6, 2), 0u) << "one resource";
+    const std::size_t reference = types + Big(file, types + 8, 2);
+    EXPECT_EQ(Big(file, reference, 2), number);
+    const std::size_t at = data + Big(file, reference + 5, 3);
+    const std::size_t length = Big(file, at, 4);
+    return {file.begin() + static_cast<std::ptrdiff_t>(at + 4),
+            file.begin() + static_cast<std::ptrdiff_t>(at + 4 + length)};
+}
+
+std::map<std::string, Bytes> Properties(const Bytes& list) {
+    std::map<std::string, Bytes> properties;
+    EXPECT_EQ(Big(list, 0, 4), 0u);
+    std::size_t at = 8;
+    for (std::uint32_t i = 0; i < Big(list, 4, 4); ++i) {
+        EXPECT_EQ(Text(list, at, 4), "8BIM");
+        EXPECT_EQ(at % 4, 0u);
+        const std::size_t length = Big(list, at + 12, 4);
+        const auto first = list.begin() + static_cast<std::ptrdiff_t>(at + 16);
+        properties[Text(list, at + 4, 4)] = Bytes(first, first + static_cast<std::ptrdiff_t>(length));
+        at += 16 + length;
+    }
+    EXPECT_EQ(at, list.size());
+    return properties;
+}
+
+TEST(PiplTest, TheResourceFileHoldsWhatTheModuleAnswers) {
+    fxhost::PiplInfo info;
+    info.name = "Blur";
+    info.category = "Stylize";
+    info.matchName = "org.shaderfx.blur";
+    info.entry = "EntryPointFunc";
+    info.version = 0x00080001;
+    info.outFlags = 0x06008005;
+    info.outFlags2 = 0x1400;
+    auto properties = Properties(OnlyResource(fxhost::PiplResourceFile(info), "PiPL", 16000));
+    EXPECT_EQ(properties["kind"], (Bytes{'e', 'F', 'K', 'T'}));
+    EXPECT_EQ(properties["name"], (Bytes{4, 'B', 'l', 'u', 'r', 0, 0, 0}));
+    EXPECT_EQ(properties["catg"], (Bytes{7, 'S', 't', 'y', 'l', 'i', 'z', 'e'}));
+    EXPECT_EQ(properties["ma64"], properties["mi64"]);
+    EXPECT_EQ(Text(properties["ma64"], 1, properties["ma64"].at(0)), "EntryPointFunc");
+    EXPECT_EQ(properties["ePVR"], (Bytes{0, 2, 0, 0}));
+    EXPECT_EQ(properties["eSVR"], (Bytes{0, 13, 0, 28}));
+    EXPECT_EQ(properties["eVER"], (Bytes{0, 8, 0, 1}));
+    EXPECT_EQ(properties["eGLO"], (Bytes{6, 0, 0x80, 5}));
+    EXPECT_EQ(properties["eGL2"], (Bytes{0, 0, 0x14, 0}));
+    EXPECT_EQ(properties["aeFL"], (Bytes{0, 0, 0, 8}));
+    EXPECT_EQ(Text(properties["eMNA"], 1, properties["eMNA"].at(0)), "org.shaderfx.blur");
+}
+
+TEST(InfoPlistTest, NamesAreEscapedAndIdentifiersPlain) {
+    const std::string text = fxhost::InfoPlist({"A&B", "A <& B>", fxhost::IdentifierOf("A & B"), "1.2.3"});
+    EXPECT_NE(text.find("<key>CFBundleName</key>\n\t<string>A &lt;&amp; B&gt;</string>"), std::string::npos);
+    EXPECT_NE(text.find("<string>org.shaderfx.A---B</string>"), std::string::npos);
+    EXPECT_NE(text.find("<key>CFBundlePackageType</key>\n\t<string>eFKT</string>"), std::string::npos);
+}
+
+} // namespace
