@@ -154,13 +154,8 @@ void Collect(const Call& call, PF_Err err, FrameResult& result) {
 void Deliver(const World& output, const FrameState& frame, bool checkPixels, FrameResult& result,
              std::vector<std::uint32_t>& unwritten) {
     result.picture = output.ToPicture();
-    if (!checkPixels)
-        return;
-    const WorldShape& shape = output.Shape();
-    for (unsigned y = 0; y < shape.height; ++y)
-        for (unsigned x = 0; x < shape.width; ++x)
-            if (output.HoldsPattern(x, y, frame.patternSeed))
-                unwritten.push_back(y * shape.width + x);
+    if (checkPixels)
+        unwritten = output.FindPattern(frame.patternSeed);
 }
 
 ReadOnlyWorld::ReadOnlyWorld(Call& call, World* world)

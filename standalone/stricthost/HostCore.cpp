@@ -11,6 +11,8 @@ namespace {
 
 constexpr A_long s_AfterEffectsId = 0x46585443; // 'FXTC'
 constexpr A_long s_PremiereId = 0x50724D72;     // 'PrMr'
+constexpr A_short s_CurrentMinor = 28;
+constexpr A_short s_PremiereMinor = 4; // Premiere Pro stays at an older number
 
 bool SetsSequenceData(PF_Cmd command) {
     return command >= PF_Cmd_SEQUENCE_SETUP && command <= PF_Cmd_SEQUENCE_SETDOWN;
@@ -41,7 +43,9 @@ void HostCore::FillIn(Call& call) {
     in.pica_basicP = BasicSuite();
     in.quality = PF_Quality_HI;
     in.version.major = options.apiMajor;
-    in.version.minor = options.apiMinor;
+    in.version.minor = options.apiMinor >= 0 ? options.apiMinor
+                       : IsPremiere()        ? s_PremiereMinor
+                                             : s_CurrentMinor;
     in.appl_id = IsPremiere() ? s_PremiereId : s_AfterEffectsId;
     in.num_params = static_cast<A_long>(params.Size());
     in.global_data = globalData;

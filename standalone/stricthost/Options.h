@@ -18,8 +18,9 @@ enum class Personality {
 
 struct Options {
     Personality personality = Personality::AfterEffects;
+    // The interface's version as the host tells it; negative: 28 in After Effects and 4 in Premiere Pro.
     A_short apiMajor = 13;
-    A_short apiMinor = 28;
+    A_short apiMinor = -1;
     // What a plug-in hears as the path of its own file; set from the bundle's path when left empty.
     std::string pluginPath;
     std::set<std::string> missingSuites; // names of suites that cannot be acquired

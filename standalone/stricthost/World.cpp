@@ -1,7 +1,6 @@
 #include "standalone/stricthost/World.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 #include "standalone/stricthost/PixelFormats.h"
@@ -21,22 +20,27 @@ std::uint32_t Mix(std::uint32_t value) {
     return value ^ (value >> 16);
 }
 
-// The pattern's bytes for one pixel; the first bits / 2 of them count.
-std::array<std::uint8_t, 16> Pattern(unsigned bits, unsigned x, unsigned y, std::uint32_t seed) {
+// The pattern's value for one pixel, which fills the pixel as often as it fits.
+std::uint32_t PatternWord(unsigned bits, unsigned x, unsigned y, std::uint32_t seed) {
     const std::uint32_t hash = Mix(Mix(x + 0x9E3779B9u * y) + seed);
-    std::array<std::uint8_t, 16> bytes = {};
-    if (bits == 8) {
-        std::memcpy(bytes.data(), &hash, 4);
-    } else if (bits == 16) {
-        const auto beyondWhite = static_cast<std::uint16_t>(0x8001 | hash);
-        for (int i = 0; i < 4; ++i)
-            std::memcpy(bytes.data() + 2 * i, &beyondWhite, 2);
-    } else {
-        const std::uint32_t notANumber = 0x7FC00001 | (hash & 0x3FFFFF);
-        for (int i = 0; i < 4; ++i)
-            std::memcpy(bytes.data() + 4 * i, &notANumber, 4);
+    switch (bits) {
+    case 16:
+        return hash | 0x80018001; // two channels beyond white
+    case 32:
+        return 0x7FC00001 | (hash & 0x3FFFFF); // not a number
+    default:
+        return hash;
     }
-    return bytes;
+}
+
+bool IsFilledWith(const std::uint8_t* pixel, std::size_t bytes, std::uint32_t word) {
+    for (std::size_t i = 0; i < bytes; i += sizeof word) {
+        std::uint32_t value;
+        std::memcpy(&value, pixel + i, sizeof value);
+        if (value != word)
+            return false;
+    }
+    return true;
 }
 
 bool AllGuard(const std::uint8_t* begin, std::size_t count) {
@@ -90,13 +94,23 @@ fxhost::Picture World::ToPicture() const {
 void World::FillWithPattern(std::uint32_t seed) {
     for (unsigned y = 0; y < m_Shape.height; ++y) {
         std::uint8_t* pixel = Row(y);
-        for (unsigned x = 0; x < m_Shape.width; ++x, pixel += PixelBytes())
-            std::memcpy(pixel, Pattern(m_Bits, x, y, seed).data(), PixelBytes());
+        for (unsigned x = 0; x < m_Shape.width; ++x, pixel += PixelBytes()) {
+            const std::uint32_t word = PatternWord(m_Bits, x, y, seed);
+            for (std::size_t i = 0; i < PixelBytes(); i += sizeof word)
+                std::memcpy(pixel + i, &word, sizeof word);
+        }
     }
 }
 
-bool World::HoldsPattern(unsigned x, unsigned y, std::uint32_t seed) const {
-    return std::memcmp(Row(y) + x * PixelBytes(), Pattern(m_Bits, x, y, seed).data(), PixelBytes()) == 0;
+std::vector<std::uint32_t> World::FindPattern(std::uint32_t seed) const {
+    std::vector<std::uint32_t> found;
+    for (unsigned y = 0; y < m_Shape.height; ++y) {
+        const std::uint8_t* pixel = Row(y);
+        for (unsigned x = 0; x < m_Shape.width; ++x, pixel += PixelBytes())
+            if (IsFilledWith(pixel, PixelBytes(), PatternWord(m_Bits, x, y, seed)))
+                found.push_back(y * m_Shape.width + x);
+    }
+    return found;
 }
 
 bool World::GuardsIntact() const {

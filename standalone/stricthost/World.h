@@ -43,8 +43,8 @@ public:
     // Fills every pixel with values that a rendered pixel does not have: 16-bit ones beyond 32768, floats
     // that are no numbers, and for 8 bits a pattern that depends on place and seed.
     void FillWithPattern(std::uint32_t seed);
-    // Whether pixel (x, y) still holds that pattern.
-    bool HoldsPattern(unsigned x, unsigned y, std::uint32_t seed) const;
+    // The numbers, row by row from the top left, of the pixels that still hold that pattern.
+    std::vector<std::uint32_t> FindPattern(std::uint32_t seed) const;
 
     bool GuardsIntact() const;
     // A sum over the pixels, to find out whether somebody wrote.

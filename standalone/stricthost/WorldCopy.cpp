@@ -31,6 +31,12 @@ bool CopyWorld(const World& source, World& target, const PF_Rect* from, const PF
     for (std::int64_t y = 0; y < height; ++y) {
         const std::uint8_t* fromRow = source.Row(static_cast<unsigned>(a.top + y * sourceHeight / height));
         std::uint8_t* toRow = target.Row(static_cast<unsigned>(b.top + y));
+        if (width == sourceWidth) {
+            std::memcpy(toRow + static_cast<std::size_t>(b.left) * pixel,
+                        fromRow + static_cast<std::size_t>(a.left) * pixel,
+                        static_cast<std::size_t>(width) * pixel);
+            continue;
+        }
         for (std::int64_t x = 0; x < width; ++x)
             std::memcpy(toRow + static_cast<std::size_t>(b.left + x) * pixel,
                         fromRow + static_cast<std::size_t>(a.left + x * sourceWidth / width) * pixel, pixel);
