@@ -18,13 +18,11 @@ public:
     void Count(const std::uint8_t* pixels, std::size_t pixelCount);
 
 private:
-    // All pixels of a leaf agree in the upper seven bits of each channel, so these make up their sums.
-    struct Leaf {
-        std::uint32_t count;
-        std::uint32_t odd[3]; // pixels with the lowest bit of the channel set
-    };
+    // Lane 0: pixels; lanes 1 to 3: those with the lowest bit of red, green, blue set. All pixels of a leaf
+    // agree in the upper seven bits, so these make up their sums.
+    typedef std::uint32_t Leaf __attribute__((vector_size(16)));
 
-    std::uint32_t Add(const std::uint8_t* pixel, std::uint32_t cube);
+    std::uint32_t Add(const std::uint8_t* pixel);
     void Reorder(std::uint32_t leaf);
     void WriteBack();
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imagelib/Surface.h"
+#include "imagelib/vector/Kernels.h"
 
 #include <immintrin.h>
 
@@ -27,9 +27,15 @@ struct Vec8 {
         return _mm256_permutevar8x32_ps(_mm256_castps128_ps256(pixel), _mm256_set1_epi32(Channel));
     }
 
-    static void LoadChannels(const Pixel32* from, Float& alpha, Float& red, Float& green, Float& blue) {
-        const Float p04 = LoadTwo(from, 4), p15 = LoadTwo(from + 1, 4);
-        const Float p26 = LoadTwo(from + 2, 4), p37 = LoadTwo(from + 3, 4);
+    static void LoadChannels(const void* from, std::ptrdiff_t step, Float& alpha, Float& red, Float& green,
+                             Float& blue) {
+        const auto pixel = [&](int i) {
+            return LoadPixel(reinterpret_cast<const Pixel32*>(static_cast<const char*>(from) + step * i));
+        };
+        const auto two = [&](int i) {
+            return _mm256_insertf128_ps(_mm256_castps128_ps256(pixel(i)), pixel(i + 4), 1);
+        };
+        const Float p04 = two(0), p15 = two(1), p26 = two(2), p37 = two(3);
         const Float ar01 = _mm256_unpacklo_ps(p04, p15), ar23 = _mm256_unpacklo_ps(p26, p37);
         const Float gb01 = _mm256_unpackhi_ps(p04, p15), gb23 = _mm256_unpackhi_ps(p26, p37);
         alpha = _mm256_shuffle_ps(ar01, ar23, 0x44);
@@ -42,6 +48,23 @@ struct Vec8 {
         const __m256 closer = _mm256_cmp_ps(distance, best, _CMP_LT_OQ);
         bestIndex = _mm256_blendv_epi8(bestIndex, _mm256_set1_epi32(index), _mm256_castps_si256(closer));
         best = _mm256_min_ps(distance, best);
+    }
+    static void KeepCloser(Float distance, Int index, Float& best, Int& bestIndex) {
+        const __m256 closer = _mm256_cmp_ps(distance, best, _CMP_LT_OQ);
+        bestIndex = _mm256_blendv_epi8(bestIndex, index, _mm256_castps_si256(closer));
+        best = _mm256_min_ps(distance, best);
+    }
+    static void LookUp(const PaletteTable& palette, Int index, Float& alpha, Float& red, Float& green,
+                       Float& blue) {
+        const __m256 upper = _mm256_castsi256_ps(_mm256_cmpgt_epi32(index, _mm256_set1_epi32(7)));
+        const auto channel = [&](const float* table) {
+            return _mm256_blendv_ps(_mm256_permutevar8x32_ps(Load(table), index),
+                                    _mm256_permutevar8x32_ps(Load(table + 8), index), upper);
+        };
+        alpha = channel(palette.alpha);
+        red = channel(palette.red);
+        green = channel(palette.green);
+        blue = channel(palette.blue);
     }
     static Int ZeroInt() { return _mm256_setzero_si256(); }
     static void StoreInt(std::uint32_t* to, Int value) {
@@ -65,11 +88,6 @@ struct Vec8 {
         return _mm256_sll_epi32(value, _mm_cvtsi32_si128(bits));
     }
     static bool AnyBits(Int value, Int mask) { return !_mm256_testz_si256(value, mask); }
-
-private:
-    static Float LoadTwo(const Pixel32* from, int second) {
-        return _mm256_insertf128_ps(_mm256_castps128_ps256(LoadPixel(from)), LoadPixel(from + second), 1);
-    }
 };
 
 } // namespace

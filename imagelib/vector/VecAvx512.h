@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imagelib/Surface.h"
+#include "imagelib/vector/Kernels.h"
 
 #include <immintrin.h>
 
@@ -27,9 +27,16 @@ struct Vec16 {
         return _mm512_permutexvar_ps(_mm512_set1_epi32(Channel), _mm512_castps128_ps512(pixel));
     }
 
-    static void LoadChannels(const Pixel32* from, Float& alpha, Float& red, Float& green, Float& blue) {
-        const Float p0 = LoadFour(from), p1 = LoadFour(from + 1);
-        const Float p2 = LoadFour(from + 2), p3 = LoadFour(from + 3);
+    static void LoadChannels(const void* from, std::ptrdiff_t step, Float& alpha, Float& red, Float& green,
+                             Float& blue) {
+        const auto pixel = [&](int i) {
+            return LoadPixel(reinterpret_cast<const Pixel32*>(static_cast<const char*>(from) + step * i));
+        };
+        const auto four = [&](int i) {
+            const __m512 two = _mm512_insertf32x4(_mm512_castps128_ps512(pixel(i)), pixel(i + 4), 1);
+            return _mm512_insertf32x4(_mm512_insertf32x4(two, pixel(i + 8), 2), pixel(i + 12), 3);
+        };
+        const Float p0 = four(0), p1 = four(1), p2 = four(2), p3 = four(3);
         const Float ar01 = _mm512_unpacklo_ps(p0, p1), ar23 = _mm512_unpacklo_ps(p2, p3);
         const Float gb01 = _mm512_unpackhi_ps(p0, p1), gb23 = _mm512_unpackhi_ps(p2, p3);
         alpha = _mm512_shuffle_ps(ar01, ar23, 0x44);
@@ -43,6 +50,18 @@ struct Vec16 {
         bestIndex = _mm512_mask_set1_epi32(bestIndex, closer, index);
         best = _mm512_min_ps(distance, best);
     }
+    static void KeepCloser(Float distance, Int index, Float& best, Int& bestIndex) {
+        const __mmask16 closer = _mm512_cmp_ps_mask(distance, best, _CMP_LT_OQ);
+        bestIndex = _mm512_mask_mov_epi32(bestIndex, closer, index);
+        best = _mm512_min_ps(distance, best);
+    }
+    static void LookUp(const PaletteTable& palette, Int index, Float& alpha, Float& red, Float& green,
+                       Float& blue) {
+        alpha = _mm512_permutexvar_ps(index, Load(palette.alpha));
+        red = _mm512_permutexvar_ps(index, Load(palette.red));
+        green = _mm512_permutexvar_ps(index, Load(palette.green));
+        blue = _mm512_permutexvar_ps(index, Load(palette.blue));
+    }
     static Int ZeroInt() { return _mm512_setzero_si512(); }
     static void StoreInt(std::uint32_t* to, Int value) { _mm512_storeu_si512(to, value); }
 
@@ -55,14 +74,6 @@ struct Vec16 {
     }
     static unsigned EqualLanes(Float left, Float right) {
         return _mm512_cmp_ps_mask(left, right, _CMP_EQ_OQ);
-    }
-
-private:
-    static Float LoadFour(const Pixel32* from) {
-        Float four = _mm512_castps128_ps512(LoadPixel(from));
-        four = _mm512_insertf32x4(four, LoadPixel(from + 4), 1);
-        four = _mm512_insertf32x4(four, LoadPixel(from + 8), 2);
-        return _mm512_insertf32x4(four, LoadPixel(from + 12), 3);
     }
 };
 

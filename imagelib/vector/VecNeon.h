@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imagelib/Surface.h"
+#include "imagelib/vector/Kernels.h"
 
 #include <arm_neon.h>
 
@@ -27,18 +27,31 @@ struct Vec4 {
         return vdupq_laneq_f32(pixel, Channel);
     }
 
-    static void LoadChannels(const Pixel32* from, Float& alpha, Float& red, Float& green, Float& blue) {
-        const float32x4x4_t channels = vld4q_f32(&from->alpha);
-        alpha = channels.val[0];
-        red = channels.val[1];
-        green = channels.val[2];
-        blue = channels.val[3];
+    static void LoadChannels(const void* from, std::ptrdiff_t step, Float& alpha, Float& red, Float& green,
+                             Float& blue) {
+        const auto pixel = [&](int i) {
+            return LoadPixel(reinterpret_cast<const Pixel32*>(static_cast<const char*>(from) + step * i));
+        };
+        Transpose(pixel(0), pixel(1), pixel(2), pixel(3), alpha, red, green, blue);
     }
 
     static void KeepCloser(Float distance, int index, Float& best, Int& bestIndex) {
         const uint32x4_t closer = vcltq_f32(distance, best);
         bestIndex = vbslq_u32(closer, vdupq_n_u32(static_cast<unsigned>(index)), bestIndex);
         best = vbslq_f32(closer, distance, best);
+    }
+    static void KeepCloser(Float distance, Int index, Float& best, Int& bestIndex) {
+        const uint32x4_t closer = vcltq_f32(distance, best);
+        bestIndex = vbslq_u32(closer, index, bestIndex);
+        best = vbslq_f32(closer, distance, best);
+    }
+    static void LookUp(const PaletteTable& palette, Int index, Float& alpha, Float& red, Float& green,
+                       Float& blue) {
+        std::uint32_t lane[4];
+        StoreInt(lane, index);
+        Transpose(LoadPixel(palette.entries + lane[0]), LoadPixel(palette.entries + lane[1]),
+                  LoadPixel(palette.entries + lane[2]), LoadPixel(palette.entries + lane[3]), alpha, red,
+                  green, blue);
     }
     static Int ZeroInt() { return vdupq_n_u32(0); }
     static void StoreInt(std::uint32_t* to, Int value) { vst1q_u32(to, value); }
@@ -60,6 +73,17 @@ struct Vec4 {
         return vshlq_u32(value, vdupq_n_s32(static_cast<int>(bits)));
     }
     static bool AnyBits(Int value, Int mask) { return vmaxvq_u32(vandq_u32(value, mask)) != 0; }
+
+    static void Transpose(Float p0, Float p1, Float p2, Float p3, Float& alpha, Float& red, Float& green,
+                          Float& blue) {
+        const float32x4x2_t ag02 = vzipq_f32(p0, p2), ag13 = vzipq_f32(p1, p3); // a0 a2 r0 r2, g0 g2 b0 b2
+        const float32x4x2_t ar = vzipq_f32(ag02.val[0], ag13.val[0]);
+        const float32x4x2_t gb = vzipq_f32(ag02.val[1], ag13.val[1]);
+        alpha = ar.val[0];
+        red = ar.val[1];
+        green = gb.val[0];
+        blue = gb.val[1];
+    }
 };
 
 } // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imagelib/Surface.h"
+#include "imagelib/vector/Kernels.h"
 
 #include <emmintrin.h>
 
@@ -29,10 +29,13 @@ struct Vec4 {
         return _mm_shuffle_ps(pixel, pixel, Channel * 0x55);
     }
 
-    // The channels of `Lanes` pixels, lane i from pixel i.
-    static void LoadChannels(const Pixel32* from, Float& alpha, Float& red, Float& green, Float& blue) {
-        Transpose(LoadPixel(from), LoadPixel(from + 1), LoadPixel(from + 2), LoadPixel(from + 3), alpha, red,
-                  green, blue);
+    // The channels of `Lanes` pixels, lane i from the pixel `step` * i bytes on.
+    static void LoadChannels(const void* from, std::ptrdiff_t step, Float& alpha, Float& red, Float& green,
+                             Float& blue) {
+        const auto pixel = [&](int i) {
+            return LoadPixel(reinterpret_cast<const Pixel32*>(static_cast<const char*>(from) + step * i));
+        };
+        Transpose(pixel(0), pixel(1), pixel(2), pixel(3), alpha, red, green, blue);
     }
 
     // Takes over distance and index in the lanes where the distance is strictly smaller. Indices grow from
@@ -41,6 +44,21 @@ struct Vec4 {
         const __m128i closer = _mm_castps_si128(_mm_cmplt_ps(distance, best));
         bestIndex = _mm_max_epi16(bestIndex, _mm_and_si128(closer, _mm_set1_epi32(index)));
         best = _mm_min_ps(distance, best);
+    }
+    // The same with an index for each lane, all larger than those before.
+    static void KeepCloser(Float distance, Int index, Float& best, Int& bestIndex) {
+        const __m128i closer = _mm_castps_si128(_mm_cmplt_ps(distance, best));
+        bestIndex = _mm_max_epi16(bestIndex, _mm_and_si128(closer, index));
+        best = _mm_min_ps(distance, best);
+    }
+    // The channels of the entries, sixteen at most, with the lanes' indices.
+    static void LookUp(const PaletteTable& palette, Int index, Float& alpha, Float& red, Float& green,
+                       Float& blue) {
+        alignas(16) std::uint32_t lane[4];
+        StoreInt(lane, index);
+        Transpose(LoadPixel(palette.entries + lane[0]), LoadPixel(palette.entries + lane[1]),
+                  LoadPixel(palette.entries + lane[2]), LoadPixel(palette.entries + lane[3]), alpha, red,
+                  green, blue);
     }
     static Int ZeroInt() { return _mm_setzero_si128(); }
     static void StoreInt(std::uint32_t* to, Int value) {
