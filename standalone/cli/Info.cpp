@@ -25,32 +25,16 @@ std::string Version(const EffectInfo& info) {
     return std::to_string(info.major) + "." + std::to_string(info.minor) + "." + std::to_string(info.build);
 }
 
-// The value at creation: a number, an array of numbers, a boolean, a pop-up's number, or null.
+// A number, an array of numbers, a boolean, a pop-up's number, or null.
 Json DefaultOf(const Parameter& parameter) {
-    const auto numbers = [&](unsigned count) {
-        Json array = Json::array();
-        for (unsigned i = 0; i < count; ++i)
-            array.push_back(parameter.value.Float(i));
-        return array;
-    };
-    switch (parameter.type) {
-    case Parameter::FLOAT:
-    case Parameter::ANGLE:
-        return parameter.value.Float(0);
-    case Parameter::POINT2D:
-        return numbers(2);
-    case Parameter::POINT:
-        return numbers(3);
-    case Parameter::COLOR:
-        return numbers(4);
-    case Parameter::BOOL:
+    if (parameter.type == Parameter::BOOL)
         return parameter.value.Int(0) != 0;
-    case Parameter::POPUP:
-    case Parameter::TEXTURE:
+    if (HasChoices(parameter))
         return parameter.value.Int(0);
-    default:
+    const std::vector<double> numbers = HostDefault(parameter);
+    if (numbers.empty())
         return nullptr;
-    }
+    return numbers.size() == 1 ? Json(numbers[0]) : Json(numbers);
 }
 
 Json Describe(const Parameter& parameter) {
@@ -65,6 +49,8 @@ Json Describe(const Parameter& parameter) {
         described["max"] = parameter.max.Float(0);
         described["precision"] = parameter.flags >> Parameter::PrecisionShift;
     }
+    if (parameter.type == Parameter::POINT2D)
+        described["defaultUnit"] = "percent of the layer";
     if (HasChoices(parameter))
         described["choices"] = Choices(parameter);
     return described;
@@ -92,7 +78,7 @@ std::string Details(const Parameter& parameter) {
         for (std::size_t i = 0; i < choices.size(); ++i)
             details += std::to_string(i + 1) + " " + choices[i] + ", ";
     }
-    if (const auto text = ValueText(parameter); !text.empty())
+    if (const auto text = DefaultText(parameter); !text.empty())
         details += "default " + text;
     if (parameter.flags & Parameter::Disabled)
         details += " (disabled)";

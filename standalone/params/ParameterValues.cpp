@@ -207,13 +207,39 @@ const char* TypeName(Parameter::Type type) {
     return Row(type).name;
 }
 
-std::string ValueText(const Parameter& parameter) {
-    const TypeRow& row = Row(parameter.type);
-    switch (row.form) {
+std::vector<double> HostDefault(const Parameter& parameter) {
+    const auto number = [&](unsigned index) { return static_cast<double>(parameter.value.Float(index)); };
+    // The low byte of the truncated number.
+    const auto byte = [&](unsigned index) {
+        return static_cast<double>(static_cast<std::uint8_t>(static_cast<std::int64_t>(number(index)))) / 255;
+    };
+    // A fixed-point number shifted up once more than it should be, in 32 bits.
+    const auto percent = [&](unsigned index) {
+        const double rounded = number(index) * 65536 + (number(index) < 0 ? -0.5 : 0.5);
+        return static_cast<double>(static_cast<std::int16_t>(static_cast<std::int64_t>(rounded)));
+    };
+    switch (parameter.type) {
+    case Parameter::FLOAT:
+    case Parameter::ANGLE:
+        return {number(0)};
+    case Parameter::POINT2D:
+        return {percent(0), percent(1)};
+    case Parameter::POINT:
+        return {number(0), number(1), number(1)};
+    case Parameter::COLOR:
+        return {byte(0), byte(1), byte(2), byte(3)};
+    default:
+        return {};
+    }
+}
+
+std::string DefaultText(const Parameter& parameter) {
+    switch (Row(parameter.type).form) {
     case Form::Numbers: {
         std::string text;
-        for (unsigned i = 0; i < row.atMost; ++i)
-            text += (i ? "," : "") + Text(parameter.value.Float(i));
+        for (const double number : HostDefault(parameter))
+            text +=
+                (text.empty() ? "" : ",") + Text(number) + (parameter.type == Parameter::POINT2D ? "%" : "");
         return text;
     }
     case Form::Switch:

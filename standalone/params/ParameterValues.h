@@ -40,7 +40,13 @@ std::vector<std::string> Choices(const Parameter& parameter);
 // "slider", "2-D point", "pop-up", ...; what an error calls the type, and what `info` prints.
 const char* TypeName(Parameter::Type type);
 
-// The value in the form that ParseValue reads; empty for types that have none.
-std::string ValueText(const Parameter& parameter);
+// The numbers that a host starts a slider, angle, point or colour with, which is not always what the script
+// declared: colours are bytes there (here 0 to 1 again), 2-D points percent of the layer, and the z of 3-D
+// points is their y. Empty for other types.
+std::vector<double> HostDefault(const Parameter& parameter);
+
+// The same as text, points with "%", switches as on or off, pop-ups as the entry's number; empty for types
+// without a value.
+std::string DefaultText(const Parameter& parameter);
 
 } // namespace fxhost

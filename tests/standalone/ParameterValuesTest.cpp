@@ -110,6 +110,24 @@ TEST(ParameterValuesTest, UnknownNamesListWhatExists) {
     EXPECT_THAT(Refusal("a=1", {}), HasSubstr("none at all"));
 }
 
+TEST(ParameterValuesTest, DefaultsAreTheHosts) {
+    auto list = Effect();
+    const auto declare = [&](unsigned index, std::vector<float> words) {
+        for (unsigned i = 0; i < words.size(); ++i)
+            list[index].value.SetFloat(i, words[i]);
+        return DefaultText(list[index]);
+    };
+    EXPECT_EQ(declare(0, {2.5f}), "2.5");
+    EXPECT_EQ(declare(1, {50 / 65536.0f, -25 / 65536.0f}), "50%,-25%"); // -25.5 and 50.5, truncated
+    EXPECT_EQ(declare(1, {1, 0.5f}), "0%,-32768%"); // 65536 and 32768 lose their upper bits
+    EXPECT_EQ(declare(2, {1, 2, 3}), "1,2,2");
+    EXPECT_EQ(declare(3, {255, 51, 0.9f, 256}), "1,0.2,0,0");
+    list[5].value.SetInt(0, 3);
+    EXPECT_EQ(DefaultText(list[5]), "3");
+    EXPECT_EQ(DefaultText(list[4]), "off");
+    EXPECT_EQ(DefaultText(list[8]), "");
+}
+
 TEST(ParameterValuesTest, NamesGoBeforeLabels) {
     const auto list = Effect(); // "amount" is also the label of "turn"
     EXPECT_EQ(FindParameter("--param", "amount", list), 0u);
