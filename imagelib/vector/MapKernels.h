@@ -17,28 +17,31 @@ typename V::Float SquaredTo(typename V::Float value, float target) {
     return difference * difference;
 }
 
+// The distance of each lane to entry i; `alpha`: that part of it when all entries are opaque.
+template <class V, bool Opaque>
+typename V::Float DistanceTo(const Channels<V>& pixels, typename V::Float alpha, const PaletteTable& palette,
+                             unsigned i) {
+    if constexpr (!Opaque)
+        alpha = SquaredTo<V>(pixels.alpha, palette.alpha[i]);
+    return alpha + SquaredTo<V>(pixels.red, palette.red[i]) + SquaredTo<V>(pixels.green, palette.green[i]) +
+           SquaredTo<V>(pixels.blue, palette.blue[i]);
+}
+
 // The index of the nearest entry for each lane.
 template <class V, bool Opaque>
-void NearestLanes(const Channels<V>& pixels, const PaletteTable& palette, std::uint32_t* index) {
-    using Float = typename V::Float;
-    Float best = V::Splat(StartDistance);
+typename V::Int NearestLanes(const Channels<V>& pixels, const PaletteTable& palette) {
+    typename V::Float best = V::Splat(StartDistance);
     typename V::Int bestIndex = V::ZeroInt();
-    Float alpha = SquaredTo<V>(pixels.alpha, 1.0f);
-    for (unsigned i = 0; i < palette.count; ++i) {
-        if constexpr (!Opaque)
-            alpha = SquaredTo<V>(pixels.alpha, palette.alpha[i]);
-        const Float distance = alpha + SquaredTo<V>(pixels.red, palette.red[i]) +
-                               SquaredTo<V>(pixels.green, palette.green[i]) +
-                               SquaredTo<V>(pixels.blue, palette.blue[i]);
-        V::KeepCloser(distance, static_cast<int>(i), best, bestIndex);
-    }
-    V::StoreInt(index, bestIndex);
+    const typename V::Float alpha = SquaredTo<V>(pixels.alpha, 1.0f);
+    for (unsigned i = 0; i < palette.count; ++i)
+        V::KeepCloser(DistanceTo<V, Opaque>(pixels, alpha, palette, i), static_cast<int>(i), best, bestIndex);
+    return bestIndex;
 }
 
 template <class V>
 Channels<V> LoadLanes(const Pixel32* pixels, const float* offsets) {
     Channels<V> lanes;
-    V::LoadChannels(pixels, lanes.alpha, lanes.red, lanes.green, lanes.blue);
+    V::LoadChannels(pixels, sizeof(Pixel32), lanes.alpha, lanes.red, lanes.green, lanes.blue);
     if (offsets) {
         const typename V::Float offset = V::Load(offsets);
         lanes.alpha = lanes.alpha + offset;
@@ -120,9 +123,9 @@ void MapLanesByForce(Pixel32* pixels, const float* offsets, const MapJob& job) {
     alignas(64) std::uint32_t index[V::Lanes];
     const Channels<V> lanes = LoadLanes<V>(pixels, offsets);
     if (job.palette->opaque)
-        NearestLanes<V, true>(lanes, *job.palette, index);
+        V::StoreInt(index, NearestLanes<V, true>(lanes, *job.palette));
     else
-        NearestLanes<V, false>(lanes, *job.palette, index);
+        V::StoreInt(index, NearestLanes<V, false>(lanes, *job.palette));
     StoreEntries<V>(pixels, *job.palette, index);
 }
 
@@ -131,7 +134,7 @@ void MapLanesByGrid(Pixel32* pixels, const float* offsets, const MapJob& job) {
     alignas(64) std::uint32_t index[V::Lanes];
     const Channels<V> lanes = LoadLanes<V>(pixels, offsets);
     if (!FindCells<V>(lanes, *job.grid, index)) {
-        NearestLanes<V, false>(lanes, *job.palette, index);
+        V::StoreInt(index, NearestLanes<V, false>(lanes, *job.palette));
     } else {
         for (unsigned lane = 0; lane < V::Lanes; ++lane) {
             const float offset = offsets ? offsets[lane] : 0.0f;
