@@ -4,6 +4,7 @@
 #include "imagelib/vector/CandidateGrid.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -82,6 +83,15 @@ void Dither::ErrorDiffusion(Surface<Pixel32>& surface, const Surface<Pixel32>& k
     job.errorStride = std::size_t{surface.Width()} + 2 * reach.side;
     std::vector<Pixel32> errors(job.errorStride * (reach.rowsAbove + Vector::BandRows));
     job.errors = errors.data() + reach.side;
+    job.bandLag = job.lag + 3;
+    job.historySlots = std::bit_ceil(std::size_t{1} + job.bandLag * reach.rowsAbove + reach.side);
+    std::vector<float> history;
+    if (job.search == Vector::Search::BruteForce) {
+        history.resize(job.historySlots * 4 * 2 * Vector::HistoryMargin + Vector::Padding);
+        void* aligned = history.data();
+        std::size_t space = history.size() * sizeof(float);
+        job.history = static_cast<float*>(std::align(64, 64, aligned, space));
+    }
     const bool isSearchable =
         job.search != Vector::Search::BruteForce || palette->count <= Vector::MaxBruteForce;
     const bool fits = isSearchable && job.tapCount <= Vector::MaxTaps;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imagelib/vector/MapKernels.h"
+#include "imagelib/vector/BandKernels.h"
 
 // Error diffusion. A pixel gathers what earlier pixels scatter in the plain loop, in the same order: first
 // from the rows above, the topmost first, then from its own row, each row in scan order. So a row may follow
@@ -179,6 +179,8 @@ void DiffuseWith(const DiffusionJob& job, const Finder& finder) {
 
 template <class V>
 void DiffuseByForce(const DiffusionJob& job) {
+    if (IsFitForBands<V>(job))
+        return DiffuseBands<V>(job);
     const unsigned count = job.palette->count;
     if constexpr (V::Lanes == 4) {
         if (count <= 4)

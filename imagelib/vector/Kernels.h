@@ -58,6 +58,7 @@ struct DiffusionTap {
 enum class Search { Threshold, BruteForce, Grid };
 
 inline constexpr unsigned BandRows = 8; // rows that advance together
+inline constexpr int HistoryMargin = 16;
 inline constexpr unsigned MaxTaps = 64; // of the vector paths
 
 struct DiffusionJob {
@@ -79,6 +80,11 @@ struct DiffusionJob {
     // first pixel of the first row.
     Pixel32* errors;
     std::size_t errorStride; // in pixels
+    // For a lane per row: errors by step and channel, 2 * HistoryMargin floats each; null where not wanted.
+    float* history;
+    std::size_t
+        historySlots; // a power of two, more than bandLag * rowsAbove and the farthest tap to the left
+    int bandLag;      // a few more than lag, so that what a tap reads has left the store queue
 };
 
 struct Kernels {
