@@ -52,8 +52,6 @@ void StrictHost::GlobalSetup() {
 
 void StrictHost::CheckFlags() {
     constexpr PF_OutFlags2 getsFlattened = 0x00800000;
-    if (m_Core.version == 0)
-        m_Core.violations.Add("GLOBAL_SETUP left my_version 0");
     if ((m_Core.outFlags2 & PF_OutFlag2_SUPPORTS_THREADED_RENDERING) &&
         (m_Core.outFlags & PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING) && !(m_Core.outFlags2 & getsFlattened))
         m_Core.violations.Add(

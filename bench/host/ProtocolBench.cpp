@@ -1,0 +1,130 @@
+// What the command protocol costs: the time that a smart-rendered frame spends inside the plug-in's entry
+// point, beside the same frame through the engine's interface with the rows copied out. Frames of the two
+// sides are taken in turn; the ratio is protocol to engine.
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <cstring>
+
+#include "bench/Pairs.h"
+#include "engine/IPlugin.h"
+#include "engine/utils/Utils.h"
+#include "host/EntryPoint.h"
+#include "platform/CGL.h"
+#include "standalone/stricthost/StrictHost.h"
+
+namespace {
+
+constexpr unsigned s_Width = 1920, s_Height = 1080;
+double s_InsidePlugin = 0; // seconds in the entry point since it was last set to 0
+
+PF_Err TimedEntry(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamList params, PF_LayerDef* output,
+                  void* extra) {
+    PF_Err error = PF_Err_NONE;
+    s_InsidePlugin += Pairs::Time([&] { error = EntryPointFunc(command, in, out, params, output, extra); });
+    return error;
+}
+
+// An effect with ten parameters that inverts its input, served from memory.
+void ServeEffect() {
+    Utils::ReadWholeTextFileCallback = [](const std::wstring& name) -> std::string {
+        if (name == L"config.xml")
+            return "<FXNAME>Invert</FXNAME><MAJOR_VERSION>1</MAJOR_VERSION><FLAGS>33554432</"
+                   "FLAGS><FLAGS2>5120</FLAGS2>";
+        if (name == L"fx.js")
+            return "var invert, all = [];\nfunction setup() {\n"
+                   "  for (var i = 0; i < 10; ++i) all.push(SV_initParam('p' + i, SV_Type.FLOAT, 'P' + i));\n"
+                   "  invert = SV_initShader('invert'); }\n"
+                   "function draw() { SV_setShaderParamVal(invert, 'image', SV_getSequenceTexture());\n"
+                   "  SV_renderShader(invert, SV_getSequenceRT(), true); }";
+        return "uniform sampler2D image;\nvoid main() { vec4 c = texture2D(image, gl_TexCoord[0].xy);\n"
+               "  gl_FragColor = vec4(1.0 - c.rgb, c.a); }";
+    };
+}
+
+// The same frame without a host: what any caller of the engine must do.
+class EngineAlone {
+public:
+    EngineAlone() : m_Engine(*GetPlugin()), m_Sequence(m_Engine.initSequenceData()) {}
+    ~EngineAlone() { m_Engine.releaseSequenceData(m_Sequence); }
+    EngineAlone(const EngineAlone&) = delete;
+    EngineAlone& operator=(const EngineAlone&) = delete;
+
+    void Render(fxhost::Picture& input, fxhost::Picture& output) {
+        const unsigned depth = input.depth;
+        m_Engine.lockFrame();
+        m_Engine.setSequenceData(m_Sequence);
+        unsigned width = 0, height = 0;
+        m_Engine.preRender(s_Width, s_Height, width, height);
+        m_Engine.grabIntoTexture(IPlugin::InputLayer, input.bytes.data(), s_Width, s_Height, depth,
+                                 static_cast<long>(input.RowBytes()));
+        m_Engine.render(0, width, height, depth, 1);
+        void* const pixels = m_Engine.grabResultBegin();
+        for (unsigned y = 0; y < height; ++y)
+            CopyRow(static_cast<const std::uint8_t*>(pixels) + y * output.RowBytes(),
+                    output.Row(height - 1 - y), output.RowBytes(), depth);
+        m_Engine.grabResultEnd(pixels);
+        m_Engine.end();
+        m_Engine.releaseFrame();
+    }
+
+private:
+    static void CopyRow(const std::uint8_t* from, std::uint8_t* to, std::size_t bytes, unsigned depth) {
+        if (depth != 16) {
+            std::memcpy(to, from, bytes);
+            return;
+        }
+        const auto* const in = reinterpret_cast<const std::uint16_t*>(from);
+        auto* const out = reinterpret_cast<std::uint16_t*>(to);
+        for (std::size_t i = 0; i < bytes / 2; ++i)
+            out[i] = static_cast<std::uint16_t>((in[i] >> 1) + (in[i] > 32768 ? 1 : 0));
+    }
+
+    IPlugin& m_Engine;
+    void* m_Sequence;
+};
+
+void Protocol(benchmark::State& state) {
+    const auto depth = static_cast<unsigned>(state.range(0));
+    ServeEffect();
+    stricthost::Options options;
+    options.checkPixels = false; // the host's own work is not what is measured
+    options.currentContext = []() -> void* { return CGLGetCurrentContext(); };
+    stricthost::StrictHost host(TimedEntry, options);
+    host.GlobalSetup();
+    host.ParamsSetup();
+    stricthost::Instance& instance = host.NewInstance(s_Width, s_Height);
+    instance.UpdateUI();
+    {
+        EngineAlone alone;
+        fxhost::Picture input(s_Width, s_Height, depth), output(s_Width, s_Height, depth);
+        stricthost::FrameRequest request;
+        request.input = &input;
+        std::vector<double> ratios, protocol, engine;
+        for (int warm = 0; warm < 3; ++warm) {
+            instance.Render(request);
+            alone.Render(input, output);
+        }
+        for (auto _ : state) {
+            s_InsidePlugin = 0;
+            instance.Render(request);
+            protocol.push_back(1e3 * s_InsidePlugin);
+            engine.push_back(1e3 * Pairs::Time([&] { alone.Render(input, output); }));
+            CGLSetCurrentContext(nullptr);
+            ratios.push_back(protocol.back() / engine.back());
+        }
+        state.counters["ratio"] = Pairs::Median(ratios);
+        std::printf(
+            "bench/ProtocolBench  invert 1920x1080 %2u bit  engine %.2f ms  protocol %.2f ms  ratio %.3f\n",
+            depth, Pairs::Median(engine), Pairs::Median(protocol), Pairs::Median(ratios));
+    }
+    host.Finish();
+    for (const std::string& text : host.Violations())
+        std::printf("host: %s\n", text.c_str());
+    GetPlugin()->release();
+}
+
+} // namespace
+
+BENCHMARK(Protocol)->Arg(8)->Arg(16)->Arg(32)->Iterations(60)->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();
