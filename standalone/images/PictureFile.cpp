@@ -1,7 +1,11 @@
 #include "standalone/images/PictureFile.h"
 
+#include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <unistd.h>
 
@@ -58,6 +62,14 @@ private:
     fs::path m_Target, m_Path;
 };
 
+void WriteBytes(const std::string& name, const std::vector<unsigned char>& bytes) {
+    std::ofstream stream(name, std::ios::binary);
+    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    if (!stream)
+        throw EffectFailure(std::strerror(errno));
+}
+
 void Write(const std::string& name, const Picture& picture) {
     const auto fail = [](const std::string& why) { throw EffectFailure(Reason(why)); };
     const auto output = OIIO::ImageOutput::create(name);
@@ -68,8 +80,17 @@ void Write(const std::string& name, const Picture& picture) {
     OIIO::ImageSpec spec(static_cast<int>(file.width), static_cast<int>(file.height),
                          static_cast<int>(file.channels), type);
     spec.attribute("oiio:UnassociatedAlpha", 1);
+    // Not every format's writer notices a full disk, so the bytes are written here where that is possible,
+    // and looked at once more where it is not.
+    std::vector<unsigned char> bytes;
+    OIIO::Filesystem::IOVecOutput memory(bytes);
+    const bool inMemory = output->supports("ioproxy") && output->set_ioproxy(&memory);
     if (!output->open(name, spec) || !output->write_image(type, file.bytes.data()) || !output->close())
         fail(output->geterror());
+    if (inMemory)
+        WriteBytes(name, bytes);
+    else
+        ReadPicture(name, std::nullopt);
 }
 
 } // namespace

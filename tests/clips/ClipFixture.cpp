@@ -8,6 +8,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#ifdef __SANITIZE_THREAD__
+// The picture library has threads by the time that tests start processes.
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options() {
+    return "die_after_fork=0";
+}
+#endif
+
 using namespace fxhost;
 namespace fs = std::filesystem;
 

@@ -1,5 +1,6 @@
 #include <csignal>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include "standalone/Errors.h"
@@ -161,6 +162,25 @@ TEST_F(PictureClipTest, FramesBeforeAFaultAreWritten) {
     std::filesystem::remove(at("out_5.png"));
     EXPECT_EQ(run(options, "in_#.png", "out_#.png"), ExitOk);
     EXPECT_EQ(outputs().size(), 6u);
+}
+
+// A limit on the size of files stands in for a full disk: writing fails in the middle of a file.
+TEST_F(PictureClipTest, NoFormatLetsAFullDiskPass) {
+    for (long number = 1; number <= 3; ++number)
+        WritePicture(input(number), SomePicture(64, 64, 8, number));
+    for (const char* ending : {".png", ".exr", ".tif", ".jpg", ".bmp"}) {
+        signal(SIGXFSZ, SIG_IGN);
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit tight{200, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &tight);
+        EXPECT_THAT([&] { run({}, "in_#.png", std::string("out_#") + ending); },
+                    Says<EffectFailure>("cannot be written", "0 of 3 frames are written"))
+            << ending;
+        setrlimit(RLIMIT_FSIZE, &before);
+        signal(SIGXFSZ, SIG_DFL);
+        EXPECT_THAT(outputs(), IsEmpty()) << ending;
+    }
 }
 
 TEST_F(PictureClipTest, ARunawayFrameLosesNothingThatIsRendered) {
