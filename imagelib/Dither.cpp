@@ -61,9 +61,10 @@ void Dither::ErrorDiffusion(Surface<Pixel32>& surface, const Surface<Pixel32>& k
     std::optional<Vector::CandidateGrid> grid;
     Vector::DiffusionJob job{};
     job.search = colours.byThreshold ? Vector::Search::Threshold : Vector::Search::BruteForce;
-    if (!colours.byThreshold && IsFitForGrid(*palette)) {
+    if (!colours.byThreshold && palette->count > Vector::MaxBruteForce &&
+        Vector::CandidateGrid::Serves(*palette)) {
         // Errors carry values a little beyond 0..1; the few beyond this range take the plain search.
-        grid.emplace(*palette, -0.5f, 1.5f);
+        grid.emplace(*palette, -0.5f, 1.5f, 6);
         job.search = Vector::Search::Grid;
         job.grid = &grid->Grid();
     }

@@ -43,7 +43,7 @@ void MapRows(const Mapping& mapping, std::uint32_t from, std::uint32_t to) {
     }
     std::optional<Vector::CandidateGrid> grid;
     if (mapping.useGrid)
-        grid.emplace(mapping.palette, mapping.low, mapping.high);
+        grid.emplace(mapping.palette, mapping.low, mapping.high, 5);
     const Vector::Kernels& kernels = Vector::CurrentKernels();
     for (std::uint32_t y = from; y < to; ++y) {
         const Vector::MapJob job{&mapping.palette, grid ? &grid->Grid() : nullptr, OffsetsOf(mapping, y)};
@@ -118,26 +118,13 @@ std::unique_ptr<Vector::PaletteTable> MakeTable(const ColourSet& colours) {
     return table;
 }
 
-bool IsFitForGrid(const Vector::PaletteTable& palette) {
-    if (palette.count <= Vector::MaxBruteForce)
-        return false;
-    const auto isUnit = [](float value) { return value >= 0.0f && value <= 1.0f; };
-    const unsigned opaque = palette.opaque ? palette.count : palette.count - 1;
-    for (unsigned i = 0; i < opaque; ++i) {
-        const Pixel32& colour = palette.entries[i];
-        if (colour.alpha != 1.0f || !isUnit(colour.red) || !isUnit(colour.green) || !isUnit(colour.blue))
-            return false;
-    }
-    return palette.opaque || palette.entries[opaque] == Pixel32{};
-}
-
 void MapSurface(Surface<Pixel32>& surface, const ColourSet& colours, const Offsets* offsets) {
     if (surface.IsEmpty())
         return;
     const auto palette = MakeTable(colours);
     Mapping mapping{surface, colours, *palette, offsets, false, 0.0f, 1.0f};
-    mapping.useGrid =
-        !colours.byThreshold && FindRange(offsets, mapping.low, mapping.high) && IsFitForGrid(*palette);
+    mapping.useGrid = !colours.byThreshold && FindRange(offsets, mapping.low, mapping.high) &&
+                      palette->count > Vector::MaxBruteForce && Vector::CandidateGrid::Serves(*palette);
 
     const std::size_t useful = std::size_t{surface.Width()} * surface.Height() / kPixelsPerThread;
     const std::size_t most = std::min<std::size_t>(useful, surface.Height());

@@ -18,9 +18,6 @@ struct Offsets {
 // The set's colours for the inner loops. Copies at its end that can never win are dropped.
 std::unique_ptr<Vector::PaletteTable> MakeTable(const ColourSet& colours);
 
-// Whether the palette is long enough for candidate lists to pay off, and of the form they need.
-bool IsFitForGrid(const Vector::PaletteTable& palette);
-
 // Replaces every pixel by the colour of the set for the pixel plus its offset (null: none).
 void MapSurface(Surface<Pixel32>& surface, const ColourSet& colours, const Offsets* offsets);
 

@@ -2,6 +2,7 @@
 
 #if defined(__AVX2__)
 #include "imagelib/vector/VecAvx2.h"
+#include "imagelib/vector/VecSse2.h"
 
 #include "imagelib/vector/DiffuseKernels.h"
 

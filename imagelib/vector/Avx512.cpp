@@ -3,6 +3,7 @@
 #if defined(__AVX512F__)
 #include "imagelib/vector/VecAvx2.h"
 #include "imagelib/vector/VecAvx512.h"
+#include "imagelib/vector/VecSse2.h"
 
 #include "imagelib/vector/DiffuseKernels.h"
 

@@ -7,14 +7,14 @@
 namespace ImageLib::Vector {
 namespace {
 
-constexpr unsigned kBits = 5;       // 32 cells a side
-constexpr unsigned kCoarseBits = 3; // eight coarse cubes a side
-constexpr unsigned kCellsPerCube = 1u << (kBits - kCoarseBits);
+constexpr unsigned kCubeBits = 2; // coarse cubes of four cells a side
+constexpr unsigned kCellsPerCube = 1u << kCubeBits;
 
 } // namespace
 
-CandidateGrid::CandidateGrid(const PaletteTable& palette, float low, float high)
-    : m_Palette(palette), m_Cells(std::size_t{1} << 3 * kBits), m_Coarse(std::size_t{1} << 3 * kCoarseBits) {
+CandidateGrid::CandidateGrid(const PaletteTable& palette, float low, float high, unsigned bits)
+    : m_Palette(palette), m_Cells(std::size_t{1} << 3 * bits),
+      m_Coarse(std::size_t{1} << 3 * (bits - kCubeBits)) {
     static_assert(std::is_standard_layout_v<Shared>);
     const bool hasEmptySlot = !palette.opaque;
     for (unsigned i = 0; i + hasEmptySlot < palette.count; ++i)
@@ -24,8 +24,8 @@ CandidateGrid::CandidateGrid(const PaletteTable& palette, float low, float high)
     const float margin = (high - low) / 256.0f;
     CellGrid& grid = m_Shared.grid;
     grid.low = low - margin;
-    grid.scale = static_cast<float>(1u << kBits) / (high - low + 2 * margin);
-    grid.bits = kBits;
+    grid.scale = static_cast<float>(1u << bits) / (high - low + 2 * margin);
+    grid.bits = bits;
     grid.emptySlot = hasEmptySlot ? static_cast<int>(palette.count) - 1 : -1;
     grid.cells = m_Cells.data();
     grid.blocks = m_Blocks.data();
@@ -37,14 +37,28 @@ CandidateGrid::CandidateGrid(const PaletteTable& palette, float low, float high)
     m_Slack = 4.0f * reach * reach * 4e-6f;
 }
 
+bool CandidateGrid::Serves(const PaletteTable& palette) {
+    const auto isUnit = [](float value) { return value >= 0.0f && value <= 1.0f; };
+    const unsigned opaque = palette.opaque ? palette.count : palette.count - 1;
+    for (unsigned i = 0; i < opaque; ++i) {
+        const Pixel32& colour = palette.entries[i];
+        if (colour.alpha != 1.0f || !isUnit(colour.red) || !isUnit(colour.green) || !isUnit(colour.blue))
+            return false;
+    }
+    return opaque > 0 && (palette.opaque || palette.entries[opaque] == Pixel32{});
+}
+
 std::uint32_t CandidateGrid::Fill(CellGrid& grid, std::uint32_t cell) {
     return reinterpret_cast<Shared&>(grid).owner->Fill(cell);
 }
 
 std::uint32_t CandidateGrid::Fill(std::uint32_t cell) {
-    constexpr std::uint32_t mask = (1u << kBits) - 1;
-    const std::uint32_t position[3] = {cell & mask, cell >> kBits & mask, cell >> 2 * kBits};
+    const unsigned bits = m_Shared.grid.bits;
+    const std::uint32_t mask = (1u << bits) - 1;
+    const std::uint32_t position[3] = {cell & mask, cell >> bits & mask, cell >> 2 * bits};
     Filter(BoxOf(position, 1), CoarseList(position), m_List);
+    if (m_List.size() == 1 && m_Shared.grid.emptySlot < 0)
+        return m_Cells[cell] = (m_List[0] + 1u) << 6;
     const std::size_t first = m_Blocks.size();
     Append(m_List);
     m_Shared.grid.blocks = m_Blocks.data();
@@ -57,7 +71,7 @@ const std::vector<std::uint16_t>& CandidateGrid::CoarseList(const std::uint32_t 
     for (int channel = 2; channel >= 0; --channel) {
         const std::uint32_t cube = position[channel] / kCellsPerCube;
         corner[channel] = cube * kCellsPerCube;
-        index = index << kCoarseBits | cube;
+        index = index << (m_Shared.grid.bits - kCubeBits) | cube;
     }
     std::vector<std::uint16_t>& list = m_Coarse[index];
     if (list.empty())

@@ -11,10 +11,13 @@ namespace ImageLib::Vector {
 // Serves one thread at a time. The palette must outlive the grid.
 class CandidateGrid {
 public:
-    // Covers low..high in every channel. The palette: opaque entries, then at most one of four zeros.
-    CandidateGrid(const PaletteTable& palette, float low, float high);
+    // Covers low..high in every channel with 2^bits cells a side, bits 4 to 6.
+    CandidateGrid(const PaletteTable& palette, float low, float high, unsigned bits);
     CandidateGrid(const CandidateGrid&) = delete;
     CandidateGrid& operator=(const CandidateGrid&) = delete;
+
+    // What a palette must be: opaque entries between 0 and 1, then at most one of four zeros.
+    static bool Serves(const PaletteTable& palette);
 
     // Whether rounding stays within bounds over that range, so that a grid may be made.
     static bool Covers(float low, float high) { return low >= -4.0f && high <= 5.0f; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imagelib/vector/BandKernels.h"
+#include "imagelib/vector/ChainKernels.h"
 
 // Error diffusion. A pixel gathers what earlier pixels scatter in the plain loop, in the same order: first
 // from the rows above, the topmost first, then from its own row, each row in scan order. So a row may follow
@@ -10,6 +11,7 @@ namespace ImageLib::Vector {
 namespace {
 
 struct ThresholdSearch {
+    const PaletteTable& palette;
     float threshold;
 
     template <class V>
@@ -52,39 +54,20 @@ struct GridSearch {
 
     template <class V>
     unsigned Find(typename V::Pixel pixel) const {
-        const Channels<V> all{V::template Broadcast<0>(pixel), V::template Broadcast<1>(pixel),
-                              V::template Broadcast<2>(pixel), V::template Broadcast<3>(pixel)};
-        alignas(64) std::uint32_t cell[V::Lanes];
-        if (FindCells<V>(all, grid, cell))
-            return NearestInCell<V>(all, grid, cell[0]);
+        std::uint32_t cell;
+        if (V::FindCell(pixel, grid, cell)) {
+            const std::uint32_t code = CodeOf(grid, cell);
+            if (IsSingle(code))
+                return SingleOf(code);
+            const Channels<V> all{V::template Broadcast<0>(pixel), V::template Broadcast<1>(pixel),
+                                  V::template Broadcast<2>(pixel), V::template Broadcast<3>(pixel)};
+            return NearestCandidate<V>(all, grid.blocks + (code >> 6), code & 63, grid.emptySlot);
+        }
         Pixel32 plain;
         V::StorePixel(&plain, pixel);
         return NearestEntry(plain, palette);
     }
 };
-
-// A tap with its source's place relative to the target in the buffer of errors.
-struct PlacedTap {
-    std::ptrdiff_t offset;
-    float weight;
-};
-
-struct TapList {
-    PlacedTap taps[MaxTaps];
-    unsigned count = 0;
-};
-
-// Taps from..to-1 for a target in row y. In a reversed row the scan runs against x, and so does dx.
-inline TapList PlaceTaps(const DiffusionJob& job, unsigned from, unsigned to, std::uint32_t y) {
-    TapList list;
-    for (unsigned i = from; i < to; ++i) {
-        const DiffusionTap& tap = job.taps[i];
-        const bool reversed = job.serpentine && ((y - tap.row) & 1);
-        const std::ptrdiff_t up = static_cast<std::ptrdiff_t>(tap.row * job.errorStride);
-        list.taps[list.count++] = {(reversed ? -tap.dx : tap.dx) - up, tap.weight};
-    }
-    return list;
-}
 
 template <class V>
 typename V::Pixel Gather(typename V::Pixel sum, const Pixel32* error, const PlacedTap* taps, unsigned count) {
@@ -94,13 +77,10 @@ typename V::Pixel Gather(typename V::Pixel sum, const Pixel32* error, const Plac
 }
 
 template <class V, class Finder>
-typename V::Pixel ReplacePixel(typename V::Pixel sum, Pixel32* pixel, Pixel32* error, const Pixel32* entries,
-                               const Finder& finder) {
-    const typename V::Pixel chosen = V::LoadPixel(entries + finder.template Find<V>(sum));
-    const typename V::Pixel difference = sum - chosen;
+void ReplacePixel(typename V::Pixel sum, Pixel32* pixel, Pixel32* error, const Finder& finder) {
+    const typename V::Pixel chosen = V::LoadPixel(finder.palette.entries + finder.template Find<V>(sum));
     V::StorePixel(pixel, chosen);
-    V::StorePixel(error, difference);
-    return difference;
+    V::StorePixel(error, sum - chosen);
 }
 
 struct Band {
@@ -112,7 +92,6 @@ struct Band {
 // All rows of the band left to right, each `lag` pixels behind the one above.
 template <class V, class Finder>
 void DiffuseTogether(const DiffusionJob& job, const Band& band, const TapList& list, const Finder& finder) {
-    const Pixel32* const entries = job.palette->entries;
     const auto width = static_cast<std::ptrdiff_t>(job.width);
     const std::ptrdiff_t steps = width + std::ptrdiff_t{job.lag} * (band.rows - 1);
     for (std::ptrdiff_t step = 0; step < steps; ++step) {
@@ -122,38 +101,54 @@ void DiffuseTogether(const DiffusionJob& job, const Band& band, const TapList& l
                 continue;
             Pixel32* const error = band.errors[row] + x;
             const auto sum = Gather<V>(V::LoadPixel(band.pixels[row] + x), error, list.taps, list.count);
-            ReplacePixel<V>(sum, band.pixels[row] + x, error, entries, finder);
+            ReplacePixel<V>(sum, band.pixels[row] + x, error, finder);
         }
     }
 }
 
-// One row in scan order. What comes from the rows above is added first, for the whole row at once, as it
-// does not wait for the row's own errors.
+// What is left of a row in scan order once the rows above are added.
 template <class V, class Finder>
-void DiffuseRow(const DiffusionJob& job, Pixel32* pixels, Pixel32* errors, std::uint32_t y,
-                const Finder& finder) {
-    const TapList above = PlaceTaps(job, 0, job.ownTap, y);
-    for (std::uint32_t x = 0; x < job.width; ++x)
-        V::StorePixel(pixels + x, Gather<V>(V::LoadPixel(pixels + x), errors + x, above.taps, above.count));
-
-    const TapList own = PlaceTaps(job, job.ownTap, job.tapCount, y);
-    const std::ptrdiff_t direction = y & 1 ? -1 : 1;
-    std::ptrdiff_t x = y & 1 ? static_cast<std::ptrdiff_t>(job.width) - 1 : 0;
-    const Pixel32* const entries = job.palette->entries;
-    // Nearly all kernels end with the neighbour just done, whose error then needs no way through memory.
-    const bool neighbourLast = own.count > 0 && own.taps[own.count - 1].offset == -direction;
-    const unsigned others = own.count - neighbourLast;
-    const auto weight = V::SplatPixel(neighbourLast ? own.taps[others].weight : 0.0f);
-    auto last = V::SplatPixel(0.0f);
-    for (std::uint32_t i = 0; i < job.width; ++i, x += direction) {
-        auto sum = Gather<V>(V::LoadPixel(pixels + x), errors + x, own.taps, others);
-        if (neighbourLast)
-            sum = sum + weight * last;
-        last = ReplacePixel<V>(sum, pixels + x, errors + x, entries, finder);
+void ScanRow(Pixel32* pixels, Pixel32* errors, std::uint32_t width, bool reversed, const TapList& own,
+             const Finder& finder) {
+    const std::ptrdiff_t direction = reversed ? -1 : 1;
+    std::ptrdiff_t x = reversed ? static_cast<std::ptrdiff_t>(width) - 1 : 0;
+    for (std::uint32_t i = 0; i < width; ++i, x += direction) {
+        const auto sum = Gather<V>(V::LoadPixel(pixels + x), errors + x, own.taps, own.count);
+        ReplacePixel<V>(sum, pixels + x, errors + x, finder);
     }
 }
 
-template <class V, class Finder>
+// Adds what comes from the rows above to a whole row. All channels have the same weights, so a row is just
+// floats.
+template <class W>
+void AddAbove(Pixel32* pixels, const Pixel32* errors, std::uint32_t width, const TapList& list) {
+    float* const sums = &pixels->alpha;
+    const float* const sources = &errors->alpha;
+    const std::size_t count = std::size_t{width} * 4;
+    std::size_t i = 0;
+    for (; count - i >= W::Lanes; i += W::Lanes) {
+        typename W::Float sum = W::Load(sums + i);
+        for (unsigned t = 0; t < list.count; ++t)
+            sum = sum + W::Splat(list.taps[t].weight) * W::Load(sources + i + list.taps[t].offset * 4);
+        W::Store(sums + i, sum);
+    }
+    for (; i < count; ++i)
+        for (unsigned t = 0; t < list.count; ++t)
+            sums[i] +=
+                list.taps[t].weight * sources[static_cast<std::ptrdiff_t>(i) + list.taps[t].offset * 4];
+}
+
+// One row in scan order. What comes from the rows above is added first, as it does not wait for the row's own
+// errors.
+template <class V, class W, class Finder>
+void DiffuseRow(const DiffusionJob& job, Pixel32* pixels, Pixel32* errors, std::uint32_t y,
+                const Finder& finder) {
+    AddAbove<W>(pixels, errors, job.width, PlaceTaps(job, 0, job.ownTap, y));
+    ScanRow<V>(pixels, errors, job.width, y & 1, PlaceTaps(job, job.ownTap, job.tapCount, y), finder);
+}
+
+// V searches for one pixel, W takes whole rows.
+template <class V, class W, class Finder>
 void DiffuseWith(const DiffusionJob& job, const Finder& finder) {
     const TapList list = PlaceTaps(job, 0, job.tapCount, 0);
     Pixel32* const firstRow = job.errors + job.rowsAbove * job.errorStride;
@@ -164,10 +159,10 @@ void DiffuseWith(const DiffusionJob& job, const Finder& finder) {
             band.pixels[row] = reinterpret_cast<Pixel32*>(job.pixels + (y + row) * job.stride);
             band.errors[row] = firstRow + row * job.errorStride;
         }
-        if (job.serpentine) {
+        if (job.serpentine || IsChain<Finder>) {
             for (unsigned row = 0; row < band.rows; ++row)
-                DiffuseRow<V>(job, band.pixels[row], band.errors[row], y + row, finder);
-        } else {
+                DiffuseRow<V, W>(job, band.pixels[row], band.errors[row], y + row, finder);
+        } else if constexpr (!IsChain<Finder>) {
             DiffuseTogether<V>(job, band, list, finder);
         }
         // The band's last rows of errors become those above the next band.
@@ -177,31 +172,43 @@ void DiffuseWith(const DiffusionJob& job, const Finder& finder) {
     }
 }
 
+template <class W>
+void DiffuseSerpentine(const DiffusionJob& job) {
+    const PaletteTable& palette = *job.palette;
+    if (palette.count <= 4)
+        return DiffuseWith<Vec4, W>(job, ChainSearch<Vec4, 1>(palette));
+    if (palette.count <= 8)
+        return DiffuseWith<Vec4, W>(job, ChainSearch<Vec4, 2>(palette));
+    DiffuseWith<Vec4, W>(job, ChainSearch<Vec4, 4>(palette));
+}
+
 template <class V>
 void DiffuseByForce(const DiffusionJob& job) {
+    if (job.serpentine)
+        return DiffuseSerpentine<V>(job);
     if (IsFitForBands<V>(job))
         return DiffuseBands<V>(job);
     const unsigned count = job.palette->count;
     if constexpr (V::Lanes == 4) {
         if (count <= 4)
-            return DiffuseWith<V>(job, BruteForceSearch<1>{*job.palette});
+            return DiffuseWith<V, V>(job, BruteForceSearch<1>{*job.palette});
     }
     if constexpr (V::Lanes <= 8) {
         if (count <= 8)
-            return DiffuseWith<V>(job, BruteForceSearch<8 / V::Lanes>{*job.palette});
+            return DiffuseWith<V, V>(job, BruteForceSearch<8 / V::Lanes>{*job.palette});
     }
-    DiffuseWith<V>(job, BruteForceSearch<16 / V::Lanes>{*job.palette});
+    DiffuseWith<V, V>(job, BruteForceSearch<16 / V::Lanes>{*job.palette});
 }
 
 template <class V, class G>
 void Diffuse(const DiffusionJob& job) {
     switch (job.search) {
     case Search::Threshold:
-        return DiffuseWith<G>(job, ThresholdSearch{job.threshold});
+        return DiffuseWith<G, V>(job, ThresholdSearch{*job.palette, job.threshold});
     case Search::BruteForce:
         return DiffuseByForce<V>(job);
     case Search::Grid:
-        return DiffuseWith<G>(job, GridSearch{*job.grid, *job.palette});
+        return DiffuseWith<G, V>(job, GridSearch{*job.grid, *job.palette});
     }
 }
 

@@ -31,7 +31,8 @@ struct alignas(128) CandidateBlock {
 };
 
 // A cube of 2^bits cells a side over [low, low + 2^bits / scale) in red, green and blue, alpha in the same
-// range. A cell's code is 0 while unknown, else its first block << 6 | its number of blocks.
+// range. A cell's code is 0 while unknown, entry + 1 << 6 where it has only that candidate and there
+// is no empty slot, else its first block << 6 | its number of blocks.
 struct CellGrid {
     float low;
     float scale;
@@ -41,6 +42,13 @@ struct CellGrid {
     const CandidateBlock* blocks;
     std::uint32_t (*fill)(CellGrid& grid, std::uint32_t cell); // computes and stores the code of a cell
 };
+
+inline bool IsSingle(std::uint32_t code) {
+    return (code & 63) == 0;
+}
+inline unsigned SingleOf(std::uint32_t code) {
+    return (code >> 6) - 1;
+}
 
 struct MapJob {
     const PaletteTable* palette;

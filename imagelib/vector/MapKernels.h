@@ -104,12 +104,9 @@ unsigned NearestCandidate(const Channels<V>& pixel, const CandidateBlock* blocks
     return 0; // NaN
 }
 
-template <class V>
-unsigned NearestInCell(const Channels<V>& pixel, CellGrid& grid, std::uint32_t cell) {
-    std::uint32_t code = grid.cells[cell];
-    if (code == 0)
-        code = grid.fill(grid, cell);
-    return NearestCandidate<V>(pixel, grid.blocks + (code >> 6), code & 63, grid.emptySlot);
+inline std::uint32_t CodeOf(CellGrid& grid, std::uint32_t cell) {
+    const std::uint32_t code = grid.cells[cell];
+    return code ? code : grid.fill(grid, cell);
 }
 
 template <class V>
@@ -137,11 +134,17 @@ void MapLanesByGrid(Pixel32* pixels, const float* offsets, const MapJob& job) {
         V::StoreInt(index, NearestLanes<V, false>(lanes, *job.palette));
     } else {
         for (unsigned lane = 0; lane < V::Lanes; ++lane) {
+            const std::uint32_t code = CodeOf(*job.grid, index[lane]);
+            if (IsSingle(code)) {
+                index[lane] = SingleOf(code);
+                continue;
+            }
             const float offset = offsets ? offsets[lane] : 0.0f;
             const Pixel32& pixel = pixels[lane];
             const Channels<V> all{V::Splat(pixel.alpha + offset), V::Splat(pixel.red + offset),
                                   V::Splat(pixel.green + offset), V::Splat(pixel.blue + offset)};
-            index[lane] = NearestInCell<V>(all, *job.grid, index[lane]);
+            index[lane] =
+                NearestCandidate<V>(all, job.grid->blocks + (code >> 6), code & 63, job.grid->emptySlot);
         }
     }
     StoreEntries<V>(pixels, *job.palette, index);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imagelib/vector/Kernels.h"
+#include "imagelib/vector/PixelCell.h"
 
 #include <immintrin.h>
 
@@ -81,6 +81,9 @@ struct Vec8 {
         return static_cast<unsigned>(_mm256_movemask_ps(_mm256_cmp_ps(left, right, _CMP_EQ_OQ)));
     }
 
+    static bool FindCell(Pixel pixel, const CellGrid& grid, std::uint32_t& cell) {
+        return FindPixelCell(pixel, grid, cell);
+    }
     static Int Truncate(Float value) { return _mm256_cvttps_epi32(value); }
     static Int SplatInt(int value) { return _mm256_set1_epi32(value); }
     static Int Or(Int left, Int right) { return _mm256_or_si256(left, right); }

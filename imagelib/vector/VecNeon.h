@@ -63,6 +63,33 @@ struct Vec4 {
         return vaddvq_u32(vandq_u32(vceqq_f32(left, right), bits));
     }
 
+    static float First(Float value) { return vgetq_lane_f32(value, 0); }
+    static Float EqualMask(Float left, Float right) { return vreinterpretq_f32_u32(vceqq_f32(left, right)); }
+    static unsigned MaskBits(Float mask) {
+        const uint32x4_t bits = {1, 2, 4, 8};
+        return vaddvq_u32(vandq_u32(vreinterpretq_u32_f32(mask), bits));
+    }
+    static Float And(Float left, Float right) {
+        return vreinterpretq_f32_u32(vandq_u32(vreinterpretq_u32_f32(left), vreinterpretq_u32_f32(right)));
+    }
+    static Float OrFloat(Float left, Float right) {
+        return vreinterpretq_f32_u32(vorrq_u32(vreinterpretq_u32_f32(left), vreinterpretq_u32_f32(right)));
+    }
+    static Float OrLanes(Float value) {
+        value = OrFloat(value, vextq_f32(value, value, 2));
+        return OrFloat(value, vextq_f32(value, value, 1));
+    }
+    static Pixel Pack(Float alpha, Float red, Float green, Float blue) {
+        return vcombine_f32(vget_low_f32(vzip1q_f32(alpha, red)), vget_low_f32(vzip1q_f32(green, blue)));
+    }
+
+    static bool FindCell(Pixel pixel, const CellGrid& grid, std::uint32_t& cell) {
+        const Float scaled = vmulq_f32(vsubq_f32(pixel, vdupq_n_f32(grid.low)), vdupq_n_f32(grid.scale));
+        const Int position = Truncate(scaled);
+        cell = vgetq_lane_u32(position, 1) | vgetq_lane_u32(position, 2) << grid.bits |
+               vgetq_lane_u32(position, 3) << 2 * grid.bits;
+        return !AnyBits(position, SplatInt(~((1 << grid.bits) - 1)));
+    }
     static Int Truncate(Float value) {
         const uint32x4_t integer = vreinterpretq_u32_s32(vcvtq_s32_f32(value)); // saturated, 0 for NaN
         return vbslq_u32(vceqq_f32(value, value), integer, vdupq_n_u32(0x80000000u));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "imagelib/vector/Kernels.h"
+#include "imagelib/vector/PixelCell.h"
 
 #include <emmintrin.h>
 
@@ -77,6 +77,25 @@ struct Vec4 {
         return static_cast<unsigned>(_mm_movemask_ps(_mm_cmpeq_ps(left, right)));
     }
 
+    static float First(Float value) { return _mm_cvtss_f32(value); }
+    static Float EqualMask(Float left, Float right) { return _mm_cmpeq_ps(left, right); }
+    static unsigned MaskBits(Float mask) { return static_cast<unsigned>(_mm_movemask_ps(mask)); }
+    static Float And(Float left, Float right) { return _mm_and_ps(left, right); }
+    static Float OrFloat(Float left, Float right) { return _mm_or_ps(left, right); }
+    // The bits of all lanes together, in all lanes.
+    static Float OrLanes(Float value) {
+        value = _mm_or_ps(value, _mm_shuffle_ps(value, value, 0x4E));
+        return _mm_or_ps(value, _mm_shuffle_ps(value, value, 0xB1));
+    }
+    // A pixel from the first lanes.
+    static Pixel Pack(Float alpha, Float red, Float green, Float blue) {
+        return _mm_movelh_ps(_mm_unpacklo_ps(alpha, red), _mm_unpacklo_ps(green, blue));
+    }
+
+    // The grid's cell of a pixel; false outside the grid and for NaN.
+    static bool FindCell(Pixel pixel, const CellGrid& grid, std::uint32_t& cell) {
+        return FindPixelCell(pixel, grid, cell);
+    }
     // Towards zero; a value out of range or NaN gives an integer with high bits set.
     static Int Truncate(Float value) { return _mm_cvttps_epi32(value); }
     static Int SplatInt(int value) { return _mm_set1_epi32(value); }

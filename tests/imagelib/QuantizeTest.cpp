@@ -90,14 +90,15 @@ TEST_F(QuantizeTest, OrderedStrengthMayBeAnyNumber) {
                     CompareWithModel(Pictures::Kind::Photo, 33, 9, {selector, mode, strength, false}));
 }
 
-// Wide pictures with short palettes are diffused with one lane a row.
+// Wide pictures with short palettes are diffused with one lane a row, in a serpentine by cells.
 TEST_F(QuantizeTest, WidePicturesDiffuseAsTheModelDoes) {
     for (const Pictures::Kind kind : Pictures::kAll)
         for (const unsigned selector : {2u, 3u, 9u, 13u, 14u})
             for (int mode = 2; mode <= 10; ++mode)
                 for (const int height : {1, 4, 37})
-                    ASSERT_NO_FATAL_FAILURE(
-                        CompareWithModel(kind, 501 + mode, height, {selector, mode, 0.5f, false}));
+                    for (const bool serpentine : {false, true})
+                        ASSERT_NO_FATAL_FAILURE(
+                            CompareWithModel(kind, 501 + mode, height, {selector, mode, 0.5f, serpentine}));
 }
 
 // The octree's large pictures take a shorter way to the leaves, and mappings are shared out to threads.
