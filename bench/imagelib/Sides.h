@@ -7,15 +7,16 @@
 
 // Two pieces of work timed in turn within one process, so that a machine whose speed drifts drifts for both.
 enum class Clock {
-    Thread, // processor time of this thread: what others do on the machine counts little
-    Wall,   // for work on several threads
+    Thread,  // processor time of this thread: what others do on the machine counts little
+    Wall,    // for work on several threads
+    Process, // processor time of all threads
 };
 
 inline double Now(Clock clock) {
     if (clock == Clock::Wall)
         return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
     timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    clock_gettime(clock == Clock::Thread ? CLOCK_THREAD_CPUTIME_ID : CLOCK_PROCESS_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
@@ -28,6 +29,8 @@ struct Sides {
     double first; // seconds, medians
     double second;
     double ratio; // first / second, median of the pairs
+    double fastestFirst;
+    double fastestSecond;
 
     // Calls each side's `prepare` untimed before its timed call.
     template <class FirstWork, class SecondWork, class Prepare>
@@ -45,6 +48,8 @@ struct Sides {
             seconds.push_back(run(second));
             ratios.push_back(firsts.back() / seconds.back());
         }
-        return {Median(firsts), Median(seconds), Median(ratios)};
+        return {Median(firsts), Median(seconds), Median(ratios),
+                *std::min_element(firsts.begin(), firsts.end()),
+                *std::min_element(seconds.begin(), seconds.end())};
     }
 };
