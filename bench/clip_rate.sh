@@ -4,7 +4,7 @@
 #   clip_rate.sh FXHOST [EFFECT [FRAMES [OUTPUT]]]     OUTPUT: clip.mp4, or f_####.png, ...
 set -eu
 fxhost=$1
-effect=${2:-$(dirname "$0")/../effects/mirror}
+effect=${2:-$(dirname "$0")/../effects/blur}
 frames=${3:-300}
 output=${4:-clip.mp4}
 folder=$(mktemp -d)
