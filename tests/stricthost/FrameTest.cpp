@@ -93,6 +93,7 @@ TEST(FrameTest, TheFrameIsDescribedAtFullResolution) {
         EXPECT_EQ(c.in->downsample_x.den, 2u);
         EXPECT_EQ(c.in->pixel_aspect_ratio.num, 3);
         EXPECT_EQ(c.in->current_time, -6);
+        EXPECT_EQ(c.in->time_step, 2);
         EXPECT_EQ(c.in->time_scale, 50u);
         EXPECT_EQ(c.out->width, 40);
     };

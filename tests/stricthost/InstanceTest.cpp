@@ -50,6 +50,35 @@ TEST(InstanceTest, EachPersonalityHasItsOrderOfCommands) {
     }
 }
 
+TEST(InstanceTest, GlobalDataComesBackWithEveryCommandUntilThePluginFreesIt) {
+    StandIn plugin;
+    PF_Handle global = nullptr;
+    int commands = 0;
+    plugin.instead[PF_Cmd_GLOBAL_SETUP] = [&](Command& c) -> PF_Err {
+        EXPECT_EQ(c.in->global_data, nullptr);
+        c.out->my_version = 1;
+        c.out->global_data = global = Handles(c).host_new_handle(8);
+        return PF_Err_NONE;
+    };
+    const auto expect = [&](Command& c) {
+        EXPECT_EQ(c.in->global_data, global);
+        EXPECT_EQ(c.out->global_data, global);
+        ++commands;
+    };
+    plugin.before[PF_Cmd_PARAMS_SETUP] = plugin.before[PF_Cmd_SEQUENCE_SETUP] = expect;
+    plugin.instead[PF_Cmd_GLOBAL_SETDOWN] = [&](Command& c) -> PF_Err {
+        expect(c);
+        Handles(c).host_dispose_handle(c.in->global_data);
+        c.out->global_data = nullptr;
+        return PF_Err_NONE;
+    };
+    const auto host = SetUpHost();
+    host->NewInstance();
+    host->Finish();
+    EXPECT_EQ(commands, 3);
+    EXPECT_THAT(host->Violations(), IsEmpty());
+}
+
 TEST(InstanceTest, DuplicateFlattensAndSetsBothUpAgain) {
     StandIn plugin;
     std::string seen;

@@ -6,7 +6,12 @@ namespace {
 
 using stricthost::FrameRequest;
 using stricthost::FrameResult;
+using testing::ElementsAre;
 using testing::IsEmpty;
+
+std::vector<A_long> Sides(const PF_LRect& rect) {
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
 
 TEST(SmartTest, OnlyTheWantedPartIsHandedOver) {
     StandIn plugin;
@@ -15,6 +20,15 @@ TEST(SmartTest, OnlyTheWantedPartIsHandedOver) {
         EXPECT_EQ(input->output_request.rect.left, 1);
         EXPECT_EQ(input->bitdepth, 16);
         EXPECT_EQ(c.params, nullptr);
+    };
+    plugin.after[PF_Cmd_SMART_PRE_RENDER] = [](Command& c) {
+        const auto* extra = static_cast<PF_PreRenderExtra*>(c.extra);
+        PF_CheckoutResult got = {};
+        EXPECT_EQ(extra->cb->checkout_layer(c.in->effect_ref, 0, 2, &extra->input->output_request,
+                                            c.in->current_time, c.in->time_step, c.in->time_scale, &got),
+                  PF_Err_NONE);
+        EXPECT_THAT(Sides(got.result_rect), ElementsAre(1, 3, 5, 8));
+        EXPECT_THAT(Sides(got.max_result_rect), ElementsAre(-3, 2, 5, 8)); // whatever was asked for
     };
     plugin.before[PF_Cmd_SMART_RENDER] = [](Command& c) {
         EXPECT_EQ(c.in->output_origin_x, -4); // the input starts left of the output
@@ -48,6 +62,7 @@ TEST(SmartTest, WorldsSayWhereTheyLie) {
         cb->checkout_layer_pixels(c.in->effect_ref, 1, &input);
         cb->checkout_output(c.in->effect_ref, &output);
         EXPECT_EQ(input->origin_x, -3);
+        EXPECT_EQ(input->origin_y, 2);
         EXPECT_EQ(output->origin_x, -3);
         EXPECT_EQ(output->origin_y, 2);
         EXPECT_EQ(output->pix_aspect_ratio.num, 3);
