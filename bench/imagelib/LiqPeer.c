@@ -53,7 +53,8 @@ int main(int argc, char** argv) {
         liq_set_dithering_level(result, 1);
         liq_write_remapped_image(result, image, out, count);
         double diffused = Now();
-        printf("peer  libimagequant speed %-2d  256 adaptive, none               %8.2f ms\n", speed, mapped - start);
+        printf("peer  libimagequant speed %-2d  256 adaptive, none               %8.2f ms\n", speed,
+               mapped - start);
         printf("peer  libimagequant speed %-2d  256 adaptive, its diffusion      %8.2f ms\n", speed,
                built - start + diffused - mapped);
     }
