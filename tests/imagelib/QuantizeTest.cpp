@@ -206,6 +206,32 @@ TEST_F(QuantizeTest, ForeignPalettesAndKernelsEqualTheModel) {
     }
 }
 
+// Colours crowd at black and white, pixels lie just inside and just outside 0..1: where candidate lists end.
+TEST_F(QuantizeTest, LongPalettesAreExactAroundBlackAndWhite) {
+    const auto spread = [](int i, int step) { return static_cast<float>(i * step % 1009) / 1009.0f; };
+    Model::Palette palette;
+    std::vector<Pixel32> colours;
+    for (int i = 0; i < 256; ++i) {
+        const float r = 0.1f * spread(i, 57), g = 0.1f * spread(i, 311), b = 0.1f * spread(i, 701);
+        const bool dark = i % 2;
+        palette.push_back({1, dark ? r : 1 - r, dark ? g : 1 - g, dark ? b : 1 - b});
+        colours.push_back({1, palette.back().r, palette.back().g, palette.back().b});
+    }
+    Model::Picture picture{200, 90, {}};
+    for (int i = 0; i < 18000; ++i) {
+        const auto near = [&](int step) { return (i % 2 ? -0.05f : 0.92f) + 0.13f * spread(i, step); };
+        picture.pixels.push_back({1, near(83), near(419), near(907)});
+    }
+    Model::Picture expected = picture;
+    Model::MapNearest(expected, palette);
+    for (const VectorPath path : SupportedPaths()) {
+        SetVectorPath(path);
+        Surface<Pixel32> surface = Pictures::ToSurface(picture);
+        Quantizers::Process(surface, ColourSet{colours.data(), 256, false, 0});
+        EXPECT_EQ(Pictures::Difference(surface, expected), "") << PathName(path);
+    }
+}
+
 TEST_F(QuantizeTest, EmptySurfacesAreLeftAlone) {
     Surface<Pixel32> none, noRows(5, 0), noColumns(0, 5);
     for (Surface<Pixel32>* surface : {&none, &noRows, &noColumns})
