@@ -206,28 +206,29 @@ TEST_F(QuantizeTest, ForeignPalettesAndKernelsEqualTheModel) {
     }
 }
 
-// Colours crowd at black and white, pixels lie just inside and just outside 0..1: where candidate lists end.
-TEST_F(QuantizeTest, LongPalettesAreExactAroundBlackAndWhite) {
-    const auto spread = [](int i, int step) { return static_cast<float>(i * step % 1009) / 1009.0f; };
+// Pixels just inside and just outside 0..1, where candidate lists end.
+TEST_F(QuantizeTest, LongPalettesAreExactAtTheEndsOfTheirLists) {
+    const auto spread = [](int i, int step) { return static_cast<float>(i * step % 10007) / 10007.0f; };
     Model::Palette palette;
     std::vector<Pixel32> colours;
-    for (int i = 0; i < 256; ++i) {
-        const float r = 0.1f * spread(i, 57), g = 0.1f * spread(i, 311), b = 0.1f * spread(i, 701);
-        const bool dark = i % 2;
-        palette.push_back({1, dark ? r : 1 - r, dark ? g : 1 - g, dark ? b : 1 - b});
+    for (int i = 0; i < 60; ++i) {
+        palette.push_back({1, spread(i, 571), spread(i, 3119), spread(i, 7019)});
         colours.push_back({1, palette.back().r, palette.back().g, palette.back().b});
     }
-    Model::Picture picture{200, 90, {}};
-    for (int i = 0; i < 18000; ++i) {
-        const auto near = [&](int step) { return (i % 2 ? -0.05f : 0.92f) + 0.13f * spread(i, step); };
-        picture.pixels.push_back({1, near(83), near(419), near(907)});
+    Model::Picture picture{400, 250, {}};
+    for (int i = 0; i < 100000; ++i) {
+        Model::Colour pixel{1, spread(i, 83), spread(i, 4191), spread(i, 9071)};
+        (i % 3 == 0   ? pixel.r
+         : i % 3 == 1 ? pixel.g
+                      : pixel.b) = (i % 2 ? -0.045f : 0.995f) + spread(i, 6131) / 20;
+        picture.pixels.push_back(pixel);
     }
     Model::Picture expected = picture;
     Model::MapNearest(expected, palette);
     for (const VectorPath path : SupportedPaths()) {
         SetVectorPath(path);
         Surface<Pixel32> surface = Pictures::ToSurface(picture);
-        Quantizers::Process(surface, ColourSet{colours.data(), 256, false, 0});
+        Quantizers::Process(surface, ColourSet{colours.data(), 60, false, 0});
         EXPECT_EQ(Pictures::Difference(surface, expected), "") << PathName(path);
     }
 }
