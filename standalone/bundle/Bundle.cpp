@@ -103,7 +103,7 @@ const char* ModuleFolder() {
 #endif
 }
 
-void WriteBundle(const BundleParts& parts) {
+fs::path WriteBundle(const BundleParts& parts) {
     const fs::path bundle = RequireTarget(parts);
     const std::string name = bundle.stem();
     const Packing packing = CollectPackage(parts.effect);
@@ -122,6 +122,7 @@ void WriteBundle(const BundleParts& parts) {
         WriteFileBytes(contents / "PkgInfo", ToBytes(s_PackageInfo));
         WriteFileBytes(contents / "Resources/blob.dat", ToPackage(packing.files));
         staged.MoveTo(bundle);
+        return bundle;
     } catch (const fs::filesystem_error& error) {
         throw EffectFailure(parts.bundle, error.code().message() + " (" + error.path1().string() + ")");
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace fxhost {
@@ -13,8 +14,9 @@ struct BundleParts {
 };
 
 // Makes the bundle NAME.plugin/Contents: the module under the system's folder, Info.plist, PkgInfo and
-// Resources/blob.dat. It appears under its name only when it is whole. Throws WrongUse or EffectFailure.
-void WriteBundle(const BundleParts& parts);
+// Resources/blob.dat. It appears under its name only when it is whole. Gives its path without a trailing
+// slash. Throws WrongUse or EffectFailure.
+std::filesystem::path WriteBundle(const BundleParts& parts);
 
 // The folder inside Contents that holds the module on this system: "Linux" or "MacOS".
 const char* ModuleFolder();
