@@ -27,7 +27,8 @@ public:
     AEGP_UtilitySuite3* UtilitySuite3() const { return Get(m_Utility); }
 
 private:
-    template <class Suite> struct Entry {
+    template <class Suite>
+    struct Entry {
         const char* name;
         int32_t number;
         const void* suite = nullptr;
@@ -41,7 +42,8 @@ private:
     AEGP_SuiteHandler(const AEGP_SuiteHandler&);
     AEGP_SuiteHandler& operator=(const AEGP_SuiteHandler&);
 
-    template <class Suite> Suite* Get(Entry<Suite>& entry) const {
+    template <class Suite>
+    Suite* Get(Entry<Suite>& entry) const {
         if (!entry.suite && m_Basic->AcquireSuite(entry.name, entry.number, &entry.suite) != kSPNoError)
             entry.suite = nullptr;
         if (!entry.suite)

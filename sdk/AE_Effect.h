@@ -55,9 +55,9 @@ typedef struct PF_LayerAudioOpaque* PF_LayerAudio;
 #define PF_MAX_CHAN16 32768
 
 // build in bits 0-8, stage 9-10, bug fix 11-14, subversion 15-18, version 19-21 and 26-29.
-#define PF_VERSION(vers, subvers, bugvers, stage, build)                                                               \
-    ((PFVersionInfo)((((A_u_long)(vers) >> 3 & 0xf) << 26) | (((A_u_long)(vers)&7) << 19) |                            \
-                     (((A_u_long)(subvers)&0xf) << 15) | (((A_u_long)(bugvers)&0xf) << 11) |                           \
+#define PF_VERSION(vers, subvers, bugvers, stage, build)                                                     \
+    ((PFVersionInfo)((((A_u_long)(vers) >> 3 & 0xf) << 26) | (((A_u_long)(vers)&7) << 19) |                  \
+                     (((A_u_long)(subvers)&0xf) << 15) | (((A_u_long)(bugvers)&0xf) << 11) |                 \
                      (((A_u_long)(stage)&3) << 9) | ((A_u_long)(build)&0x1ff)))
 
 enum {
@@ -492,8 +492,8 @@ typedef struct PF_CheckoutResult {
 
 typedef struct PF_PreRenderCallbacks {
     PF_Err (*checkout_layer)(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long checkout_idL,
-                             const PF_RenderRequest* req, A_long what_time, A_long time_step, A_u_long time_scale,
-                             PF_CheckoutResult* checkout_result);
+                             const PF_RenderRequest* req, A_long what_time, A_long time_step,
+                             A_u_long time_scale, PF_CheckoutResult* checkout_result);
     PF_Err (*GuidMixInPtr)(PF_ProgPtr effect_ref, A_u_long buf_sizeLu, const void* buf);
 } PF_PreRenderCallbacks;
 

@@ -56,8 +56,10 @@ typedef struct _PF_UtilCallbacks {
     void* blend;
     void* convolve;
     // Null rectangles mean the whole world, a null colour transparent black. 8 and 16 bits only.
-    PF_Err (*copy)(PF_ProgPtr effect_ref, PF_EffectWorld* src, PF_EffectWorld* dst, PF_Rect* src_r, PF_Rect* dst_r);
-    PF_Err (*fill)(PF_ProgPtr effect_ref, const PF_Pixel* color, const PF_Rect* dst_rect, PF_EffectWorld* world);
+    PF_Err (*copy)(PF_ProgPtr effect_ref, PF_EffectWorld* src, PF_EffectWorld* dst, PF_Rect* src_r,
+                   PF_Rect* dst_r);
+    PF_Err (*fill)(PF_ProgPtr effect_ref, const PF_Pixel* color, const PF_Rect* dst_rect,
+                   PF_EffectWorld* world);
     void* gaussian_kernel;
     void* iterate;
     void* premultiply;
@@ -84,7 +86,8 @@ typedef struct _PF_UtilCallbacks {
     PF_Err (*host_resize_handle)(A_u_longlong new_sizeL, PF_Handle* handlePH);
     void* subpixel_sample16;
     void* area_sample16;
-    PF_Err (*fill16)(PF_ProgPtr effect_ref, const PF_Pixel16* color, const PF_Rect* dst_rect, PF_EffectWorld* world);
+    PF_Err (*fill16)(PF_ProgPtr effect_ref, const PF_Pixel16* color, const PF_Rect* dst_rect,
+                     PF_EffectWorld* world);
     void* premultiply_color16;
     void* iterate16;
     void* iterate_origin16;

@@ -3,8 +3,8 @@
 #include "A.h"
 
 // The first character of a code is its least significant byte.
-#define MAKE_PIXEL_FORMAT_FOURCC(c0, c1, c2, c3)                                                                       \
-    ((A_long)(A_u_long)(c0) | ((A_long)(A_u_long)(c1) << 8) | ((A_long)(A_u_long)(c2) << 16) |                         \
+#define MAKE_PIXEL_FORMAT_FOURCC(c0, c1, c2, c3)                                                             \
+    ((A_long)(A_u_long)(c0) | ((A_long)(A_u_long)(c1) << 8) | ((A_long)(A_u_long)(c2) << 16) |               \
      ((A_long)(A_u_long)(c3) << 24))
 
 typedef A_long PF_PixelFormat;

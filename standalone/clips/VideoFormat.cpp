@@ -66,14 +66,13 @@ void AddWords(std::vector<std::string>& list, const std::string& text) {
 void AddColours(std::vector<std::string>& list, const std::string& matrix, const VideoContent& content) {
     const auto orMatrix = [&](const std::string& said) { return said.empty() ? matrix : said; };
     const std::string primaries = orMatrix(content.primaries), transfer = orMatrix(content.transfer);
-    list.insert(list.end(),
-                {"-vf",
-                 "scale=flags=bilinear+accurate_rnd+full_chroma_int:out_range=tv:"
-                 "out_color_matrix=" +
-                     ScalerMatrix(matrix) + ",setparams=range=tv:colorspace=" + matrix +
-                     ":color_primaries=" + primaries + ":color_trc=" + transfer,
-                 "-color_range", "tv", "-colorspace", matrix, "-color_primaries", primaries, "-color_trc",
-                 transfer});
+    list.insert(list.end(), {"-vf",
+                             "scale=flags=bilinear+accurate_rnd+full_chroma_int:out_range=tv:"
+                             "out_color_matrix=" +
+                                 ScalerMatrix(matrix) + ",setparams=range=tv:colorspace=" + matrix +
+                                 ":color_primaries=" + primaries + ":color_trc=" + transfer,
+                             "-color_range", "tv", "-colorspace", matrix, "-color_primaries", primaries,
+                             "-color_trc", transfer});
 }
 
 bool IsRgb(const std::string& pixelFormat) {

@@ -144,7 +144,8 @@ TEST_F(BindingsTest, TheAuthorsGuideNamesEveryFunction) {
     for (const auto group : {ParameterBindings, RenderTargetBindings, ShaderBindings, TextureBindings,
                              SurfaceBindings, SequenceBindings})
         for (const NativeFunction& function : group())
-            EXPECT_NE(guide.find("| `" + std::string(function.name) + "("), std::string::npos) << function.name;
+            EXPECT_NE(guide.find("| `" + std::string(function.name) + "("), std::string::npos)
+                << function.name;
 }
 
 TEST_F(BindingsTest, TheFrameAndTheCompositionAreTold) {
