@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "context/Context.h"
 #include "engine/Config.h"
@@ -15,7 +16,7 @@
 
 // What the host keeps for an instance.
 struct AEShaderVexel2::SequenceData {
-    std::uint32_t index; // of its sequence in the registry
+    std::uint32_t index = 0; // of its sequence in the registry
 };
 
 namespace {
@@ -103,17 +104,22 @@ void AEShaderVexel2::release() {
 }
 
 void* AEShaderVexel2::initSequenceData() {
-    m_SequenceData = static_cast<SequenceData*>(std::calloc(1, sizeof(SequenceData)));
-    if (m_SequenceData)
-        m_SequenceData->index = Context::Current().CreateSequence();
+    auto record = std::make_unique<SequenceData>();
+    record->index = Context::Current().CreateSequence();
+    m_SequenceData = record.get();
+    m_Records[m_SequenceData] = std::move(record);
     return m_SequenceData;
 }
 
+// Records that are not the engine's own, or are gone already, are left alone.
 void AEShaderVexel2::releaseSequenceData(void* data) {
-    if (!data)
+    const auto found = m_Records.find(data);
+    if (found == m_Records.end())
         return;
-    Context::Current().ReleaseSequence(static_cast<SequenceData*>(data)->index);
-    std::free(data);
+    Context::Current().ReleaseSequence(found->second->index);
+    if (m_SequenceData == data)
+        m_SequenceData = nullptr; // not to be read any more
+    m_Records.erase(found);
 }
 
 void AEShaderVexel2::setSequenceData(void* data) {

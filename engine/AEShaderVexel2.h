@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 
 #include "engine/IPlugin.h"
@@ -57,7 +58,10 @@ private:
     static void ShowErrors(Sequence* sequence, const std::string& errors);
     std::uint32_t ConfigNumber(const wchar_t* key) const;
 
-    SequenceData* m_SequenceData = nullptr; // the instance at work; the host keeps the record
+    SequenceData* m_SequenceData = nullptr; // the instance at work
+    // All that were handed out. Hosts drop the records of instances that they save or copy; those go with the
+    // engine.
+    std::map<void*, std::unique_ptr<SequenceData>> m_Records;
     std::unique_ptr<Config> m_Config;
     std::unique_ptr<OpenGLContext> m_GlContext;
     bool m_Initialised = false;
