@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 
 using namespace ImageLib;
 
@@ -121,35 +122,61 @@ void MeasureOctree(Bench& bench) {
         [&] { Dither::ErrorDiffusion(bench.surface, FloydSteinbergKernel, colours, false); });
 }
 
-void MeasureThreads(Bench& bench) {
-    const auto compare = [&](const char* work, unsigned selector, DitheringMode mode,
-                             const ColourSet* colours) {
-        const auto run = [&](unsigned threads) {
-            SetThreadCount(threads);
-            if (colours)
-                Quantizers::Process(bench.surface, *colours);
-            else
-                Quantize(bench.surface, selector, mode, 0.25f, false);
-        };
-        // The fastest of many: on a busy machine the median tells how many others wait for its processors.
-        Sides sides = Sides::Time(
-            4 * bench.rounds, Clock::Wall, [&] { bench.Restore(); }, [&] { run(1); }, [&] { run(2); });
-        bench.Restore();
-        const double before = Now(Clock::Process);
-        run(2);
-        char note[80];
-        std::snprintf(note, sizeof note, "  (fastest; two threads take %.2f ms of processor time)",
-                      1e3 * (Now(Clock::Process) - before));
-        sides = {sides.fastestFirst, sides.fastestSecond, sides.fastestFirst / sides.fastestSecond, 0, 0};
-        Print(work, "one thread", "two", sides, note);
+// Times run(1) against run(2), each on that many threads.
+template <class Run>
+void CompareThreads(Bench& bench, const char* work, Run run) {
+    // The fastest of many: on a busy machine the median tells how many others wait for its processors.
+    const Sides sides = Sides::Time(
+        4 * bench.rounds, Clock::Wall, [&] { bench.Restore(); }, [&] { run(1); }, [&] { run(2); });
+    char note[60];
+    std::snprintf(note, sizeof note, "  (of the fastest; median of the pairs %.2f)", sides.ratio);
+    const double ratio = sides.fastestFirst / sides.fastestSecond;
+    Print(work, "one thread", "two", {sides.fastestFirst, sides.fastestSecond, ratio, 0, 0}, note);
+}
+
+// What two threads of this machine give to work that shares nothing: the most that the rows below can reach.
+void MeasureMachine(Bench& bench) {
+    const auto onThreads = [](unsigned threads, auto part) {
+        std::jthread other;
+        if (threads == 2)
+            other = std::jthread([&] { part(1u); });
+        part(0u);
     };
-    compare("nearest 16", 8 + kSixteen, DitheringMode::None, nullptr);
-    compare("ordered 8x8 16", 8 + kSixteen, DitheringMode::Bayer8x8, nullptr);
+    CompareThreads(bench, "(machine) arithmetic", [&](unsigned threads) {
+        onThreads(threads, [&](unsigned) {
+            volatile float sum = 0;
+            for (int i = 0; i < 4'000'000 / static_cast<int>(threads); ++i)
+                sum = sum + 1.0f;
+        });
+    });
+    CompareThreads(bench, "(machine) memcpy", [&](unsigned threads) {
+        onThreads(threads, [&](unsigned part) {
+            const std::size_t bytes = bench.Bytes() / threads;
+            std::memcpy(reinterpret_cast<std::byte*>(bench.copy.Row(0)) + part * bytes,
+                        reinterpret_cast<const std::byte*>(bench.original.pixels.data()) + part * bytes,
+                        bytes);
+        });
+    });
+}
+
+void MeasureThreads(Bench& bench) {
+    MeasureMachine(bench);
+    const auto quantize = [&](DitheringMode mode) {
+        return [&bench, mode](unsigned threads) {
+            SetThreadCount(threads);
+            Quantize(bench.surface, 8 + kSixteen, mode, 0.25f, false);
+        };
+    };
+    CompareThreads(bench, "nearest 16", quantize(DitheringMode::None));
+    CompareThreads(bench, "ordered 8x8 16", quantize(DitheringMode::Bayer8x8));
     const std::vector<std::uint8_t> bytes = Model::ToBytes(bench.original);
     OctreeQuantEngine engine;
     engine.work(bytes.data(), kWidth, kHeight, 256);
     const ColourSet colours{engine.Palette(), 256, false, 0};
-    compare("nearest 256", 0, DitheringMode::None, &colours);
+    CompareThreads(bench, "nearest 256", [&](unsigned threads) {
+        SetThreadCount(threads);
+        Quantizers::Process(bench.surface, colours);
+    });
     SetThreadCount(1);
 }
 

@@ -7,16 +7,15 @@
 
 // Two pieces of work timed in turn within one process, so that a machine whose speed drifts drifts for both.
 enum class Clock {
-    Thread,  // processor time of this thread: what others do on the machine counts little
-    Wall,    // for work on several threads
-    Process, // processor time of all threads
+    Thread, // processor time of this thread: what others do on the machine counts little
+    Wall,   // for work on several threads
 };
 
 inline double Now(Clock clock) {
     if (clock == Clock::Wall)
         return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
     timespec time{};
-    clock_gettime(clock == Clock::Thread ? CLOCK_THREAD_CPUTIME_ID : CLOCK_PROCESS_CPUTIME_ID, &time);
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
