@@ -172,14 +172,19 @@ void DiffuseWith(const DiffusionJob& job, const Finder& finder) {
     }
 }
 
+template <unsigned Vectors>
+using ChainSearch4 = ChainSearch<Vec4, Vectors, BruteForceSearch<Vectors>>;
+
+// Four lanes, whose minimum over all of them is fastest.
 template <class W>
 void DiffuseSerpentine(const DiffusionJob& job) {
     const PaletteTable& palette = *job.palette;
+    const float weight = NeighbourWeight(job);
     if (palette.count <= 4)
-        return DiffuseWith<Vec4, W>(job, ChainSearch<Vec4, 1>(palette));
+        return DiffuseWith<Vec4, W>(job, ChainSearch4<1>(palette, weight));
     if (palette.count <= 8)
-        return DiffuseWith<Vec4, W>(job, ChainSearch<Vec4, 2>(palette));
-    DiffuseWith<Vec4, W>(job, ChainSearch<Vec4, 4>(palette));
+        return DiffuseWith<Vec4, W>(job, ChainSearch4<2>(palette, weight));
+    DiffuseWith<Vec4, W>(job, ChainSearch4<4>(palette, weight));
 }
 
 template <class V>

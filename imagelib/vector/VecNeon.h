@@ -63,25 +63,20 @@ struct Vec4 {
         return vaddvq_u32(vandq_u32(vceqq_f32(left, right), bits));
     }
 
-    static float First(Float value) { return vgetq_lane_f32(value, 0); }
-    static Float EqualMask(Float left, Float right) { return vreinterpretq_f32_u32(vceqq_f32(left, right)); }
-    static unsigned MaskBits(Float mask) {
+    static Int Round(Float value) { return vreinterpretq_u32_s32(vcvtnq_s32_f32(value)); }
+    static Int LoadInt(const int* from) { return vreinterpretq_u32_s32(vld1q_s32(from)); }
+    static Int AddInt(Int left, Int right) { return vaddq_u32(left, right); }
+    static Int AndInt(Int left, Int right) { return vandq_u32(left, right); }
+    static Int MinInt(Int left, Int right) {
+        return vreinterpretq_u32_s32(vminq_s32(vreinterpretq_s32_u32(left), vreinterpretq_s32_u32(right)));
+    }
+    static int SmallestInt(Int value) { return vminvq_s32(vreinterpretq_s32_u32(value)); }
+    static unsigned LessLanes(Int left, Int right) {
         const uint32x4_t bits = {1, 2, 4, 8};
-        return vaddvq_u32(vandq_u32(vreinterpretq_u32_f32(mask), bits));
+        return vaddvq_u32(
+            vandq_u32(vcltq_s32(vreinterpretq_s32_u32(left), vreinterpretq_s32_u32(right)), bits));
     }
-    static Float And(Float left, Float right) {
-        return vreinterpretq_f32_u32(vandq_u32(vreinterpretq_u32_f32(left), vreinterpretq_u32_f32(right)));
-    }
-    static Float OrFloat(Float left, Float right) {
-        return vreinterpretq_f32_u32(vorrq_u32(vreinterpretq_u32_f32(left), vreinterpretq_u32_f32(right)));
-    }
-    static Float OrLanes(Float value) {
-        value = OrFloat(value, vextq_f32(value, value, 2));
-        return OrFloat(value, vextq_f32(value, value, 1));
-    }
-    static Pixel Pack(Float alpha, Float red, Float green, Float blue) {
-        return vcombine_f32(vget_low_f32(vzip1q_f32(alpha, red)), vget_low_f32(vzip1q_f32(green, blue)));
-    }
+    static float SquareOf(Pixel pixel) { return vaddvq_f32(vmulq_f32(pixel, pixel)); }
 
     static bool FindCell(Pixel pixel, const CellGrid& grid, std::uint32_t& cell) {
         const Float scaled = vmulq_f32(vsubq_f32(pixel, vdupq_n_f32(grid.low)), vdupq_n_f32(grid.scale));

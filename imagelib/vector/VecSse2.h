@@ -77,19 +77,31 @@ struct Vec4 {
         return static_cast<unsigned>(_mm_movemask_ps(_mm_cmpeq_ps(left, right)));
     }
 
-    static float First(Float value) { return _mm_cvtss_f32(value); }
-    static Float EqualMask(Float left, Float right) { return _mm_cmpeq_ps(left, right); }
-    static unsigned MaskBits(Float mask) { return static_cast<unsigned>(_mm_movemask_ps(mask)); }
-    static Float And(Float left, Float right) { return _mm_and_ps(left, right); }
-    static Float OrFloat(Float left, Float right) { return _mm_or_ps(left, right); }
-    // The bits of all lanes together, in all lanes.
-    static Float OrLanes(Float value) {
-        value = _mm_or_ps(value, _mm_shuffle_ps(value, value, 0x4E));
-        return _mm_or_ps(value, _mm_shuffle_ps(value, value, 0xB1));
+    static Int Round(Float value) { return _mm_cvtps_epi32(value); }
+    static Int LoadInt(const int* from) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)); }
+    static Int AddInt(Int left, Int right) { return _mm_add_epi32(left, right); }
+    static Int AndInt(Int left, Int right) { return _mm_and_si128(left, right); }
+    static Int MinInt(Int left, Int right) {
+#if defined(__SSE4_1__)
+        return _mm_min_epi32(left, right);
+#else
+        const __m128i isLess = _mm_cmplt_epi32(left, right);
+        return _mm_or_si128(_mm_and_si128(isLess, left), _mm_andnot_si128(isLess, right));
+#endif
     }
-    // A pixel from the first lanes.
-    static Pixel Pack(Float alpha, Float red, Float green, Float blue) {
-        return _mm_movelh_ps(_mm_unpacklo_ps(alpha, red), _mm_unpacklo_ps(green, blue));
+    static int SmallestInt(Int value) {
+        value = MinInt(value, _mm_shuffle_epi32(value, 0x4E));
+        return _mm_cvtsi128_si32(MinInt(value, _mm_shuffle_epi32(value, 0xB1)));
+    }
+    // Bit i: lane i of left is the smaller one.
+    static unsigned LessLanes(Int left, Int right) {
+        return static_cast<unsigned>(_mm_movemask_ps(_mm_castsi128_ps(_mm_cmplt_epi32(left, right))));
+    }
+    // The sum of the channels' squares, in any order.
+    static float SquareOf(Pixel pixel) {
+        const __m128 squares = _mm_mul_ps(pixel, pixel);
+        const __m128 halves = _mm_add_ps(squares, _mm_shuffle_ps(squares, squares, 0x4E));
+        return _mm_cvtss_f32(_mm_add_ps(halves, _mm_shuffle_ps(halves, halves, 0xB1)));
     }
 
     // The grid's cell of a pixel; false outside the grid and for NaN.
@@ -97,10 +109,18 @@ struct Vec4 {
         return FindPixelCell(pixel, grid, cell);
     }
     // Towards zero; a value out of range or NaN gives an integer with high bits set.
-    static Int Truncate(Float value) { return _mm_cvttps_epi32(value); }
-    static Int SplatInt(int value) { return _mm_set1_epi32(value); }
-    static Int Or(Int left, Int right) { return _mm_or_si128(left, right); }
-    static Int ShiftLeft(Int value, unsigned bits) { return _mm_sll_epi32(value, _mm_cvtsi32_si128(bits)); }
+    static Int Truncate(Float value) {
+        return _mm_cvttps_epi32(value);
+    }
+    static Int SplatInt(int value) {
+        return _mm_set1_epi32(value);
+    }
+    static Int Or(Int left, Int right) {
+        return _mm_or_si128(left, right);
+    }
+    static Int ShiftLeft(Int value, unsigned bits) {
+        return _mm_sll_epi32(value, _mm_cvtsi32_si128(bits));
+    }
     // Whether a lane of value has a bit of mask.
     static bool AnyBits(Int value, Int mask) {
         const __m128i none = _mm_cmpeq_epi32(_mm_and_si128(value, mask), _mm_setzero_si128());

@@ -36,6 +36,18 @@ Model::Colour TiePixel(Random& random) {
     return {alpha, (one.r + two.r) / 2, (one.g + two.g) / 2, (one.b + two.b) / 2};
 }
 
+// The middle of two entries, moved at a right angle to what lies between them.
+Model::Colour DistantPixel(Random& random) {
+    const Model::Palette palette = Model::FixedPalette(1 + static_cast<int>(random() % 13));
+    const Model::Colour one = palette[random() % palette.size()], two = palette[random() % palette.size()];
+    const float r = one.r - two.r, g = one.g - two.g, b = one.b - two.b;
+    const float reach = std::exp2(Uniform(random, -3, 8));
+    const float x = Uniform(random, -reach, reach), y = Uniform(random, -reach, reach),
+                z = Uniform(random, -reach, reach);
+    return {random() % 4 ? 1.0f : Uniform(random, -reach, reach), (one.r + two.r) / 2 + (g * z - b * y),
+            (one.g + two.g) / 2 + (b * x - r * z), (one.b + two.b) / 2 + (r * y - g * x)};
+}
+
 float HostileChannel(Random& random) {
     using Limits = std::numeric_limits<float>;
     static const float values[] = {Limits::quiet_NaN(),
@@ -75,6 +87,9 @@ Model::Picture Make(Kind kind, int width, int height) {
             case Kind::Ties:
                 picture.pixels.push_back(TiePixel(random));
                 break;
+            case Kind::Distant:
+                picture.pixels.push_back(DistantPixel(random));
+                break;
             case Kind::Hostile:
                 picture.pixels.push_back(HostilePixel(random));
                 break;
@@ -85,7 +100,7 @@ Model::Picture Make(Kind kind, int width, int height) {
 }
 
 const char* Name(Kind kind) {
-    static const char* const names[] = {"photo", "wild", "ties", "hostile"};
+    static const char* const names[] = {"photo", "wild", "ties", "distant", "hostile"};
     return names[static_cast<int>(kind)];
 }
 

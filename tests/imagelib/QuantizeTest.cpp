@@ -78,6 +78,10 @@ TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheModelOnTies) {
     CompareAllSelectorsAndModes(Pictures::Kind::Ties, 64, 33);
 }
 
+TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheModelFarFromAllColours) {
+    CompareAllSelectorsAndModes(Pictures::Kind::Distant, 64, 33);
+}
+
 TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheModelOnNanAndInfinity) {
     CompareAllSelectorsAndModes(Pictures::Kind::Hostile, 64, 33);
 }
@@ -90,7 +94,7 @@ TEST_F(QuantizeTest, OrderedStrengthMayBeAnyNumber) {
                     CompareWithModel(Pictures::Kind::Photo, 33, 9, {selector, mode, strength, false}));
 }
 
-// Wide pictures with short palettes are diffused with one lane a row, in a serpentine by cells.
+// Wide pictures with short palettes are diffused with one lane a row, in a serpentine from choice to choice.
 TEST_F(QuantizeTest, WidePicturesDiffuseAsTheModelDoes) {
     for (const Pictures::Kind kind : Pictures::kAll)
         for (const unsigned selector : {2u, 3u, 9u, 13u, 14u})
