@@ -14,17 +14,23 @@ ffmpeg -v error -f lavfi -i testsrc2=size=1920x1080:rate=25 -frames:v "$frames" 
     -pix_fmt yuv420p "$folder/in.mp4"
 ffmpeg -v error -i "$folder/in.mp4" -frames:v 1 "$folder/still.png"
 
-# rate ARGUMENT...: frames a second of one run, from its last line.
+# rate FRAMES ARGUMENT...: frames a second of one run, from its last line.
 rate() {
-    "$fxhost" render "$effect" --frames "1-$frames" "$@" 2>"$folder/said" || {
+    last=$1
+    shift
+    "$fxhost" render "$effect" --frames "1-$last" "$@" 2>"$folder/said" || {
         cat "$folder/said" >&2
         exit 1
     }
     sed -n 's/.* frames, \([0-9.]*\) frames\/s in .*/\1/p' "$folder/said"
 }
 
-rate -i "$folder/still.png" -o /dev/null >/dev/null # warm up
-alone=$(rate -i "$folder/still.png" -o /dev/null)
-whole=$(rate -i "$folder/in.mp4" -o "$folder/$output")
-awk -v a="$alone" -v w="$whole" -v e="$(basename "$effect")" -v n="$frames" -v o="$output" 'BEGIN {
-    printf "clip_rate  %s 1920x1080 x%d to %s   render alone %.1f/s   whole clip %.1f/s   ratio %.2f\n", e, n, o, a, w, w / a }'
+# The step alone before and after the clip, as the machine may not stay as fast as it is.
+half=$(((frames + 1) / 2))
+before=$(rate $half -i "$folder/still.png" -o /dev/null)
+whole=$(rate "$frames" -i "$folder/in.mp4" -o "$folder/$output")
+after=$(rate $half -i "$folder/still.png" -o /dev/null)
+awk -v b="$before" -v a="$after" -v w="$whole" -v e="$(basename "$effect")" -v n="$frames" -v o="$output" 'BEGIN {
+    alone = 2 / (1 / a + 1 / b)
+    printf "clip_rate  %s 1920x1080 x%d to %s   render alone %.2f/s (%.2f before, %.2f after)   whole clip %.2f/s   ratio %.2f\n",
+        e, n, o, alone, b, a, w, w / alone }'

@@ -2,6 +2,7 @@
 
 #include "standalone/Errors.h"
 #include "standalone/cli/Commands.h"
+#include "standalone/guard/Memory.h"
 #include "standalone/guard/Outcome.h"
 
 namespace {
@@ -22,6 +23,7 @@ int RunChosen(const std::vector<Command>& commands) {
 } // namespace
 
 int main(int argc, char** argv) {
+    KeepFreedMemory();
     CLI::App tool("Runs shader effects from the command line.", "fxhost");
     tool.set_version_flag("--version", std::string("fxhost ") + FX_VERSION);
     tool.require_subcommand(1);
