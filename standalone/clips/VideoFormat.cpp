@@ -4,7 +4,8 @@
 #include <sstream>
 
 #include "standalone/Errors.h"
-#include "standalone/clips/VideoSource.h"
+#include "standalone/clips/EncoderFormats.h"
+#include "standalone/clips/VideoColours.h"
 
 namespace fxhost {
 
@@ -63,16 +64,20 @@ void AddWords(std::vector<std::string>& list, const std::string& text) {
 }
 
 // Conversion from RGB, and what the file says about it. Some encoders listen to the frames, some to options.
-void AddColours(std::vector<std::string>& list, const std::string& matrix, const VideoContent& content) {
+void AddColours(std::vector<std::string>& list, const ColourTags& tags, unsigned width, unsigned height) {
+    list.insert(list.end(), {"-vf", FromRgbFilter(tags, width, height), "-color_range",
+                             tags.isFullRange ? "pc" : "tv", "-colorspace", tags.matrix, "-color_primaries",
+                             tags.primaries, "-color_trc", tags.transfer});
+}
+
+ColourTags TagsFor(const std::string& pixelFormat, const VideoContent& content, unsigned width,
+                   unsigned height) {
+    if (pixelFormat.starts_with("yuvj")) // JPEG's, which no tag can change
+        return {"bt470bg", "bt470bg", "bt709", true};
+    const bool known = !content.matrix.empty() && content.matrix != "gbr" && content.matrix != "rgb";
+    const std::string matrix = known ? content.matrix : UsualMatrix(width, height);
     const auto orMatrix = [&](const std::string& said) { return said.empty() ? matrix : said; };
-    const std::string primaries = orMatrix(content.primaries), transfer = orMatrix(content.transfer);
-    list.insert(list.end(), {"-vf",
-                             "scale=flags=bilinear+accurate_rnd+full_chroma_int:out_range=tv:"
-                             "out_color_matrix=" +
-                                 ScalerMatrix(matrix) + ",setparams=range=tv:colorspace=" + matrix +
-                                 ":color_primaries=" + primaries + ":color_trc=" + transfer,
-                             "-color_range", "tv", "-colorspace", matrix, "-color_primaries", primaries,
-                             "-color_trc", transfer});
+    return {matrix, orMatrix(content.primaries), orMatrix(content.transfer)};
 }
 
 bool IsRgb(const std::string& pixelFormat) {
@@ -99,18 +104,21 @@ VideoFormat ChooseVideoFormat(const std::string& path, const VideoWishes& wishes
     std::string pixelFormat = wishes.pixelFormat;
     if (pixelFormat.empty() && own)
         pixelFormat = odd ? row.oddFormat : row.pixelFormat;
+    if (pixelFormat.empty())
+        pixelFormat =
+            UsualFormat(EncoderFormats(wishes.codec), depth > 8, content.hasAlpha, width % 2 || height % 2);
 
     VideoFormat format;
     format.partEnding = row.partEnding;
+    format.keepsAlpha = row.alpha || (content.hasAlpha && (!own || !wishes.pixelFormat.empty()));
     format.arguments = {"-c:v", own ? row.codec : wishes.codec};
     if (own)
         AddWords(format.arguments, row.options);
     if (!pixelFormat.empty())
         format.arguments.insert(format.arguments.end(), {"-pix_fmt", pixelFormat});
-    if (!IsRgb(pixelFormat)) {
-        const bool known = !content.matrix.empty() && content.matrix != "gbr" && content.matrix != "rgb";
-        AddColours(format.arguments, known ? content.matrix : UsualMatrix(width, height), content);
-    }
+    format.isYuv = !IsRgb(pixelFormat);
+    if (format.isYuv)
+        AddColours(format.arguments, TagsFor(pixelFormat, content, width, height), width, height);
     AddWords(format.arguments, wishes.options);
     return format;
 }

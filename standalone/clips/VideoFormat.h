@@ -26,6 +26,8 @@ struct VideoContent {
 struct VideoFormat {
     std::vector<std::string> arguments; // codec, pixel format, colours; all between input and output
     std::string partEnding;             // of files that can be joined to the output
+    bool isYuv = false;                 // whether the encoder takes luma and chroma
+    bool keepsAlpha = false;            // whether frames are to come with alpha
 };
 
 // Chosen by the output's ending: .mp4 and .m4v H.264, or H.265 with 10 bits for deep pictures; .mov ProRes

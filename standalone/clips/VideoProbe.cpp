@@ -79,7 +79,10 @@ void FillPixelFormat(const std::string& name, VideoInfo& info) {
     for (const Json& format : formats.at("pixel_formats")) {
         if (format.value("name", "") != name)
             continue;
-        info.hasAlpha = Number(format.value("flags", Json::object()), "alpha") > 0;
+        const Json flags = format.value("flags", Json::object());
+        info.hasAlpha = Number(flags, "alpha") > 0;
+        info.isYuv = Number(flags, "rgb") == 0 && Number(flags, "palette") == 0 &&
+                     Number(format, "nb_components") >= 3;
         const Json components = format.value("components", Json::array());
         for (const Json& component : components)
             info.bits = std::max(info.bits, static_cast<unsigned>(Number(component, "bit_depth")));

@@ -11,9 +11,10 @@ struct VideoInfo {
     unsigned width = 0, height = 0; // of the frames as they come out, turned if the file says so
     unsigned bits = 8;              // of the deepest channel
     bool hasAlpha = false;
-    FrameRate rate;    // the average one
-    long frames = 0;   // packets found in the file
-    long promised = 0; // what the header promises, 0 when it does not
+    bool isYuv = false; // luma and two chroma channels
+    FrameRate rate;     // the average one
+    long frames = 0;    // packets found in the file
+    long promised = 0;  // what the header promises, 0 when it does not
     bool hasSound = false;
     std::string codec;                       // "h264"
     std::string matrix, primaries, transfer; // FFmpeg's names: "bt709", ...; empty when the file does not say

@@ -5,6 +5,7 @@
 
 #include "standalone/Errors.h"
 #include "standalone/clips/ChildProcess.h"
+#include "standalone/clips/PipeFrames.h"
 #include "standalone/clips/PipeIO.h"
 #include "standalone/clips/VideoParts.h"
 #include "standalone/clips/VideoProbe.h"
@@ -14,27 +15,6 @@ namespace fxhost {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Float channels, nominally 0 to 1, to the 16-bit numbers that encoders take.
-std::vector<std::uint16_t> DeepChannels(const Picture& picture) {
-    const std::size_t count = std::size_t{picture.width} * picture.height * 4;
-    std::vector<std::uint16_t> channels(count);
-    const auto convert = [&](auto* from, float fullScale) {
-        for (std::size_t i = 0; i < count; i += 4)
-            for (std::size_t c = 0; c < 4; ++c) { // alpha goes last
-                const float unit = static_cast<float>(from[i + (c + 1) % 4]) / fullScale;
-                const float scaled = unit * 65535 + 0.5f;
-                channels[i + c] = !(scaled > 0)     ? 0
-                                  : scaled >= 65535 ? 65535
-                                                    : static_cast<std::uint16_t>(scaled);
-            }
-    };
-    if (picture.depth == 16)
-        convert(reinterpret_cast<const std::uint16_t*>(picture.bytes.data()), 32768);
-    else
-        convert(reinterpret_cast<const float*>(picture.bytes.data()), 1);
-    return channels;
-}
 
 class VideoSink final : public FrameSink {
 public:
@@ -51,13 +31,8 @@ public:
         m_Part = frame.place / PartFrames;
         if (!m_Encoder)
             m_Encoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::ToItsInput);
-        int error = 0;
-        if (picture.depth == 8) {
-            error = WriteFully(m_Encoder->pipe(), picture.bytes.data(), picture.bytes.size());
-        } else {
-            const auto channels = DeepChannels(picture);
-            error = WriteFully(m_Encoder->pipe(), channels.data(), channels.size() * 2);
-        }
+        const auto bytes = FrameOf(picture, pipeFormat());
+        const int error = WriteFully(m_Encoder->pipe(), bytes.data(), bytes.size());
         if (error)
             failed(*m_Encoder, frame.number, error);
     }
@@ -107,6 +82,11 @@ private:
             m_Parts.setShape(shape, m_Format.partEnding);
     }
 
+    PipeFormat pipeFormat() const {
+        const auto& shape = *m_Parts.shape();
+        return {shape.width, shape.height, shape.depth > 8, m_Format.isYuv, m_Format.keepsAlpha};
+    }
+
     std::vector<std::string> arguments() const {
         const auto& shape = *m_Parts.shape();
         std::vector<std::string> list = {"ffmpeg",
@@ -117,7 +97,7 @@ private:
                                          "-f",
                                          "rawvideo",
                                          "-pix_fmt",
-                                         shape.depth == 8 ? "argb" : "rgba64le",
+                                         pipeFormat().name(),
                                          "-video_size",
                                          std::to_string(shape.width) + "x" + std::to_string(shape.height),
                                          "-framerate",

@@ -15,10 +15,4 @@ namespace fxhost {
 std::unique_ptr<FrameSource> OpenVideo(const std::string& path, const VideoInfo& info,
                                        std::optional<unsigned> depth, long last);
 
-// The matrix that a video of this size has when it does not say: "bt709" from 720 rows on, else "smpte170m".
-std::string UsualMatrix(unsigned width, unsigned height);
-
-// The name that FFmpeg's scaler has for a matrix.
-std::string ScalerMatrix(const std::string& matrix);
-
 } // namespace fxhost

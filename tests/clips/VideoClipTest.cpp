@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include "standalone/Errors.h"
+#include "standalone/clips/EncoderFormats.h"
 #include "standalone/clips/VideoFormat.h"
 #include "standalone/clips/VideoProbe.h"
 #include "standalone/clips/VideoSource.h"
@@ -217,6 +218,72 @@ TEST_F(VideoClipTest, AVideoCannotChangeSize) {
     m_Request.output = at("out.mkv");
     EXPECT_THAT([&] { Clip(options, m_Request).run(growing, {}, {}, [] {}); },
                 Says<EffectFailure>("out.mkv: frame 4 has 8x16 pixels, but the video began with 8x8"));
+}
+
+// Halved chroma lies between two rows and on the left one of two columns, as H.264 has it unless it says
+// otherwise.
+TEST_F(VideoClipTest, ChromaLiesWhereVideoHasIt) {
+    // One column of blue on black at x = 31: only the samples at 30 and 32 are as near to it as one column,
+    // and weigh it with a quarter.
+    Picture line(64, 64, 8);
+    for (unsigned y = 0; y < 64; ++y)
+        for (unsigned x = 0; x < 64; ++x) // the renderer turns colours over, so the others are black
+            for (unsigned c = 0; c < 4; ++c)
+                line.Row(y)[4 * x + c] = c == 0 || !(c == 3 && x == 31) ? 255 : 0;
+    WritePicture(at("in.png"), line);
+    ClipOptions options;
+    options.frames = "1";
+    options.codecOptions = "-qp 0 -preset ultrafast";
+    ASSERT_EQ(run(options, "in.png", "out.mp4"), ExitOk);
+    shell("ffmpeg -v error -y -i " + at("out.mp4") + " -f rawvideo " + at("planes"));
+    const std::string planes = bytes("planes");
+    ASSERT_EQ(planes.size(), 64u * 64 * 3 / 2);
+    // BT.601: blue alone has the full 112 above 128.
+    const auto blueness = [&](unsigned column) {
+        return static_cast<unsigned char>(planes[64 * 64 + 16 * 32 + column]) - 128;
+    };
+    EXPECT_NEAR(blueness(14), 0, 1);
+    EXPECT_NEAR(blueness(15), 28, 1);
+    EXPECT_NEAR(blueness(16), 28, 1);
+    EXPECT_NEAR(blueness(17), 0, 1);
+
+    // The other way: the sample at 30 is the colour of column 30, and half of that of 29 and 31.
+    std::string uneven(64 * 64, 126);
+    uneven.append(64 * 64 / 2, '\x80');
+    for (unsigned row = 0; row < 32; ++row)
+        uneven[64 * 64 + row * 32 + 15] = '\xa0'; // 32 above: blue is more by 32 * 255 / 224 * 1.772
+    std::ofstream(at("uneven"), std::ios::binary) << uneven;
+    shell("ffmpeg -v error -y -f rawvideo -pix_fmt yuv420p -video_size 64x64 -i " + at("uneven") +
+          " -c:v libx264 -qp 0 " + at("in.mkv"));
+    ASSERT_EQ(run(options, "in.mkv", "seen_#.png"), ExitOk);
+    const Picture seen = ReadPicture(at("seen_1.png"), 8);
+    const double grey = (126 - 16) * 255.0 / 219, step = 32 * 255.0 / 224 * 1.772;
+    const double expected[] = {grey, grey + step / 2, grey + step, grey + step / 2, grey};
+    for (unsigned i = 0; i < 5; ++i)
+        EXPECT_NEAR(255 - seen.Row(20)[4 * (28 + i) + 3], expected[i], 1) << i;
+}
+
+TEST(VideoFormatTest, ForeignEncodersGetTheirUsualFormat) {
+    const struct {
+        std::vector<std::string> formats;
+        bool deep, alpha, odd;
+        const char* format;
+    } rows[] = {{{"gbrp", "yuv444p", "yuv420p", "yuv420p10le"}, false, false, false, "yuv420p"},
+                {{"gbrp", "yuv444p", "yuv420p", "yuv420p10le"}, true, true, false, "yuv420p10le"},
+                {{"gbrp", "yuv444p", "yuv420p"}, true, false, true, "yuv444p"},
+                {{"yuvj420p", "yuvj422p", "yuv420p"}, false, true, false, "yuvj420p"},
+                {{"rgb24", "rgba", "rgb48be"}, false, true, false, "rgba"},
+                {{"pal8"}, false, false, false, "pal8"},
+                {{}, false, false, false, ""}};
+    for (const auto& row : rows)
+        EXPECT_EQ(UsualFormat(row.formats, row.deep, row.alpha, row.odd), row.format);
+    EXPECT_THAT(EncoderFormats("libx264rgb"), testing::Contains("rgb24"));
+    // Tags for YUV only, and JPEG's are not to be chosen.
+    const auto arguments = [](const char* codec) {
+        return ChooseVideoFormat("a.mkv", {codec, "", ""}, {}, 1920, 1080, 8).arguments;
+    };
+    EXPECT_THAT(arguments("libx264rgb"), testing::Not(testing::Contains("-colorspace")));
+    EXPECT_THAT(arguments("mjpeg"), testing::IsSupersetOf({"yuvj420p", "pc", "bt470bg"}));
 }
 
 TEST(VideoFormatTest, WishesWinOverTheEnding) {
