@@ -1,10 +1,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <map>
+#include <string>
 #include <vector>
 
+#include "engine/utils/Utils.h"
 #include "gpu/OpenGLContext.h"
 #include "gpu/RenderTarget.h"
+#include "gpu/Shader.h"
 #include "platform/GL.h"
 #include "platform/GLProblem.h"
 
@@ -17,9 +21,13 @@ protected:
         m_Context.makeCurrent();
     }
     void TearDown() override {
-        if (IsSkipped())
-            return;
-        EXPECT_EQ(m_Context.release(), OpenGLContext::NoError);
+        Utils::ReadWholeTextFileCallback = nullptr;
+        Utils::ReadWholeFileCallback = nullptr;
+        Shader::s_ResourceDirectory = nullptr;
+        Shader::reverseFlip = false;
+        if (!IsSkipped()) {
+            EXPECT_EQ(m_Context.release(), OpenGLContext::NoError);
+        }
     }
 
     static GLint State(GLenum name) {
@@ -36,14 +44,36 @@ protected:
         return count;
     }
 
-    // All channels as GL returns them, bottom row first; not through the target's own read-back.
-    static std::vector<float> ReadFloats(const RenderTarget& target) {
-        std::vector<float> pixels(std::size_t(target.width()) * target.height() * 4);
-        glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer());
-        glReadPixels(0, 0, static_cast<GLsizei>(target.width()), static_cast<GLsizei>(target.height()),
-                     GL_RGBA, GL_FLOAT, pixels.data());
+    // What GL stores, bottom row first, before any swizzle; not through the product's own read-back.
+    static std::vector<float> Stored(const Texture& texture) {
+        std::vector<float> pixels(std::size_t(texture.width()) * texture.height() * 4);
+        glBindTexture(GL_TEXTURE_2D, texture.id());
+        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_FLOAT, pixels.data());
         return pixels;
+    }
+
+    // What the shader leaves in a target of this size: alpha, red, green, blue.
+    static std::vector<float> Drawn(Shader& shader, unsigned width, unsigned height, bool flip = false) {
+        RenderTarget target;
+        target.init(width, height, 32);
+        target.set(nullptr);
+        EXPECT_TRUE(shader.begin()) << shader.errorText();
+        shader.render(flip);
+        shader.end();
+        return Stored(target);
+    }
+
+    static void SetTexture(Shader& shader, const std::string& name, const Texture& texture) {
+        shader.getParameterInfo(name).value.SetInt(0, static_cast<std::int32_t>(texture.id()));
     }
 
     OpenGLContext m_Context;
 };
+
+// Bytes that differ from their neighbours, and that make finite numbers when they are read as floats.
+inline std::vector<unsigned char> CountedBytes(std::size_t count, unsigned first = 0) {
+    std::vector<unsigned char> bytes(count);
+    for (std::size_t i = 0; i < count; ++i)
+        bytes[i] = static_cast<unsigned char>((first + i * 7) % 113);
+    return bytes;
+}

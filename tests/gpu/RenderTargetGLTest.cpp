@@ -3,27 +3,27 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 #include "tests/gpu/GLFixture.h"
 
 namespace {
 
-class RenderTargetGLTest : public GLFixture {
-protected:
-    static std::array<GLint, 4> Viewport() {
-        std::array<GLint, 4> viewport{};
-        glGetIntegerv(GL_VIEWPORT, viewport.data());
-        return viewport;
-    }
-};
+using Box = std::array<GLint, 4>;
+
+Box Viewport() {
+    Box viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    return viewport;
+}
+
+class RenderTargetGLTest : public GLFixture {};
 
 TEST_F(RenderTargetGLTest, StartsClearedWithFramebufferZeroBound) {
+    glClearColor(1, 1, 1, 1);
     RenderTarget target;
     ASSERT_TRUE(target.init(5, 3, 8));
-    EXPECT_TRUE(target.usable());
     EXPECT_EQ(State(GL_FRAMEBUFFER_BINDING), 0);
-    EXPECT_EQ(ReadFloats(target), std::vector<float>(60, 0.0f));
+    EXPECT_EQ(Stored(target), std::vector<float>(60, 0.0f));
     ASSERT_TRUE(target.init(7, 2, 32));
     EXPECT_EQ(CountObjects(), 2) << "the first names are gone";
     target.release();
@@ -31,78 +31,61 @@ TEST_F(RenderTargetGLTest, StartsClearedWithFramebufferZeroBound) {
     EXPECT_EQ(CountObjects(), 0);
 }
 
-template <class Channel>
-std::vector<Channel> CountedChannels(std::size_t count, Channel step) {
-    std::vector<Channel> channels(count);
-    for (std::size_t i = 0; i < count; ++i)
-        channels[i] = static_cast<Channel>(static_cast<Channel>(i) * step);
-    return channels;
-}
-
-template <class Channel>
-void ExpectReadBack(unsigned depth, Channel step) {
-    const std::vector<Channel> pixels = CountedChannels<Channel>(7 * 3 * 4, step);
-    RenderTarget target;
-    target.init(1, 1, depth);
-    target.grabPixels(pixels.data(), 7, 3, depth, 7 * 4 * sizeof(Channel), true, false);
-    const void* mapped = target.grabBegin();
-    ASSERT_NE(mapped, nullptr);
-    EXPECT_EQ(std::memcmp(mapped, pixels.data(), pixels.size() * sizeof(Channel)), 0) << "depth " << depth;
-    target.grabEnd(const_cast<void*>(mapped));
-}
-
-TEST_F(RenderTargetGLTest, ReadsBackTightRowsAtEveryDepth) {
-    ExpectReadBack<std::uint8_t>(8, 3);
-    ExpectReadBack<std::uint16_t>(15, 777);
-    ExpectReadBack<std::uint16_t>(16, 777);
-    ExpectReadBack<float>(32, -1.25f);
-}
-
-TEST_F(RenderTargetGLTest, ReadBackUsesTheFixedPackBuffer) {
-    RenderTarget target;
-    target.init(3, 2, 16);
-    target.grabBegin();
-    EXPECT_EQ(State(GL_PIXEL_PACK_BUFFER_BINDING), 4863);
-    GLint size = 0;
-    glGetBufferParameteriv(GL_PIXEL_PACK_BUFFER, GL_BUFFER_SIZE, &size);
-    EXPECT_EQ(size, 3 * 2 * 8);
-    EXPECT_EQ(RenderTarget::m_CurrentFBO, target.framebuffer());
-    EXPECT_EQ(Viewport(), (std::array<GLint, 4>{0, 0, 3, 2}));
-    target.grabEnd(nullptr);
-    EXPECT_EQ(State(GL_PIXEL_PACK_BUFFER_BINDING), 0);
-    target.grabBegin();
-    target.grabEnd(nullptr);
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << "a second read-back finds the buffer unmapped";
+TEST_F(RenderTargetGLTest, ReadsBackTightRowsThroughTheFixedPackBuffer) {
+    for (const auto& [depth, channelBytes] : {std::pair{8u, 1u}, {15u, 2u}, {16u, 2u}, {32u, 4u}}) {
+        const std::size_t rowBytes = 7 * 4 * channelBytes, stride = 9 * 4 * channelBytes;
+        const std::vector<unsigned char> pixels = CountedBytes(3 * stride);
+        RenderTarget target;
+        target.init(1, 1, depth);
+        target.grabPixels(pixels.data(), 7, 3, depth, static_cast<long>(stride), true, false);
+        const auto* const mapped = static_cast<const unsigned char*>(target.grabBegin());
+        ASSERT_NE(mapped, nullptr) << depth;
+        for (std::size_t y = 0; y < 3; ++y)
+            EXPECT_EQ(std::memcmp(mapped + y * rowBytes, &pixels[y * stride], rowBytes), 0) << depth;
+        EXPECT_EQ(State(GL_PIXEL_PACK_BUFFER_BINDING), 4863);
+        EXPECT_EQ(Viewport(), (Box{0, 0, 7, 3}));
+        target.grabEnd(nullptr);
+        EXPECT_EQ(State(GL_PIXEL_PACK_BUFFER_BINDING), 0);
+        GLint isMapped = GL_TRUE;
+        glBindBuffer(GL_PIXEL_PACK_BUFFER, 4863);
+        glGetBufferParameteriv(GL_PIXEL_PACK_BUFFER, GL_BUFFER_MAPPED, &isMapped);
+        glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+        EXPECT_EQ(isMapped, GL_FALSE);
+    }
 }
 
 TEST_F(RenderTargetGLTest, SetTakesARectangleOrTheWholeTarget) {
-    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float nan = NAN;
+    constexpr Box whole{0, 0, 9, 7};
     RenderTarget target;
     target.init(9, 7, 8);
     const struct {
         Vector4 rect;
-        std::array<GLint, 4> viewport;
+        Box viewport;
     } rows[] = {
         {{1.9f, 2.0f, 3.9f, 4.2f}, {1, 2, 3, 4}},
         {{-2.5f, 0, 5, 5}, {-2, 0, 5, 5}},
-        {{1, 1, 0, 4}, {0, 0, 9, 7}},
-        {{1, 1, 4, -4}, {0, 0, 9, 7}},
-        {{-1, 0, 0, 0}, {0, 0, 9, 7}},
-        {{nan, nan, nan, nan}, {0, 0, 9, 7}},
+        {{1, 1, 0, 4}, whole},
+        {{1, 1, 4, 0}, whole},
+        {{1, 1, 4, -4}, whole},
+        {{-1, 0, 0, 0}, whole},
+        {{nan, nan, nan, nan}, whole},
         {{nan, 1, 2, 2}, {0, 1, 2, 2}},
     };
     for (const auto& row : rows) {
         RenderTarget::m_CurrentFBO = 0;
+        glViewport(3, 3, 3, 3);
         target.set(&row.rect);
         EXPECT_EQ(Viewport(), row.viewport) << row.rect.x << " " << row.rect.z << " " << row.rect.w;
         EXPECT_EQ(RenderTarget::m_CurrentFBO, target.framebuffer());
+        EXPECT_EQ(State(GL_FRAMEBUFFER_BINDING), static_cast<GLint>(target.framebuffer()));
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
     }
     const Vector4 huge{0, 0, 1e30f, 1e30f};
     target.set(&huge);
     EXPECT_GE(Viewport()[2], 9) << "clamped by GL, but never wrapped around";
     target.set(nullptr);
-    EXPECT_EQ(Viewport(), (std::array<GLint, 4>{0, 0, 9, 7}));
-    EXPECT_EQ(State(GL_FRAMEBUFFER_BINDING), static_cast<GLint>(target.framebuffer()));
+    EXPECT_EQ(Viewport(), whole);
 }
 
 TEST_F(RenderTargetGLTest, BlitMirrorsAndScales) {
@@ -110,23 +93,22 @@ TEST_F(RenderTargetGLTest, BlitMirrorsAndScales) {
     source.init(1, 1, 32);
     same.init(2, 4, 32);
     half.init(1, 2, 32);
-    const std::vector<float> pixels = CountedChannels<float>(2 * 4 * 4, 1.0f);
+    std::vector<float> pixels(2 * 4 * 4);
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+        pixels[i] = static_cast<float>(i);
     source.grabPixels(pixels.data(), 2, 4, 32, 32, true, false);
 
     source.blit(same, false, false);
-    EXPECT_EQ(ReadFloats(same), pixels);
+    EXPECT_EQ(Stored(same), pixels);
     source.blit(same, true, false);
-    const std::vector<float> mirrored = ReadFloats(same);
-    for (std::size_t y = 0; y < 4; ++y)
-        for (std::size_t i = 0; i < 8; ++i)
-            EXPECT_EQ(mirrored[y * 8 + i], pixels[(3 - y) * 8 + i]);
+    const std::vector<float> mirrored = Stored(same);
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+        EXPECT_EQ(mirrored[i], pixels[(3 - i / 8) * 8 + i % 8]) << i;
     source.blit(half, false, true);
     // The mean of each block of 2 x 2 pixels: rows 0 and 1, columns 0 and 1 hold 0, 4, 8 and 12.
-    const std::vector<float> means = ReadFloats(half);
-    for (std::size_t i = 0; i < 4; ++i) {
-        EXPECT_FLOAT_EQ(means[i], 6.0f + static_cast<float>(i));
-        EXPECT_FLOAT_EQ(means[4 + i], 22.0f + static_cast<float>(i));
-    }
+    const std::vector<float> means = Stored(half);
+    for (std::size_t i = 0; i < 8; ++i)
+        EXPECT_FLOAT_EQ(means[i], static_cast<float>(i < 4 ? 6 + i : 18 + i)) << i;
 }
 
 } // namespace
