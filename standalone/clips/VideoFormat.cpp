@@ -1,7 +1,9 @@
 #include "standalone/clips/VideoFormat.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <sstream>
+#include <thread>
 
 #include "standalone/Errors.h"
 #include "standalone/clips/EncoderFormats.h"
@@ -88,6 +90,10 @@ bool IsRgb(const std::string& pixelFormat) {
 
 } // namespace
 
+std::string CodecThreads() {
+    return std::to_string(std::max(1u, std::thread::hardware_concurrency() / 2));
+}
+
 void RequireVideoEnding(const std::string& path) {
     if (!FindRow(Ending(path), false, false))
         throw WrongUse("--output " + path +
@@ -112,8 +118,10 @@ VideoFormat ChooseVideoFormat(const std::string& path, const VideoWishes& wishes
     format.partEnding = row.partEnding;
     format.keepsAlpha = row.alpha || (content.hasAlpha && (!own || !wishes.pixelFormat.empty()));
     format.arguments = {"-c:v", own ? row.codec : wishes.codec};
-    if (own)
+    if (own) {
         AddWords(format.arguments, row.options);
+        format.arguments.insert(format.arguments.end(), {"-threads", CodecThreads()});
+    }
     if (!pixelFormat.empty())
         format.arguments.insert(format.arguments.end(), {"-pix_fmt", pixelFormat});
     format.isYuv = !IsRgb(pixelFormat);

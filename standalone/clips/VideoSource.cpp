@@ -5,6 +5,7 @@
 #include "standalone/clips/PipeFrames.h"
 #include "standalone/clips/PipeIO.h"
 #include "standalone/clips/VideoColours.h"
+#include "standalone/clips/VideoFormat.h"
 
 namespace fxhost {
 
@@ -34,7 +35,7 @@ public:
 
 private:
     std::vector<std::string> arguments() const {
-        std::vector<std::string> list = {"ffmpeg", "-v", "error", "-nostdin"};
+        std::vector<std::string> list = {"ffmpeg", "-v", "error", "-nostdin", "-threads", CodecThreads()};
         if (m_Info.codec == "vp9" && m_Info.hasAlpha) // the built-in decoder drops it
             list.insert(list.end(), {"-c:v", "libvpx-vp9"});
         list.insert(list.end(),
