@@ -1,218 +1,143 @@
-#include <gmock/gmock.h>
-
-#include "AE_EffectCBSuites.h"
-#include "PrSDKAESupport.h"
-#include "tests/stricthost/StandIn.h"
+#include "tests/stricthost/HostTest.h"
 
 namespace {
 
-using stricthost::FrameRequest;
-using stricthost::FrameResult;
-using stricthost::Options;
-using stricthost::Personality;
-using testing::IsEmpty;
+using testing::ElementsAre;
 
-constexpr std::uint32_t s_Declared[] = {0x62677261, 0x62677278, 0x62677258,
-                                        0x62677241, 0x62675241, 0x62675258};
+class FrameTest : public HostTest {};
 
-FrameResult RenderOnce(StandIn& plugin, Options options, const FrameRequest& request) {
-    plugin.formats.assign(std::begin(s_Declared), std::end(s_Declared));
-    const auto host = SetUpHost(std::move(options));
-    FrameResult result = host->NewInstance().Render(request);
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
-    return result;
-}
-
-TEST(FrameTest, EveryDepthPassesThroughEveryPersonality) {
-    for (const Personality personality :
+TEST_F(FrameTest, EveryDepthPassesThroughEveryPersonality) {
+    for (const auto personality :
          {Personality::AfterEffects, Personality::AfterEffectsPlain, Personality::Premiere})
         for (const unsigned depth : {8u, 16u, 32u})
             for (const unsigned padding : {0u, 13u}) {
-                StandIn plugin;
-                Options options;
-                options.personality = personality;
-                options.rowPadding = padding;
-                const fxhost::Picture input = Gradient(5, 7, depth);
-                FrameRequest request;
-                request.input = &input;
-                const FrameResult result = RenderOnce(plugin, options, request);
+                m_Options.personality = personality;
+                m_Options.rowPadding = padding;
+                m_Input = Gradient(5, 7, depth);
+                const FrameResult result = RenderOnce();
                 EXPECT_EQ(result.error, PF_Err_NONE);
                 EXPECT_EQ(result.picture.depth, depth);
-                EXPECT_EQ(result.picture.bytes, Inverted(input).bytes)
-                    << depth << " bits, padding " << padding;
+                EXPECT_EQ(result.picture.bytes, Inverted(m_Input).bytes) << depth << ", " << padding;
             }
 }
 
-TEST(FrameTest, PremiereFormatsAreToldAsTheyWereDeclared) {
-    for (const std::uint32_t format : s_Declared) {
-        StandIn plugin;
-        std::uint32_t seen = 0;
-        plugin.before[PF_Cmd_RENDER] = [&seen](Command& c) {
-            const auto* suite =
-                static_cast<const PF_PixelFormatSuite*>(Acquire(c, "PF Pixel Format Suite", 1));
-            auto code = PrPixelFormat_Invalid;
-            EXPECT_EQ(suite->GetPixelFormat(&c.params[0]->u.ld, &code), PF_Err_NONE);
-            seen = static_cast<std::uint32_t>(code);
-            Release(c, "PF Pixel Format Suite", 1);
-        };
-        Options options;
-        options.personality = Personality::Premiere;
-        const unsigned depth = format == 0x62677261 || format == 0x62677278   ? 8
-                               : format == 0x62677258 || format == 0x62677241 ? 16
-                                                                              : 32;
-        const fxhost::Picture input = Gradient(40, 3, depth);
-        FrameRequest request;
-        request.input = &input;
-        request.format = format;
-        RenderOnce(plugin, options, request);
+TEST_F(FrameTest, PremiereFormatsAreToldAsTheyWereDeclared) {
+    std::uint32_t seen = 0;
+    m_Plugin.before[PF_Cmd_RENDER] = [&seen](Command& c) { seen = c.FormatOf(c.Input()); };
+    m_Options.personality = Personality::Premiere;
+    for (const auto& [format, bits] : m_Plugin.formats) {
+        m_Input = Gradient(40, 3, bits);
+        m_Request.format = format;
+        EXPECT_EQ(RenderOnce().picture.bytes, Inverted(m_Input).bytes) << format;
         EXPECT_EQ(seen, format);
     }
-}
-
-TEST(FrameTest, AFormatThatWasNotDeclaredCannotBeAskedFor) {
-    StandIn plugin;
-    plugin.formats = {0x62677261};
-    Options options;
-    options.personality = Personality::Premiere;
-    const auto host = SetUpHost(options);
-    const fxhost::Picture deep = Gradient(4, 4, 16);
-    FrameRequest request;
-    request.input = &deep;
-    stricthost::Instance& instance = host->NewInstance();
-    EXPECT_THROW(instance.Render(request), std::invalid_argument);
-}
-
-TEST(FrameTest, TheFrameIsDescribedAtFullResolution) {
-    StandIn plugin;
-    plugin.before[PF_Cmd_FRAME_SETUP] = [](Command& c) {
-        EXPECT_EQ(c.in->width, 80); // the input has 40 at half resolution
-        EXPECT_EQ(c.in->height, 36);
-        EXPECT_EQ(c.params[0]->u.ld.width, 40);
-        EXPECT_EQ(c.params[0]->u.ld.data, nullptr);
-        EXPECT_EQ(c.in->downsample_x.den, 2u);
-        EXPECT_EQ(c.in->pixel_aspect_ratio.num, 3);
-        EXPECT_EQ(c.in->current_time, -6);
-        EXPECT_EQ(c.in->time_step, 2);
-        EXPECT_EQ(c.in->time_scale, 50u);
-        EXPECT_EQ(c.out->width, 40);
-    };
-    const fxhost::Picture input = Gradient(40, 9);
-    FrameRequest request;
-    request.input = &input;
-    request.downsampleX = {1, 2};
-    request.downsampleY = {1, 4};
-    request.pixelAspect = {3, 2};
-    request.time = -6;
-    request.timeStep = 2;
-    request.timeScale = 50;
-    Options options;
-    options.personality = Personality::AfterEffectsPlain;
-    RenderOnce(plugin, options, request);
-}
-
-TEST(FrameTest, APluginWithTheFlagForItChoosesTheOutputsSize) {
-    for (const bool allowed : {true, false}) {
-        StandIn plugin;
-        if (allowed)
-            plugin.flags |= PF_OutFlag_I_EXPAND_BUFFER;
-        plugin.after[PF_Cmd_FRAME_SETUP] = [](Command& c) {
-            c.out->width = 60;
-            c.out->height = 20;
-            c.out->origin = {{10}, {5}};
-        };
-        plugin.before[PF_Cmd_RENDER] = [allowed](Command& c) {
-            EXPECT_EQ(c.in->output_origin_x, allowed ? 10 : 0);
-            EXPECT_EQ(c.in->output_origin_y, allowed ? 5 : 0);
-        };
-        const fxhost::Picture input = Gradient(40, 10);
-        FrameRequest request;
-        request.input = &input;
-        Options options;
-        options.personality = Personality::AfterEffectsPlain;
-        const FrameResult result = RenderOnce(plugin, options, request);
-        EXPECT_EQ(result.resizeRefused, !allowed);
-        EXPECT_EQ(result.picture.width, allowed ? 60u : 40u);
-        EXPECT_EQ(result.originX, allowed ? -10 : 0);
-        EXPECT_EQ(result.originY, allowed ? -5 : 0);
+    m_Plugin.formats = {{0x62677261, 8}};
+    m_Input = Gradient(4, 4, 16);
+    for (const std::uint32_t notDeclared : {0u, 0x62677258u}) {
+        m_Request.format = notDeclared;
+        EXPECT_THROW(Start().Render(m_Request), std::invalid_argument);
     }
 }
 
-TEST(FrameTest, PremiereMayHandOverAnOutputOfAnotherSizeAndATrimmedInput) {
-    StandIn plugin;
-    plugin.before[PF_Cmd_RENDER] = [](Command& c) {
-        EXPECT_EQ(c.in->pre_effect_source_origin_x, -2);
-        EXPECT_EQ(c.in->pre_effect_source_origin_y, 3);
-        EXPECT_EQ(c.in->width, 48);
-        EXPECT_EQ(c.output->width, 50);
-        EXPECT_EQ(c.output->height, 6);
+TEST_F(FrameTest, PremiereMayTrimTheInputAndPrepareAnOutputOfAnotherSize) {
+    m_Plugin.before[PF_Cmd_RENDER] = [](Command& c) {
+        EXPECT_THAT(
+            (Numbers{double(c.in->pre_effect_source_origin_x), double(c.in->pre_effect_source_origin_y),
+                     double(c.in->width), double(c.output->width), double(c.output->height)}),
+            ElementsAre(-2, 3, 48, 50, 6));
     };
-    const fxhost::Picture input = Gradient(40, 10);
-    FrameRequest request;
-    request.input = &input;
-    request.layerWidth = 48;
-    request.outputWidth = 50;
-    request.outputHeight = 6;
-    request.preEffectOriginX = -2;
-    request.preEffectOriginY = 3;
-    Options options;
-    options.personality = Personality::Premiere;
-    EXPECT_EQ(RenderOnce(plugin, options, request).picture.height, 6u);
+    m_Request.layerWidth = 48;
+    m_Request.outputWidth = 50;
+    m_Request.outputHeight = 6;
+    m_Request.preEffectOriginX = -2;
+    m_Request.preEffectOriginY = 3;
+    m_Options.personality = Personality::Premiere;
+    EXPECT_EQ(RenderOnce().picture.height, 6u);
 }
 
-TEST(FrameTest, FrameDataTravelsFromSetupToSetdown) {
-    StandIn plugin;
-    PF_Handle made = nullptr;
-    plugin.after[PF_Cmd_FRAME_SETUP] = [&made](Command& c) {
-        EXPECT_EQ(c.in->frame_data, nullptr);
-        c.out->frame_data = made = Handles(c).host_new_handle(8);
+TEST_F(FrameTest, TheFrameIsDescribedAtFullResolution) {
+    m_Plugin.before[PF_Cmd_FRAME_SETUP] = [](Command& c) {
+        EXPECT_THAT((Numbers{double(c.in->width), double(c.in->height), double(c.in->downsample_x.den),
+                             double(c.in->downsample_y.den), double(c.in->pixel_aspect_ratio.num)}),
+                    ElementsAre(80, 40, 2, 4, 3)); // of an input of 40 x 10
+        EXPECT_THAT((Numbers{double(c.in->current_time), double(c.in->time_step), double(c.in->time_scale)}),
+                    ElementsAre(-6, 2, 50));
+        EXPECT_THAT((Numbers{double(c.Input().width), double(c.Input().height), double(c.out->width)}),
+                    ElementsAre(40, 10, 40));
+        EXPECT_EQ(c.Input().data, nullptr);
     };
-    plugin.before[PF_Cmd_RENDER] = [&made](Command& c) { EXPECT_EQ(c.in->frame_data, made); };
-    plugin.before[PF_Cmd_FRAME_SETDOWN] = [&made](Command& c) {
-        EXPECT_EQ(c.out->frame_data, made);
-        Handles(c).host_dispose_handle(c.out->frame_data);
-        c.out->frame_data = nullptr;
-    };
-    const fxhost::Picture input = Gradient(40, 3);
-    FrameRequest request;
-    request.input = &input;
-    Options options;
-    options.personality = Personality::Premiere;
-    RenderOnce(plugin, options, request);
-    EXPECT_NE(made, nullptr);
+    m_Request.downsampleX = {1, 2};
+    m_Request.downsampleY = {1, 4};
+    m_Request.pixelAspect = {3, 2};
+    m_Request.time = -6;
+    m_Request.timeStep = 2;
+    m_Request.timeScale = 50;
+    RenderOnce();
 }
 
-TEST(FrameTest, AnErrorGivesNoPictureAndNoBlameForTheOutput) {
-    StandIn plugin;
-    plugin.instead[PF_Cmd_RENDER] = [](Command&) -> PF_Err { return PF_Err_INTERNAL_STRUCT_DAMAGED; };
-    const fxhost::Picture input = Gradient(4, 4);
-    FrameRequest request;
-    request.input = &input;
-    Options options;
-    options.personality = Personality::AfterEffectsPlain;
-    const FrameResult result = RenderOnce(plugin, options, request);
+TEST_F(FrameTest, APluginWithTheFlagForItChoosesTheOutputsSize) {
+    const PF_OutFlags flags = m_Plugin.flags;
+    for (const A_long border : {8, -4}) // around the input of 40 x 10
+        for (const bool allowed : {true, false}) {
+            const bool expands = (border > 0) == allowed;
+            m_Plugin.flags = flags | (expands ? PF_OutFlag_I_EXPAND_BUFFER : PF_OutFlag_I_SHRINK_BUFFER);
+            m_Plugin.after[PF_Cmd_FRAME_SETUP] = [border](Command& c) {
+                c.out->width = 40 + 2 * border;
+                c.out->height = 10 + border;
+                c.out->origin = {{border}, {border / 2}};
+            };
+            const A_long granted = allowed ? border : 0;
+            m_Plugin.before[PF_Cmd_RENDER] = [granted](Command& c) {
+                EXPECT_EQ(c.in->output_origin_x, granted);
+                EXPECT_EQ(c.in->output_origin_y, granted / 2);
+            };
+            const FrameResult result = RenderOnce();
+            EXPECT_EQ(result.resizeRefused, !allowed);
+            EXPECT_EQ(result.picture.width, 40 + 2 * granted);
+            EXPECT_EQ(result.originX, -granted);
+            EXPECT_EQ(result.originY, -granted / 2);
+        }
+}
+
+TEST_F(FrameTest, AnErrorGivesItsMessageButNoPictureAndNoBlameForTheOutput) {
+    m_Plugin.does[PF_Cmd_RENDER] = [](Command& c) {
+        std::strcpy(c.out->return_msg, "broken");
+        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+    };
+    const FrameResult result = RenderOnce();
     EXPECT_EQ(result.error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_EQ(result.message, "broken");
     EXPECT_EQ(result.picture.width, 0u);
-    EXPECT_EQ(plugin.log, "gpsFRDdx"); // set down all the same
+    EXPECT_EQ(m_Plugin.log, "gpsFRDdx"); // set down all the same
 }
 
-TEST(FrameTest, CopyAndFillWorkOnWholeWorldsAndParts) {
-    StandIn plugin;
-    plugin.instead[PF_Cmd_RENDER] = [](Command& c) -> PF_Err {
-        c.in->utils->copy(c.in->effect_ref, &c.params[0]->u.ld, c.output, nullptr, nullptr);
+TEST_F(FrameTest, CopyAndFillWorkOnWholeWorldsAndParts) {
+    m_Input = Gradient(6, 4);
+    m_Plugin.does[PF_Cmd_RENDER] = [](Command& c) {
+        PF_LayerDef input = c.Input(), own = {}, deep = {};
+        const PF_ProgPtr effect = c.in->effect_ref;
+        c.Utils().new_world(effect, 6, 4, PF_NewWorldFlag_NONE, &own);
+        c.Utils().new_world(effect, 6, 4, PF_NewWorldFlag_DEEP_PIXELS, &deep);
+        EXPECT_NE(c.Utils().copy(effect, &input, &deep, nullptr, nullptr), PF_Err_NONE);
+        c.Utils().copy(effect, &input, &own, nullptr, nullptr);
+        c.Utils().copy(effect, &own, c.output, nullptr, nullptr);
+        PF_Rect from = {2, 0, 9, 9}, to = {4, 0, 6, 2}; // `from` ends at (6, 4), so every second pixel
+        c.Utils().copy(effect, &own, c.output, &from, &to);
         const PF_Pixel color = {1, 2, 3, 4};
-        const PF_Rect corner = {0, 0, 1, 1};
-        return c.in->utils->fill(c.in->effect_ref, &color, &corner, c.output);
+        const PF_Pixel16 deepColor = {1, 2, 3, 4};
+        const PF_Rect corner = {-3, 0, 1, 1};
+        EXPECT_NE(c.Utils().fill16(effect, &deepColor, nullptr, c.output), PF_Err_NONE);
+        EXPECT_EQ(c.Utils().fill16(effect, &deepColor, nullptr, &deep), PF_Err_NONE);
+        c.Utils().dispose_world(effect, &own);
+        c.Utils().dispose_world(effect, &deep);
+        return c.Utils().fill(effect, &color, &corner, c.output);
     };
-    const fxhost::Picture input = Gradient(6, 4);
-    FrameRequest request;
-    request.input = &input;
-    Options options;
-    options.personality = Personality::AfterEffectsPlain;
-    fxhost::Picture expected = input;
-    for (std::uint8_t i = 0; i < 4; ++i)
-        expected.bytes[i] = static_cast<std::uint8_t>(i + 1);
-    EXPECT_EQ(RenderOnce(plugin, options, request).picture.bytes, expected.bytes);
+    fxhost::Picture expected = m_Input;
+    for (const unsigned y : {0u, 1u})
+        for (const unsigned x : {0u, 1u})
+            std::copy_n(m_Input.Row(2 * y) + 4 * (2 + 2 * x), 4, expected.Row(y) + 4 * (4 + x));
+    std::iota(expected.Row(0), expected.Row(0) + 4, std::uint8_t{1});
+    EXPECT_EQ(RenderOnce().picture.bytes, expected.bytes);
 }
 
 } // namespace

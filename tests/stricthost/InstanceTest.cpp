@@ -1,148 +1,85 @@
-#include <gmock/gmock.h>
+#include <fstream>
 
-#include <thread>
-
-#include "tests/stricthost/StandIn.h"
+#include "tests/stricthost/HostTest.h"
 
 namespace {
 
-using stricthost::Instance;
-using stricthost::Options;
-using stricthost::Personality;
-using testing::IsEmpty;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::ThrowsMessage;
 
-std::string LogOfOneFrame(Personality personality, StandIn& plugin) {
-    Options options;
-    options.personality = personality;
-    plugin.formats = {0x62677261};
-    const auto host = SetUpHost(options);
-    const fxhost::Picture input = Gradient(4, 4);
-    stricthost::FrameRequest request;
-    request.input = &input;
-    EXPECT_EQ(host->NewInstance().Render(request).error, PF_Err_NONE);
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
-    return plugin.log;
-}
+class InstanceTest : public HostTest {};
 
-TEST(InstanceTest, EachPersonalityHasItsOrderOfCommands) {
-    {
-        StandIn plugin;
-        EXPECT_EQ(LogOfOneFrame(Personality::AfterEffects, plugin), "gpsPSdx");
-    }
-    {
-        StandIn plugin;
-        plugin.flags2 = 0;
-        EXPECT_EQ(LogOfOneFrame(Personality::AfterEffects, plugin), "gpsFRDdx");
-    }
-    {
-        StandIn plugin;
-        EXPECT_EQ(LogOfOneFrame(Personality::AfterEffectsPlain, plugin), "gpsFRDdx");
-    }
-    {
-        StandIn plugin;
-        plugin.flags |= PF_OutFlag_I_EXPAND_BUFFER;
-        EXPECT_EQ(LogOfOneFrame(Personality::AfterEffectsPlain, plugin), "gpsFDFRDdx");
-    }
-    {
-        StandIn plugin;
-        EXPECT_EQ(LogOfOneFrame(Personality::Premiere, plugin), "gpsFRDdx");
+TEST_F(InstanceTest, EachPersonalityHasItsOrderOfCommands) {
+    const PF_OutFlags2 smart = PF_OutFlag2_SUPPORTS_SMART_RENDER;
+    const struct {
+        Personality personality;
+        PF_OutFlags flags;
+        PF_OutFlags2 flags2;
+        const char* log;
+        A_short minorVersion;
+    } rows[] = {
+        {Personality::AfterEffects, 0, smart, "gpsPSdx", 28},
+        {Personality::AfterEffects, 0, 0, "gpsFRDdx", 28},
+        {Personality::AfterEffectsPlain, 0, smart, "gpsFRDdx", 28},
+        {Personality::AfterEffectsPlain, PF_OutFlag_I_EXPAND_BUFFER, smart, "gpsFDFRDdx", 28},
+        {Personality::Premiere, PF_OutFlag_I_EXPAND_BUFFER, smart, "gpsFRDdx", 4},
+    };
+    A_short minorVersion = 0;
+    m_Plugin.before[PF_Cmd_GLOBAL_SETUP] = [&](Command& c) { minorVersion = c.in->version.minor; };
+    for (const auto& row : rows) {
+        m_Options.personality = row.personality;
+        m_Plugin.flags = row.flags;
+        m_Plugin.flags2 = row.flags2;
+        EXPECT_EQ(RenderOnce().error, PF_Err_NONE);
+        EXPECT_EQ(m_Plugin.log, row.log);
+        EXPECT_EQ(minorVersion, row.minorVersion);
     }
 }
 
-TEST(InstanceTest, GlobalDataComesBackWithEveryCommandUntilThePluginFreesIt) {
-    StandIn plugin;
-    PF_Handle global = nullptr;
-    int commands = 0;
-    plugin.instead[PF_Cmd_GLOBAL_SETUP] = [&](Command& c) -> PF_Err {
-        EXPECT_EQ(c.in->global_data, nullptr);
-        c.out->my_version = 1;
-        c.out->global_data = global = Handles(c).host_new_handle(8);
-        return PF_Err_NONE;
-    };
-    const auto expect = [&](Command& c) {
-        EXPECT_EQ(c.in->global_data, global);
-        EXPECT_EQ(c.out->global_data, global);
-        ++commands;
-    };
-    plugin.before[PF_Cmd_PARAMS_SETUP] = plugin.before[PF_Cmd_SEQUENCE_SETUP] = expect;
-    plugin.instead[PF_Cmd_GLOBAL_SETDOWN] = [&](Command& c) -> PF_Err {
-        expect(c);
-        Handles(c).host_dispose_handle(c.in->global_data);
-        c.out->global_data = nullptr;
-        return PF_Err_NONE;
-    };
-    const auto host = SetUpHost();
-    host->NewInstance();
-    host->Finish();
-    EXPECT_EQ(commands, 3);
-    EXPECT_THAT(host->Violations(), IsEmpty());
-}
-
-TEST(InstanceTest, DuplicateFlattensAndSetsBothUpAgain) {
-    StandIn plugin;
+TEST_F(InstanceTest, DuplicateFlattensAndSetsBothUpAgain) {
     std::string seen;
-    plugin.before[PF_Cmd_SEQUENCE_RESETUP] = [&seen](Command& c) {
-        seen += std::string(*c.in->sequence_data) + ";";
-    };
-    const auto host = SetUpHost();
-    Instance& original = host->NewInstance();
+    m_Plugin.before[PF_Cmd_SEQUENCE_RESETUP] = [&seen](Command& c) { seen += *c.in->sequence_data; };
+    Instance& original = Start();
     original.SetValue(1, 7.0);
     Instance& copy = original.Duplicate();
-    EXPECT_EQ(plugin.log, "gpsfrr");
-    EXPECT_EQ(seen, "flat;flat;");
+    EXPECT_EQ(m_Plugin.log, "gpsfrr");
+    EXPECT_EQ(seen, "flatflat");
     EXPECT_EQ(std::get<double>(copy.Value(1)), 7.0);
     original.Delete();
     copy.SetValue(1, 8.0);
-    host->Finish();
-    EXPECT_EQ(plugin.log, "gpsfrrddx");
-    EXPECT_THAT(host->Violations(), IsEmpty());
+    Finish();
+    EXPECT_EQ(m_Plugin.log, "gpsfrrddx");
     EXPECT_THROW(original.UpdateUI(), std::logic_error);
 }
 
-TEST(InstanceTest, AProjectIsSavedAsTheFlatBytesAndOpenedFromThem) {
-    StandIn plugin;
-    const auto host = SetUpHost();
-    const std::vector<char> bytes = host->NewInstance().SaveAndReopen();
-    ASSERT_EQ(bytes.size(), 16u);
-    EXPECT_STREQ(bytes.data(), "flat");
-    host->OpenInstance(&bytes);
-    host->OpenInstance(nullptr);
-    EXPECT_EQ(plugin.log, "gpsfdrrr");
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
-}
-
-TEST(InstanceTest, APluginMayDisposeOfTheOldHandleItself) {
-    StandIn plugin;
-    plugin.after[PF_Cmd_SEQUENCE_FLATTEN] = [](Command& c) {
-        Handles(c).host_dispose_handle(c.in->sequence_data);
-    };
-    const auto host = SetUpHost();
-    host->NewInstance().SaveAndReopen();
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
-}
-
-TEST(InstanceTest, AFailedSetUpReachesTheCallerAndLeavesNothing) {
-    StandIn plugin;
-    Options options;
-    options.allocations = 1; // the global handle
-    const auto host = SetUpHost(options);
-    try {
-        host->NewInstance();
-        ADD_FAILURE() << "no error";
-    } catch (const stricthost::CommandError& error) {
-        EXPECT_EQ(error.Code(), PF_Err_OUT_OF_MEMORY);
-        EXPECT_THAT(error.what(), testing::HasSubstr("SEQUENCE_SETUP"));
+TEST_F(InstanceTest, AProjectIsSavedAsTheFlatBytesAndOpenedFromThem) {
+    for (const bool disposesItself : {false, true}) { // of the live handle, which the host may do as well
+        m_Plugin.after[PF_Cmd_SEQUENCE_FLATTEN] = [disposesItself](Command& c) {
+            if (disposesItself)
+                c.Dispose(c.in->sequence_data);
+        };
+        const std::vector<char> bytes = Start().SaveAndReopen();
+        ASSERT_EQ(bytes.size(), 16u);
+        EXPECT_STREQ(bytes.data(), "flat");
+        m_Host->OpenInstance(&bytes);
+        m_Host->OpenInstance(nullptr);
+        EXPECT_EQ(m_Plugin.log, "gpsfdrrr");
+        Finish();
     }
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
-    EXPECT_EQ(plugin.log, "gpsx");
 }
 
-TEST(InstanceTest, CommandsOutOfOrderAreTheCallersFault) {
-    StandIn plugin;
+TEST_F(InstanceTest, AFailedSetUpReachesTheCallerAndLeavesNothing) {
+    m_Options.allocations = 1; // the global handle
+    StartHost();
+    EXPECT_THAT([this] { m_Host->NewInstance(); },
+                ThrowsMessage<stricthost::CommandError>("SEQUENCE_SETUP gave error 4"));
+    Finish();
+    EXPECT_EQ(m_Plugin.log, "gpsx");
+}
+
+TEST_F(InstanceTest, CommandsOutOfOrderAreTheCallersFault) {
+    m_Plugin.after[PF_Cmd_ABOUT] = [](Command& c) { std::strcpy(c.out->return_msg, "Stand-in"); };
     stricthost::StrictHost host(StandIn::Entry, {});
     EXPECT_THROW(host.ParamsSetup(), std::logic_error);
     EXPECT_THROW(host.NewInstance(), std::logic_error);
@@ -151,53 +88,24 @@ TEST(InstanceTest, CommandsOutOfOrderAreTheCallersFault) {
     EXPECT_EQ(host.About(), "Stand-in");
     host.Finish();
     host.Finish();
-    EXPECT_EQ(plugin.log, "gax");
+    EXPECT_EQ(m_Plugin.log, "gax");
 }
 
-TEST(InstanceTest, ABundleThatCannotBeLoadedIsNamed) {
-    EXPECT_THROW(
-        {
-            try {
-                stricthost::StrictHost host(std::filesystem::path("/no/such.plugin"), {});
-            } catch (const std::runtime_error& error) {
-                EXPECT_THAT(error.what(), testing::HasSubstr("/no/such.plugin"));
-                throw;
-            }
-        },
-        std::runtime_error);
-}
-
-TEST(InstanceTest, EightThreadsUseTheirInstancesAtOnce) {
-    StandIn plugin;
-    plugin.before[PF_Cmd_SMART_RENDER] = [](Command& c) {
-        PF_ParamDef def = {};
-        c.in->inter.checkout_param(c.in->effect_ref, 1, 0, 1, 25, &def);
-        c.in->inter.checkin_param(c.in->effect_ref, &def);
-        Acquire(c, "PF World Suite", 2);
-        Release(c, "PF World Suite", 2);
+TEST_F(InstanceTest, ABundleThatCannotBeLoadedIsNamed) {
+    const auto folder = std::filesystem::path(testing::TempDir()) / "broken.plugin";
+    const auto expect = [&folder](const char* problem) {
+        EXPECT_THAT([&folder] { stricthost::StrictHost(folder, {}); },
+                    ThrowsMessage<std::runtime_error>(AllOf(HasSubstr("broken.plugin"), HasSubstr(problem))));
     };
-    const auto host = SetUpHost();
-    const auto work = [&host](unsigned number) {
-        Instance* instance = &host->NewInstance();
-        const fxhost::Picture input = Gradient(8 + number, 5);
-        stricthost::FrameRequest request;
-        request.input = &input;
-        for (int i = 0; i < 20; ++i) {
-            EXPECT_EQ(instance->Render(request).picture.bytes, Inverted(input).bytes);
-            if (i % 5 == 0) {
-                Instance& copy = instance->Duplicate();
-                instance->Delete();
-                instance = &copy;
-            }
-        }
-    };
-    std::vector<std::thread> threads;
-    for (unsigned i = 0; i < 8; ++i)
-        threads.emplace_back(work, i);
-    for (std::thread& thread : threads)
-        thread.join();
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
+    std::filesystem::remove_all(folder);
+    expect("not a plug-in bundle");
+    for (const char* system : {"Contents/Linux", "Contents/MacOS"})
+        std::filesystem::create_directories(folder / system);
+    expect("has no module");
+    for (const char* system : {"Contents/Linux", "Contents/MacOS"})
+        std::ofstream(folder / system / "broken") << "no module";
+    expect("cannot be loaded");
+    std::filesystem::remove_all(folder);
 }
 
 } // namespace

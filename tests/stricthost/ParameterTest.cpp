@@ -1,183 +1,163 @@
-#include <gmock/gmock.h>
-
-#include <cstring>
-
 #include "AE_EffectSuites.h"
-#include "tests/stricthost/StandIn.h"
+#include "tests/stricthost/HostTest.h"
 
 namespace {
 
-using stricthost::Options;
+using stricthost::ColorValue;
+using stricthost::Point3DValue;
+using stricthost::PointValue;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-PF_Err AddSeveral(Command& c) {
-    PF_ParamDef slider = MakeParam(PF_Param_FLOAT_SLIDER, "Amount");
-    slider.u.fs_d.valid_min = -1;
-    slider.u.fs_d.valid_max = 3;
-    slider.u.fs_d.dephault = 0.5f;
-    slider.u.fs_d.precision = 2;
-    AddParam(c, slider);
+enum Index : A_long { Slider = 1, Popup, Checkbox, Color, Point, Angle, Point3D, Path, Layer, Count };
+
+// One parameter of every kind.
+PF_Err AddEveryKind(Command& c) {
+    PF_ParamDef defs[Count] = {};
+    defs[Slider].u.fs_d.valid_min = -1;
+    defs[Slider].u.fs_d.valid_max = 3;
+    defs[Slider].u.fs_d.dephault = 0.5f;
+    defs[Slider].u.fs_d.precision = 2;
     char choices[] = "One|Two|Three";
-    PF_ParamDef popup = MakeParam(PF_Param_POPUP, "Kind");
-    popup.u.pd.num_choices = 3;
-    popup.u.pd.dephault = 2;
-    popup.u.pd.u.namesptr = choices;
-    AddParam(c, popup);
+    defs[Popup].u.pd.dephault = 2;
+    defs[Popup].u.pd.u.namesptr = choices;
+    defs[Checkbox].u.bd.dephault = 1;
+    defs[Checkbox].u.bd.value = 5;
+    defs[Color].u.cd.dephault = {255, 51, 102, 0};
+    defs[Point].u.td.x_dephault = 150 * 65536; // percent
+    defs[Point].u.td.y_dephault = -25 * 65536;
+    defs[Angle].u.ad.dephault = 90 * 65536;
+    defs[Point3D].u.point3d_d.x_dephault = 50;
+    defs[Point3D].u.point3d_d.y_dephault = defs[Point3D].u.point3d_d.z_dephault = 10;
+    A_long index = Slider;
+    for (const PF_ParamType type :
+         {PF_Param_FLOAT_SLIDER, PF_Param_POPUP, PF_Param_CHECKBOX, PF_Param_COLOR, PF_Param_POINT,
+          PF_Param_ANGLE, PF_Param_POINT_3D, PF_Param_PATH, PF_Param_LAYER})
+        EXPECT_EQ(c.Add(type, "Amount", defs[index++]), PF_Err_NONE);
     std::memset(choices, '?', sizeof choices - 1); // the host must have its own copy
-    PF_ParamDef color = MakeParam(PF_Param_COLOR, "Colour");
-    color.u.cd.dephault = {255, 51, 102, 0};
-    AddParam(c, color);
-    PF_ParamDef point = MakeParam(PF_Param_POINT, "Centre");
-    point.u.td.x_dephault = 50 << 16;
-    point.u.td.y_dephault = 25 << 16;
-    AddParam(c, point);
-    PF_ParamDef angle = MakeParam(PF_Param_ANGLE, "Angle");
-    angle.u.ad.dephault = 90 << 16;
-    AddParam(c, angle);
-    AddParam(c, MakeParam(PF_Param_POINT_3D, "Eye"));
-    return AddParam(c, MakeParam(PF_Param_LAYER, "Map"));
+    return PF_Err_NONE;
 }
 
-// What a frame's checkout of a parameter gives.
-PF_ParamDef CheckedOut(StandIn& plugin, stricthost::Instance& instance, A_long index,
-                       PF_RationalScale downsample = {1, 1}) {
-    PF_ParamDef seen = {};
-    plugin.before[PF_Cmd_SMART_RENDER] = [&](Command& c) {
-        PF_ParamDef def = {};
-        c.in->inter.checkout_param(c.in->effect_ref, index, 0, 1, 25, &def);
-        seen = def;
-        c.in->inter.checkin_param(c.in->effect_ref, &def);
-    };
-    const fxhost::Picture input = Gradient(4, 4);
-    stricthost::FrameRequest request;
-    request.input = &input;
-    request.downsampleX = request.downsampleY = downsample;
-    instance.Render(request);
-    return seen;
+// What a plug-in sees of the parameters up to the path.
+std::vector<Numbers> Shown(const std::vector<PF_ParamDef>& defs) {
+    const PF_Pixel& color = defs[Color].u.cd.value;
+    const PF_Point3DDef& point = defs[Point3D].u.point3d_d;
+    return {{defs[Slider].u.fs_d.value},
+            {double(defs[Popup].u.pd.value)},
+            {double(defs[Checkbox].u.bd.value)},
+            {double(color.red), double(color.green), double(color.blue), double(color.alpha)},
+            {defs[Point].u.td.x_value / 65536.0, defs[Point].u.td.y_value / 65536.0},
+            {defs[Angle].u.ad.value / 65536.0},
+            {point.x_value, point.y_value, point.z_value},
+            {double(defs[Path].u.path_d.path_id)}};
 }
 
-TEST(ParameterTest, ThePublishedTableIsReadable) {
-    StandIn plugin;
-    plugin.addParams = AddSeveral;
-    const auto host = SetUpHost();
-    const auto& params = host->Params();
-    ASSERT_EQ(params.size(), 8u);
-    EXPECT_EQ(params[1].label, "Amount");
-    EXPECT_EQ(params[1].validMin, -1);
-    EXPECT_EQ(params[1].validMax, 3);
-    EXPECT_EQ(params[1].precision, 2);
-    EXPECT_THAT(params[2].choices, ElementsAre("One", "Two", "Three"));
-    const stricthost::Instance& instance = host->NewInstance(200, 100);
-    EXPECT_EQ(std::get<double>(instance.Value(1)), 0.5);
-    EXPECT_EQ(std::get<int>(instance.Value(2)), 2);
-    EXPECT_FLOAT_EQ(std::get<stricthost::ColorValue>(instance.Value(3)).green, 0.4f);
-    EXPECT_EQ(std::get<stricthost::PointValue>(instance.Value(4)).x, 100);
-    EXPECT_EQ(std::get<stricthost::PointValue>(instance.Value(4)).y, 25);
-    EXPECT_EQ(std::get<double>(instance.Value(5)), 90);
+class ParameterTest : public HostTest {
+protected:
+    ParameterTest() { m_Plugin.does[PF_Cmd_PARAMS_SETUP] = AddEveryKind; }
+
+    // What a frame of half the width and a quarter of the height checks out.
+    std::vector<PF_ParamDef> CheckedOut(Instance& instance) {
+        std::vector<PF_ParamDef> defs(Count);
+        m_Plugin.before[PF_Cmd_RENDER] = [&](Command& c) {
+            for (A_long i = 0; i < Count; ++i) {
+                PF_ParamDef def = {};
+                EXPECT_EQ(c.CheckOut(i, &def), PF_Err_NONE);
+                defs[static_cast<std::size_t>(i)] = def;
+                if (i == Color)
+                    c.Borrow<PF_ColorParamSuite1>("PF ColorParamSuite", 1)
+                        .PF_GetFloatingPointColorFromColorDef(c.in->effect_ref, &def, &m_Float);
+                c.CheckIn(&def);
+            }
+        };
+        m_Request.downsampleX = {1, 2};
+        m_Request.downsampleY = {1, 4};
+        EXPECT_EQ(instance.Render(m_Request).error, PF_Err_NONE);
+        return defs;
+    }
+
+    PF_PixelFloat m_Float = {}; // the colour of the last frame
+};
+
+TEST_F(ParameterTest, ThePublishedTableAndItsDefaultsAreReadable) {
+    StartHost();
+    const auto& params = m_Host->Params();
+    ASSERT_EQ(params.size(), Count);
+    EXPECT_EQ(params[Slider].label, "Amount");
+    EXPECT_EQ(params[Slider].validMin, -1);
+    EXPECT_EQ(params[Slider].validMax, 3);
+    EXPECT_EQ(params[Slider].precision, 2);
+    EXPECT_THAT(params[Popup].choices, ElementsAre("One", "Two", "Three"));
+    EXPECT_EQ(Shown(CheckedOut(m_Host->NewInstance(200, 100))),
+              (std::vector<Numbers>{
+                  {0.5}, {2}, {1}, {51, 102, 0, 255}, {300 / 2, -25 / 4.0}, {90}, {100, 10, 10}, {0}}));
 }
 
-TEST(ParameterTest, ValuesReachTheFrameInTheHostsUnits) {
-    StandIn plugin;
-    plugin.addParams = AddSeveral;
-    const auto host = SetUpHost();
-    stricthost::Instance& instance = host->NewInstance();
-    instance.SetValue(1, 1.25);
-    instance.SetValue(3, stricthost::ColorValue{1.0f, 0.5f, 0.0f, 1.0f});
-    instance.SetValue(4, stricthost::PointValue{20, 40});
-    instance.SetValue(5, -45.5);
-    instance.SetValue(6, stricthost::Point3DValue{1, 2, 3});
-    EXPECT_EQ(CheckedOut(plugin, instance, 1).u.fs_d.value, 1.25);
-    EXPECT_EQ(CheckedOut(plugin, instance, 3).u.cd.value.green, 128);
-    EXPECT_EQ(CheckedOut(plugin, instance, 3).u.cd.value.red, 255);
-    EXPECT_EQ(CheckedOut(plugin, instance, 4, {1, 2}).u.td.x_value, 10 << 16); // half resolution
-    EXPECT_EQ(CheckedOut(plugin, instance, 4, {1, 4}).u.td.y_value, 10 << 16);
-    EXPECT_EQ(CheckedOut(plugin, instance, 5).u.ad.value, -2981888); // -45.5 * 65536
-    EXPECT_EQ(CheckedOut(plugin, instance, 6).u.point3d_d.z_value, 3);
-    EXPECT_THROW(instance.SetValue(1, 2), std::invalid_argument); // an integer for a slider
-    EXPECT_THROW(instance.SetValue(8, 2.0), std::invalid_argument);
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
-}
-
-TEST(ParameterTest, ALayerHasPixelsOnlyWhenItIsSet) {
-    StandIn plugin;
-    plugin.addParams = AddSeveral;
-    const auto host = SetUpHost();
-    stricthost::Instance& instance = host->NewInstance();
-    EXPECT_EQ(CheckedOut(plugin, instance, 7).u.ld.data, nullptr);
-    instance.SetValue(7, std::make_shared<const fxhost::Picture>(Gradient(6, 2)));
-    const PF_LayerDef layer = CheckedOut(plugin, instance, 7).u.ld;
+TEST_F(ParameterTest, ValuesReachTheFrameInTheHostsUnits) {
+    Instance& instance = Start();
+    instance.SetValue(Slider, 1.25);
+    instance.SetValue(Popup, 3);
+    instance.SetValue(Checkbox, 0);
+    instance.SetValue(Color, ColorValue{1, 0.5f, -1, 0.2f});
+    instance.SetValue(Point, PointValue{20, 80});
+    instance.SetValue(Angle, -45.5);
+    instance.SetValue(Point3D, Point3DValue{1, 2, 3});
+    instance.SetValue(Path, 7);
+    const auto seen = CheckedOut(instance);
+    EXPECT_EQ(Shown(seen),
+              (std::vector<Numbers>{{1.25}, {3}, {0}, {255, 128, 0, 51}, {10, 20}, {-45.5}, {1, 2, 3}, {7}}));
+    EXPECT_EQ((Numbers{m_Float.red, m_Float.blue, m_Float.alpha}), (Numbers{1, -1, 0.2f}));
+    EXPECT_EQ(seen[Layer].u.ld.data, nullptr);
+    instance.SetValue(Layer, std::make_shared<const fxhost::Picture>(Gradient(6, 2)));
+    const PF_LayerDef layer = CheckedOut(instance)[Layer].u.ld;
     EXPECT_NE(layer.data, nullptr);
-    EXPECT_EQ(layer.width, 6);
-    EXPECT_EQ(layer.height, 2);
-    EXPECT_EQ(layer.rowbytes, 6 * 4 + 16);
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
+    EXPECT_EQ((Numbers{double(layer.width), double(layer.height), double(layer.rowbytes)}),
+              (Numbers{6, 2, 6 * 4 + 16}));
+    EXPECT_THROW(instance.SetValue(Slider, 2), std::invalid_argument); // an integer
+    EXPECT_THROW(instance.SetValue(Count, 2.0), std::invalid_argument);
+    Finish();
 }
 
-TEST(ParameterTest, ColoursKeepTheirFloatsInTheSuite) {
-    StandIn plugin;
-    plugin.addParams = AddSeveral;
-    PF_PixelFloat seen = {};
-    plugin.before[PF_Cmd_SMART_RENDER] = [&seen](Command& c) {
-        PF_ParamDef def = {};
-        c.in->inter.checkout_param(c.in->effect_ref, 3, 0, 1, 25, &def);
-        const auto* suite = static_cast<const PF_ColorParamSuite1*>(Acquire(c, "PF ColorParamSuite", 1));
-        suite->PF_GetFloatingPointColorFromColorDef(c.in->effect_ref, &def, &seen);
-        Release(c, "PF ColorParamSuite", 1);
-        c.in->inter.checkin_param(c.in->effect_ref, &def);
-    };
-    const auto host = SetUpHost();
-    stricthost::Instance& instance = host->NewInstance();
-    instance.SetValue(3, stricthost::ColorValue{0.123f, 2.0f, -1.0f, 0.5f});
-    const fxhost::Picture input = Gradient(4, 4);
-    stricthost::FrameRequest request;
-    request.input = &input;
-    instance.Render(request);
-    EXPECT_FLOAT_EQ(seen.red, 0.123f);
-    EXPECT_FLOAT_EQ(seen.green, 2.0f);
-    EXPECT_FLOAT_EQ(seen.blue, -1.0f);
-    EXPECT_FLOAT_EQ(seen.alpha, 0.5f);
-}
-
-TEST(ParameterTest, ThePluginChangesLooksAndValuesOfOneInstance) {
-    StandIn plugin;
-    plugin.after[PF_Cmd_UPDATE_PARAMS_UI] = [](Command& c) {
-        PF_ParamDef def = *c.params[1];
+TEST_F(ParameterTest, ThePluginChangesLooksAndValuesOfOneInstance) {
+    m_Plugin.after[PF_Cmd_UPDATE_PARAMS_UI] = [](Command& c) {
+        PF_ParamDef def = *c.params[Slider];
         std::strcpy(def.name, "Renamed");
         def.ui_flags |= PF_PUI_DISABLED;
-        const auto* suite = static_cast<const PF_ParamUtilsSuite3*>(Acquire(c, "PF Param Utils Suite", 3));
-        suite->PF_UpdateParamUI(c.in->effect_ref, 1, &def);
-        Release(c, "PF Param Utils Suite", 3);
+        c.Borrow<PF_ParamUtilsSuite3>("PF Param Utils Suite", 3)
+            .PF_UpdateParamUI(c.in->effect_ref, Slider, &def);
     };
-    plugin.after[PF_Cmd_USER_CHANGED_PARAM] = [](Command& c) {
-        EXPECT_EQ(static_cast<PF_UserChangedParamExtra*>(c.extra)->param_index, 1);
-        c.params[1]->u.fs_d.value = 9;
-        c.params[1]->uu.change_flags = PF_ChangeFlag_CHANGED_VALUE;
+    m_Plugin.after[PF_Cmd_USER_CHANGED_PARAM] = [](Command& c) {
+        EXPECT_EQ(static_cast<PF_UserChangedParamExtra*>(c.extra)->param_index, Point);
+        c.params[Color]->u.cd.value = {0, 255, 0, 51};
+        c.params[Slider]->u.fs_d.value = 9;
+        c.params[Color]->uu.change_flags = c.params[Slider]->uu.change_flags = PF_ChangeFlag_CHANGED_VALUE;
+        c.params[Popup]->u.pd.value = 1; // without the flag
     };
-    const auto host = SetUpHost();
-    stricthost::Instance& changed = host->NewInstance();
-    const stricthost::Instance& other = host->NewInstance();
+    Instance& changed = Start();
+    Instance& other = m_Host->NewInstance();
     EXPECT_EQ(changed.UpdateUI(), PF_Err_NONE);
-    EXPECT_EQ(changed.UserChanged(1), PF_Err_NONE);
-    EXPECT_EQ(changed.Label(1), "Renamed");
-    EXPECT_FALSE(changed.IsEnabled(1));
-    EXPECT_EQ(std::get<double>(changed.Value(1)), 9);
-    EXPECT_EQ(other.Label(1), "Amount");
-    EXPECT_TRUE(other.IsEnabled(1));
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
+    EXPECT_EQ(changed.UserChanged(Point), PF_Err_NONE);
+    EXPECT_EQ(changed.Label(Slider), "Renamed");
+    EXPECT_FALSE(changed.IsEnabled(Slider));
+    EXPECT_EQ(Shown(CheckedOut(changed)),
+              (std::vector<Numbers>{{9}, {2}, {1}, {255, 0, 51, 0}, {480, -22.5}, {90}, {320, 36, 36}, {0}}));
+    EXPECT_EQ(other.Label(Slider), "Amount");
+    EXPECT_TRUE(other.IsEnabled(Slider));
+    EXPECT_EQ(Shown(CheckedOut(other))[0], Numbers{0.5});
+    Finish();
 }
 
-TEST(ParameterTest, AGapInTheCountIsRightWhenTheHostWasTold) {
-    StandIn plugin;
-    plugin.after[PF_Cmd_PARAMS_SETUP] = [](Command& c) { ++c.out->num_params; };
-    Options options;
-    options.allowParamGap = true;
-    const auto host = SetUpHost(options);
-    host->Finish();
-    EXPECT_THAT(host->Violations(), IsEmpty());
+TEST_F(ParameterTest, OptionsAllowAGapInTheCountAndRefuseKinds) {
+    m_Plugin.does[PF_Cmd_PARAMS_SETUP] = [](Command& c) {
+        ++c.out->num_params;
+        EXPECT_EQ(c.Add(PF_Param_PATH, "Path"), PF_Err_UNRECOGNIZED_PARAM_TYPE);
+        return c.Add(PF_Param_ANGLE, "Angle");
+    };
+    m_Options.allowParamGap = true;
+    m_Options.refusedTypes = {PF_Param_PATH};
+    StartHost();
+    EXPECT_EQ(m_Host->Params().back().type, PF_Param_ANGLE);
+    EXPECT_EQ(m_Host->Params().size(), 2u);
+    Finish();
 }
 
 } // namespace

@@ -1,17 +1,17 @@
 #pragma once
 
 #include <functional>
+#include <gtest/gtest.h>
 #include <map>
-#include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "AEGP_SuiteHandler.h"
 #include "AE_Effect.h"
 #include "AE_EffectCB.h"
-#include "standalone/stricthost/StrictHost.h"
 
-// What the stand-in entry point sees of a command.
+// What the stand-in entry point sees of a command, and short ways to call the host back.
 struct Command {
     PF_Cmd code;
     PF_InData* in;
@@ -19,46 +19,64 @@ struct Command {
     PF_ParamDef** params;
     PF_LayerDef* output;
     void* extra;
+
+    const void* Acquire(const char* name, int number) const; // null when the host lacks the suite
+    void Release(const char* name, int number) const { in->pica_basicP->ReleaseSuite(name, number); }
+    // A suite, given back at once, which the static tables outlive.
+    template <class Suite>
+    const Suite& Borrow(const char* name, int number) const;
+
+    const _PF_UtilCallbacks& Utils() const { return *in->utils; }
+    PF_Handle NewHandle(unsigned bytes = 8) const { return Utils().host_new_handle(bytes); }
+    void Dispose(PF_Handle handle) const { Utils().host_dispose_handle(handle); }
+    PF_Err CheckOut(A_long index, PF_ParamDef* def) const {
+        return in->inter.checkout_param(in->effect_ref, index, 0, 1, 25, def);
+    }
+    PF_Err CheckIn(PF_ParamDef* def) const { return in->inter.checkin_param(in->effect_ref, def); }
+    PF_Err Add(PF_ParamType type, const char* label, PF_ParamDef def = {}) const; // and counts it
+    const PF_LayerDef& Input() const { return params[0]->u.ld; }
+    std::uint32_t FormatOf(PF_EffectWorld world) const;
+
+    // Smart render.
+    const PF_PreRenderExtra& Pre() const { return *static_cast<PF_PreRenderExtra*>(extra); }
+    const PF_SmartRenderExtra& Smart() const { return *static_cast<PF_SmartRenderExtra*>(extra); }
+    PF_CheckoutResult CheckOutLayer(A_long id) const; // as much of the input as is wanted
+    PF_EffectWorld* LayerPixels(A_long id) const;
+    PF_EffectWorld* Output() const;
 };
 
-// A small plug-in that inverts its input and keeps to every rule. A test replaces or extends what it does on
-// a command. One at a time.
+// A small plug-in with one slider that turns every byte of its input over and keeps to every rule. It expects
+// its global and frame data with every command. A test replaces or extends what it does. One at a time.
 class StandIn {
 public:
     StandIn();
-    ~StandIn();
     StandIn(const StandIn&) = delete;
     StandIn& operator=(const StandIn&) = delete;
 
     static PF_Err Entry(PF_Cmd code, PF_InData* in, PF_OutData* out, PF_ParamList params, PF_LayerDef* output,
                         void* extra);
 
-    std::map<PF_Cmd, std::function<PF_Err(Command&)>> instead;
-    std::map<PF_Cmd, std::function<void(Command&)>> before; // then as usual
+    std::map<PF_Cmd, std::function<void(Command&)>> before;
+    std::map<PF_Cmd, std::function<PF_Err(Command&)>> does; // nothing where none is given
     std::map<PF_Cmd, std::function<void(Command&)>> after;
-    std::function<PF_Err(Command&)> addParams; // a slider, unless replaced
-    std::string log;                           // a letter for every command; see LetterOf
+    std::string log; // a letter for every command
     PF_OutFlags flags = PF_OutFlag_CUSTOM_UI | PF_OutFlag_DEEP_COLOR_AWARE;
     PF_OutFlags2 flags2 = PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE;
-    std::vector<std::uint32_t> formats; // declared to Premiere Pro
+    std::vector<std::pair<std::uint32_t, unsigned>> formats; // declared to Premiere Pro, with their bits
 
 private:
-    PF_Err Run(Command& command);
-    std::mutex m_Mutex;
+    PF_Err GlobalSetup(Command& c) const;
+    PF_Err Render(Command& c) const;
+    PF_Err Run(Command& c);
 };
 
-// A zeroed definition of a kind, with a label.
-PF_ParamDef MakeParam(PF_ParamType type, const char* label);
-PF_Err AddParam(Command& command, PF_ParamDef def);
-const PF_HandleSuite1& Handles(Command& command);
-// Acquires a suite; null when the host lacks it.
-const void* Acquire(Command& command, const char* name, int number);
-void Release(Command& command, const char* name, int number);
-// Writes 255 - v (or white - v) over the whole output.
-void Invert(const PF_LayerDef& input, const PF_LayerDef& output, int bits);
+// Writes the complement of the input over the whole output; what lies outside the input counts as zero.
+void Invert(const PF_LayerDef& input, const PF_LayerDef& output, unsigned bits);
 
-fxhost::Picture Gradient(unsigned width, unsigned height, unsigned depth = 8);
-fxhost::Picture Inverted(const fxhost::Picture& picture);
-
-// Sets up a host for the stand-in, up to the parameters.
-std::unique_ptr<stricthost::StrictHost> SetUpHost(stricthost::Options options = {});
+template <class Suite>
+const Suite& Command::Borrow(const char* name, int number) const {
+    const void* suite = Acquire(name, number);
+    EXPECT_NE(suite, nullptr) << name;
+    Release(name, number);
+    return *static_cast<const Suite*>(suite);
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstring>
+#include <gmock/gmock.h>
+#include <numeric>
+
+#include "standalone/stricthost/StrictHost.h"
+#include "tests/stricthost/StandIn.h"
+
+using stricthost::FrameResult;
+using stricthost::Instance;
+using stricthost::Personality;
+using Numbers = std::vector<double>;
+
+// Bytes that differ from their neighbours in both directions.
+fxhost::Picture Gradient(unsigned width, unsigned height, unsigned depth = 8);
+// What the stand-in makes of a picture.
+fxhost::Picture Inverted(fxhost::Picture picture);
+
+// A host for the stand-in, with plain render unless a test says otherwise, and a frame to ask for.
+class HostTest : public testing::Test {
+protected:
+    HostTest();
+    // A new host, set up to the parameters, for a plug-in that has seen nothing yet.
+    void StartHost();
+    // The same, and an instance.
+    Instance& Start();
+    // Ends the host, which may blame nobody.
+    void Finish();
+    // One frame of an instance of its own, from start to finish.
+    FrameResult RenderOnce();
+
+    StandIn m_Plugin;
+    stricthost::Options m_Options;
+    fxhost::Picture m_Input = Gradient(40, 10);
+    stricthost::FrameRequest m_Request; // for the input
+    std::unique_ptr<stricthost::StrictHost> m_Host;
+};
