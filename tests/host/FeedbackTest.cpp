@@ -1,95 +1,83 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/host/FakeHost.h"
-#include "tests/support/RecordingPlugin.h"
+#include "AE_GeneralPlug.h"
+#include "tests/host/TestHost.h"
 
 namespace {
 
-using testing::ElementsAre;
+using fxhost::Picture;
+using stricthost::Personality;
 
-RecordingPlugin& Engine() {
-    return RecordingPlugin::Instance();
-}
-
-// A host set up for an effect that wants three earlier frames, ten time units apart.
-struct FeedbackHost : FakeHost {
-    explicit FeedbackHost(A_long time) {
-        SetUp();
-        params[0].u.ld = input.world;
-        earlierFrame = earlier.world;
-        Engine().feedbackFrames = 3;
-        Engine().result.assign(16, 0);
-        in.current_time = time;
-        in.time_step = 10;
-        in.time_scale = 30;
-    }
-    PF_Err Render() { return Send(PF_Cmd_RENDER, nullptr, &output.world); }
-    std::vector<int> UploadedIndices() const {
-        std::vector<int> indices;
-        for (const RecordingPlugin::Upload& upload : Engine().uploads)
-            indices.push_back(static_cast<int>(upload.index));
-        return indices;
-    }
-    FakeWorld input{2, 2, 8}, output{2, 2, 8}, earlier{2, 1, 8, 20};
+// A frame of an effect that wants three earlier ones, ten time units apart, and what became of it.
+struct FeedbackFrame {
+    PF_Err error;
+    std::vector<std::string> asked; // of the host, value/scale
+    std::vector<int> uploaded;
 };
 
+FeedbackFrame RenderAt(A_long time, const char* missingSuite = "", unsigned depth = 8,
+                       void (*breakHost)(TestHost&) = nullptr) {
+    FeedbackFrame frame;
+    TestHost host(Personality::AfterEffects, [&](stricthost::Options& options) {
+        options.missingSuites = {missingSuite};
+        options.upstreamFrame = [&](A_long value, A_u_long scale) {
+            frame.asked.push_back(std::to_string(value) + "/" + std::to_string(scale));
+            Picture picture(2, 2, 8);
+            picture.bytes[7] = static_cast<std::uint8_t>(value);
+            return picture;
+        };
+    });
+    stricthost::Instance& instance = host.Start();
+    if (breakHost)
+        breakHost(host);
+    Engine().feedbackFrames = 3;
+    stricthost::FrameRequest request;
+    request.time = time;
+    request.timeStep = 10;
+    request.timeScale = 30;
+    frame.error = Render(instance, Picture(2, 2, depth), request).error;
+    for (const RecordingPlugin::Upload& upload : Engine().uploads)
+        frame.uploaded.push_back(static_cast<int>(upload.index));
+    return frame;
+}
+
 TEST(FeedbackTest, EarlierFramesAreRenderedUpstreamAndUploaded) {
-    FeedbackHost host(50);
-    host.earlier.Set<std::uint8_t>(1, 0, 3, 99);
-    ASSERT_EQ(host.Render(), PF_Err_NONE);
-    EXPECT_THAT(host.UploadedIndices(), ElementsAre(-1, -2, -3, -4));
-    EXPECT_EQ(Engine().uploads[3].bytes.at(7), 99);
-    EXPECT_THAT(host.log, ElementsAre("effect", "options", "time 40/30", "frame", "effect", "options",
-                                      "time 30/30", "frame", "effect", "options", "time 20/30", "frame"));
-    EXPECT_EQ(host.Unreturned(), "");
+    const FeedbackFrame frame = RenderAt(50);
+    EXPECT_EQ(frame.error, PF_Err_NONE);
+    EXPECT_THAT(frame.asked, testing::ElementsAre("40/30", "30/30", "20/30"));
+    EXPECT_THAT(frame.uploaded, testing::ElementsAre(-1, -2, -3, -4));
+    EXPECT_EQ(Engine().uploads[3].bytes.at(7), 20);
 }
 
 TEST(FeedbackTest, FramesBeforeTimeZeroAreLeftOut) {
-    struct Row {
-        A_long time;
-        std::vector<int> uploaded;
+    for (const auto& [time, uploads] : {std::pair{0, 1u}, {9, 1u}, {10, 2u}, {25, 3u}})
+        EXPECT_EQ(RenderAt(time).uploaded.size(), uploads) << time;
+}
+
+TEST(FeedbackTest, AHostThatCannotRenderGivesItsErrorAndGetsEverythingBack) {
+    for (const char* suite : {kAEGPEffectSuite, kAEGPLayerRenderOptionsSuite, kAEGPRenderSuite,
+                              kAEGPPFInterfaceSuite, kAEGPWorldSuite})
+        EXPECT_EQ(RenderAt(50, suite).error, 13) << suite;
+
+    static constexpr const char* s_Options = kAEGPLayerRenderOptionsSuite;
+    using Interface = AEGP_PFInterfaceSuite1;
+    using Options = AEGP_LayerRenderOptionsSuite1;
+    using Frames = AEGP_RenderSuite5;
+    using Worlds = AEGP_WorldSuite3;
+    void (*const breaks[])(TestHost&) = {
+        [](TestHost& host) { host.Fail(kAEGPPFInterfaceSuite, &Interface::AEGP_GetNewEffectForEffect); },
+        [](TestHost& host) { host.Fail(s_Options, &Options::AEGP_NewFromUpstreamOfEffect); },
+        [](TestHost& host) { host.Fail(s_Options, &Options::AEGP_SetTime); },
+        [](TestHost& host) { host.Fail(kAEGPRenderSuite, &Frames::AEGP_RenderAndCheckoutLayerFrame); },
+        [](TestHost& host) { host.Fail(kAEGPRenderSuite, &Frames::AEGP_GetReceiptWorld); },
+        [](TestHost& host) { host.Fail(kAEGPWorldSuite, &Worlds::AEGP_FillOutPFEffectWorld); },
     };
-    for (const Row& row : {Row{0, {-1}}, Row{9, {-1}}, Row{10, {-1, -2}}, Row{25, {-1, -2, -3}}}) {
-        FeedbackHost host(row.time);
-        ASSERT_EQ(host.Render(), PF_Err_NONE);
-        EXPECT_EQ(host.UploadedIndices(), row.uploaded) << row.time;
+    for (const auto breakHost : breaks) {
+        EXPECT_EQ(RenderAt(50, "", 8, breakHost).error, 22);
+        EXPECT_TRUE(Engine().renders.empty());
     }
-}
-
-TEST(FeedbackTest, EachMissingSuiteEndsTheFrameWithThirteen) {
-    for (const char* suite : {"AEGP Effect Suite", "AEGP Layer Render Options Suite", "AEGP Render Suite",
-                              "AEGP PF Interface Suite", "AEGP World Suite"}) {
-        FeedbackHost host(50);
-        host.missing.insert(suite);
-        EXPECT_EQ(host.Render(), 13) << suite;
-        EXPECT_EQ(host.Unreturned(), "") << suite;
-        EXPECT_EQ(Engine().lockBalance, 0) << suite;
-        EXPECT_TRUE(Engine().renders.empty()) << suite;
-    }
-}
-
-TEST(FeedbackTest, AHostThatCannotRenderGivesItsOwnErrorAndGetsEverythingBack) {
-    for (const char* call : {"effect", "options", "set time", "frame", "receipt world", "fill out world"}) {
-        FeedbackHost host(50);
-        host.failing[call] = 22;
-        EXPECT_EQ(host.Render(), 22) << call;
-        EXPECT_EQ(host.Unreturned(), "") << call;
-        EXPECT_EQ(Engine().lockBalance, 0) << call;
-    }
-}
-
-TEST(FeedbackTest, AFrameOfLesserDepthIsRefused) {
-    FeedbackHost host(50);
-    FakeWorld deep(2, 2, 32), target(2, 2, 32);
-    host.params[0].u.ld = deep.world;
-    Engine().result.assign(64, 0);
-    host.format = 0x32336561;
-    EXPECT_EQ(host.Send(PF_Cmd_RENDER, nullptr, &target.world), PF_Err_NONE) << "one row may be any length";
-    FakeWorld shallow(2, 2, 8);
-    host.earlierFrame = shallow.world;
-    EXPECT_EQ(host.Send(PF_Cmd_RENDER, nullptr, &target.world), PF_Err_INTERNAL_STRUCT_DAMAGED);
-    EXPECT_EQ(host.Unreturned(), "");
+    EXPECT_EQ(RenderAt(50, "", 32).error, PF_Err_INTERNAL_STRUCT_DAMAGED) << "frames of lesser depth";
 }
 
 } // namespace

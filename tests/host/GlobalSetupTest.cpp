@@ -1,126 +1,121 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/SequenceRecord.h"
-#include "tests/host/FakeHost.h"
-#include "tests/support/RecordingPlugin.h"
+#include "AE_EffectCB.h"
+#include "AE_EffectCBSuites.h"
+#include "AE_GeneralPlug.h"
+#include "host/EntryPoint.h"
+#include "tests/host/TestHost.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-
-RecordingPlugin& Engine() {
-    return RecordingPlugin::Instance();
-}
+using stricthost::Personality;
 
 TEST(DispatchTest, CommandsWithoutARowSucceedAndTouchNothing) {
-    FakeHost host;
+    TestHost host;
+    stricthost::Instance& instance = host.Start();
     for (const PF_Cmd code : {2, 3, 9, 16, 17, 18, 19, 20, 21, 22, 25, 28, 31, 33, 1000, -1})
-        EXPECT_EQ(host.Send(code), PF_Err_NONE) << code;
-    EXPECT_THAT(Engine().calls, ElementsAre());
-    EXPECT_EQ(EntryPointFunc(PF_Cmd_RENDER, nullptr, &host.out, nullptr, nullptr, nullptr),
-              PF_Err_BAD_CALLBACK_PARAM);
-}
-
-TEST(AboutTest, TextGoesToAfterEffectsOnlyAndNeverPastTheField) {
-    FakeHost host;
-    EXPECT_EQ(host.Send(PF_Cmd_ABOUT), PF_Err_NONE);
-    EXPECT_STREQ(host.out.return_msg, "About\n\n");
-    Engine().about = std::string(1000, 'x');
-    EXPECT_EQ(host.Send(PF_Cmd_ABOUT), PF_Err_NONE);
-    EXPECT_EQ(std::string(host.out.return_msg), std::string(253, 'x') + "\n\n");
-    EXPECT_EQ(host.out.start_sampL, 0) << "the field after the text";
-
-    FakeHost premiere(FakeHost::Kind::Premiere);
-    EXPECT_EQ(premiere.Send(PF_Cmd_ABOUT), PF_Err_NONE);
-    EXPECT_STREQ(premiere.out.return_msg, "");
+        EXPECT_EQ(TestHost::Send(code, instance), PF_Err_NONE) << code;
+    EXPECT_TRUE(Engine().calls.empty());
+    PF_InData in = {};
+    PF_OutData out = {};
+    for (const PF_Err err : {EntryPointFunc(PF_Cmd_RENDER, nullptr, &out, nullptr, nullptr, nullptr),
+                             EntryPointFunc(PF_Cmd_RENDER, &in, nullptr, nullptr, nullptr, nullptr)})
+        EXPECT_EQ(err, PF_Err_BAD_CALLBACK_PARAM);
 }
 
 TEST(GlobalSetupTest, VersionBitsMoveToTheHostsPlaces) {
-    struct Row {
-        const char* what;
-        std::uint32_t engine;
-        std::uint32_t host;
+    constexpr std::pair<std::uint32_t, std::uint32_t> rows[] = {
+        {1u | 1u << 6 | 1u << 14, 557057}, // 1.1, release 0, build 1
+        {63, 7u << 19 | 7u << 26},         // the largest major
+        {255u << 6, 15u << 15},            // the largest minor loses its upper half
+        {0xFFFFu << 14, 0x1FF},            // the largest build loses its upper bits
+        {3u << 30, 3u << 9},               // stage release
     };
-    const Row rows[] = {
-        // 1.1, release 0, build 1 is 557057 on the host's side.
-        {"1.1 build 1", 1u | 1u << 6 | 1u << 14, 557057},
-        {"largest major", 63, 7u << 19 | 7u << 26},
-        {"largest minor loses its upper half", 255u << 6, 15u << 15},
-        {"largest build loses its upper bits", 0xFFFFu << 14, 0x1FF},
-        {"stage release", 3u << 30, 3u << 9},
-        {"everything", 0xFFFFFFFF, 0x1FF | 3u << 9 | 15u << 15 | 7u << 19 | 7u << 26},
-    };
-    for (const Row& row : rows) {
-        FakeHost host;
-        Engine().version = row.engine;
-        EXPECT_EQ(host.Send(PF_Cmd_GLOBAL_SETUP), PF_Err_NONE);
-        EXPECT_EQ(host.out.my_version, row.host) << row.what;
+    for (const auto& [engine, expected] : rows) {
+        TestHost host;
+        Engine().version = engine;
+        host.SetUp();
+        EXPECT_EQ(host.strict.Version(), expected);
     }
 }
 
-TEST(GlobalSetupTest, AfterEffectsGetsFlagsAndAPluginId) {
-    FakeHost host;
-    Engine().flags = 0x02000200;
-    Engine().flags2 = 0x1400;
-    ASSERT_EQ(host.Send(PF_Cmd_GLOBAL_SETUP), PF_Err_NONE);
-    EXPECT_EQ(static_cast<unsigned>(host.out.out_flags), 0x02000200u | 0x4008005u);
-    EXPECT_EQ(host.out.out_flags2, 0x1400);
-    EXPECT_THAT(host.log, ElementsAre("register HOSTID"));
-    const auto* data = *reinterpret_cast<Adapter::GlobalData**>(host.in.global_data);
-    EXPECT_EQ(data->initialised, 1);
-    EXPECT_EQ(data->aegpPluginId, 77);
-    EXPECT_EQ(host.Unreturned(), "");
+TEST(GlobalSetupTest, EachHostLearnsFlagsAndDeepFormatsItsOwnWay) {
+    constexpr int always = 0x4008005, deep = 0x02000000, floats = 0x1000, sharedSequence = 0x8000;
+    struct Row {
+        Personality personality;
+        int engineFlags, engineFlags2, flags, flags2;
+        std::vector<std::uint32_t> formats;
+    };
+    const Row rows[] = {
+        {Personality::AfterEffects, deep | 0x200, floats | 0x400, always | deep | 0x200, floats | 0x400, {}},
+        {Personality::Premiere,
+         deep,
+         floats,
+         always,
+         sharedSequence,
+         {0x62677261, 0x62677278, 0x62677258, 0x62677241, 0x62675241, 0x62675258}},
+        {Personality::Premiere, 0, 0, always, sharedSequence, {0x62677261, 0x62677278}},
+    };
+    for (const Row& row : rows) {
+        TestHost host(row.personality);
+        Engine().flags = static_cast<std::uint32_t>(row.engineFlags);
+        Engine().flags2 = static_cast<std::uint32_t>(row.engineFlags2);
+        host.SetUp();
+        EXPECT_EQ(host.strict.OutFlags(), row.flags);
+        EXPECT_EQ(host.strict.OutFlags2(), row.flags2);
+        EXPECT_EQ(host.strict.PixelFormats(), row.formats);
+    }
 }
 
-TEST(GlobalSetupTest, PremiereLearnsDeepFormatsFromItsSuite) {
-    FakeHost host(FakeHost::Kind::Premiere);
-    Engine().flags = 0x02000000;
-    Engine().flags2 = 0x1000;
-    ASSERT_EQ(host.Send(PF_Cmd_GLOBAL_SETUP), PF_Err_NONE);
-    EXPECT_EQ(host.out.out_flags, 0x4008005);
-    EXPECT_EQ(host.out.out_flags2, 0x8000);
-    EXPECT_THAT(host.pixelFormats,
-                ElementsAre(0x62677261, 0x62677278, 0x62677258, 0x62677241, 0x62675241, 0x62675258));
-    EXPECT_THAT(host.log, ElementsAre()) << "no plug-in id in Premiere Pro";
+std::string s_Registered;
 
-    FakeHost shallow(FakeHost::Kind::Premiere);
-    ASSERT_EQ(shallow.Send(PF_Cmd_GLOBAL_SETUP), PF_Err_NONE);
-    EXPECT_THAT(shallow.pixelFormats, ElementsAre(0x62677261, 0x62677278));
-    EXPECT_EQ(shallow.Unreturned(), "");
-}
-
-TEST(GlobalSetupTest, TheEngineLearnsWhereTheBundleIs) {
-    FakeHost host;
-    host.Send(PF_Cmd_GLOBAL_SETUP);
-    EXPECT_EQ(Engine().calls.front(), "globalSetup module ");
-    FakeHost pathOnly;
-    pathOnly.failing["bundle"] = 1;
-    pathOnly.Send(PF_Cmd_GLOBAL_SETUP);
+TEST(GlobalSetupTest, EngineAndHostLearnOfEachOther) {
+    s_Registered.clear();
+    TestHost host(Personality::AfterEffects, [](auto& options) { options.pluginPath = "/plugins/effect"; });
+    host.Replace(kAEGPUtilitySuite, &AEGP_UtilitySuite3::AEGP_RegisterWithAEGP,
+                 [](AEGP_GlobalRefcon refcon, const A_char* name, AEGP_PluginID*) -> A_Err {
+                     s_Registered += (refcon ? "refcon " : "") + std::string(name);
+                     return A_Err_NONE;
+                 });
+    host.SetUp();
+    EXPECT_EQ(s_Registered, "HOSTID");
     EXPECT_EQ(Engine().calls.front(), "globalSetup null /plugins/effect");
+    EXPECT_EQ(host.strict.About(), "About\n\n");
+    Engine().about = std::string(1000, 'x');
+    EXPECT_EQ(host.strict.About(), std::string(253, 'x') + "\n\n") << "never past the field";
+
+    TestHost premiere(Personality::Premiere);
+    premiere.before = [](Command& command) {
+        command.in.utils->get_platform_data = [](PF_ProgPtr, PF_PlatDataID which, void* data) -> PF_Err {
+            *static_cast<void**>(data) = data; // not a path that the engine could read
+            return which == PF_PlatData_BUNDLE_REF ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+        };
+    };
+    premiere.SetUp();
+    EXPECT_EQ(Engine().calls.front(), "globalSetup module ");
+    EXPECT_EQ(premiere.strict.About(), "");
 }
 
 TEST(GlobalSetupTest, FailuresPublishNothingAndLeakNothing) {
     struct Row {
-        const char* what;
-        void (*arrange)(FakeHost&);
+        bool setupWorks;
+        long allocations;
+        A_Err registerError;
+        const char* missingSuite;
         PF_Err expected;
     };
-    const Row rows[] = {
-        {"the engine", [](FakeHost&) { Engine().setupWorks = false; }, 512},
-        {"no memory", [](FakeHost& host) { host.allocationsLeft = 0; }, 512},
-        {"registration", [](FakeHost& host) { host.failing["register"] = 5; }, 5},
-        {"no AEGP layer", [](FakeHost& host) { host.missing.insert("AEGP Utility Suite"); }, 516},
-        {"no handles", [](FakeHost& host) { host.missing.insert("PF Handle Suite"); }, 516},
-    };
-    for (const Row& row : rows) {
-        FakeHost host;
-        row.arrange(host);
-        EXPECT_EQ(host.Send(PF_Cmd_GLOBAL_SETUP), row.expected) << row.what;
-        EXPECT_EQ(host.in.global_data, nullptr) << row.what;
-        EXPECT_EQ(host.LiveHandles(), 0) << row.what;
-        EXPECT_EQ(host.Unreturned(), "") << row.what;
+    for (const Row& row : {Row{false, -1, 0, "", PF_Err_INTERNAL_STRUCT_DAMAGED},
+                           Row{true, 0, 0, "", PF_Err_INTERNAL_STRUCT_DAMAGED}, Row{true, -1, 5, "", 5},
+                           Row{true, -1, 0, kAEGPUtilitySuite, PF_Err_BAD_CALLBACK_PARAM},
+                           Row{true, -1, 0, kPFHandleSuite, PF_Err_BAD_CALLBACK_PARAM}}) {
+        TestHost host(Personality::AfterEffects, [&](auto& options) {
+            options.allocations = row.allocations;
+            options.registerError = row.registerError;
+            options.missingSuites = {row.missingSuite};
+        });
+        Engine().setupWorks = row.setupWorks;
+        host.after = [](Command& command) { EXPECT_EQ(command.out.global_data, nullptr); };
+        EXPECT_EQ(ErrorOf([&] { host.strict.GlobalSetup(); }), row.expected);
     }
 }
 

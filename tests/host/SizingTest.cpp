@@ -1,11 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "AE_GeneralPlug.h"
+#include "PrSDKAESupport.h"
+#include "PrSDKSequenceInfoSuite.h"
 #include "host/Rects.h"
 #include "host/Scaling.h"
-#include "host/SequenceRecord.h"
-#include "tests/host/FakeHost.h"
-#include "tests/support/RecordingPlugin.h"
+#include "tests/host/TestHost.h"
 
 void PrintTo(const PF_LRect& rect, std::ostream* stream) {
     *stream << rect.left << ',' << rect.top << ',' << rect.right << ',' << rect.bottom;
@@ -16,271 +19,197 @@ static bool operator==(const PF_LRect& a, const PF_LRect& b) {
 
 namespace {
 
-RecordingPlugin& Engine() {
-    return RecordingPlugin::Instance();
-}
+using fxhost::Picture;
+using stricthost::Instance;
+using stricthost::Personality;
+
+constexpr auto AE = Personality::AfterEffects;
+constexpr auto Plain = Personality::AfterEffectsPlain;
+constexpr auto Pr = Personality::Premiere;
 
 TEST(ScalingTest, DividesNearlyRounded) {
-    struct Row {
-        unsigned size;
-        A_long num;
-        A_u_long den;
-        unsigned expected;
-    };
-    const Row rows[] = {
-        {1920, 1, 1, 1920},
-        {0, 1, 1, 0},
-        {5, 1, 2, 2},                   // (5 + 0) / 2
-        {6, 1, 4, 1},                   // (6 + 1) / 4
-        {7, 1, 4, 2},                   // (7 + 1) / 4
-        {100, 10, 11, 91},              // (1000 + 4) / 11
-        {30000, 768000, 702000, 32821}, // beyond 32 bits on the way
-        {9, 1, 0, 9},
-        {9, -1, 2, 9},
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(Adapter::Scaled(row.size, {row.num, row.den}), row.expected)
-            << row.size << row.num << row.den;
+    EXPECT_EQ(Adapter::Scaled(1920, {1, 1}), 1920u);
+    EXPECT_EQ(Adapter::Scaled(5, {1, 2}), 2u);      // (5 + 0) / 2
+    EXPECT_EQ(Adapter::Scaled(6, {1, 4}), 1u);      // (6 + 1) / 4
+    EXPECT_EQ(Adapter::Scaled(7, {1, 4}), 2u);      // (7 + 1) / 4
+    EXPECT_EQ(Adapter::Scaled(100, {10, 11}), 91u); // (1000 + 4) / 11
+    EXPECT_EQ(Adapter::Scaled(30000, {768000, 702000}), 32821u) << "beyond 32 bits on the way";
+    EXPECT_EQ(Adapter::Scaled(9, {1, 0}), 9u);
+    EXPECT_EQ(Adapter::Scaled(9, {-1, 2}), 9u);
 }
 
 TEST(ScalingTest, UnionsIgnoreEmptyRectangles) {
     PF_LRect sum = {5, 5, 5, 9};
-    const PF_LRect a = {-1, 0, 10, 10}, b = {3, -4, 12, 5}, empty = {20, 20, 20, 30};
-    Adapter::UnionLRect(&empty, &sum);
-    EXPECT_EQ(sum, (PF_LRect{5, 5, 5, 9}));
-    Adapter::UnionLRect(&a, &sum);
-    EXPECT_EQ(sum, a);
-    Adapter::UnionLRect(&b, &sum);
-    EXPECT_EQ(sum, (PF_LRect{-1, -4, 12, 10}));
-    Adapter::UnionLRect(&empty, &sum);
-    EXPECT_EQ(sum, (PF_LRect{-1, -4, 12, 10}));
+    for (const PF_LRect& rect :
+         {PF_LRect{20, 20, 20, 30}, {-1, 0, 10, 10}, {3, -4, 12, 5}, {20, 20, 20, 30}, {4, -8, 5, 20}})
+        Adapter::UnionLRect(&rect, &sum);
+    EXPECT_EQ(sum, (PF_LRect{-1, -8, 12, 20}));
 }
-
-struct FrameRow {
-    const char* what;
-    FakeHost::Kind kind;
-    A_long width, height; // of the layer as the host sees it
-    PF_RationalScale dsx, dsy, par;
-    unsigned outWidth, outHeight; // what the engine wants, 0: the same
-    A_long expectedWidth, expectedHeight, expectedH, expectedV;
-    unsigned frameWidth, frameHeight; // Premiere Pro's frame data
-};
 
 TEST(FrameSetupTest, SumsForBothHosts) {
-    constexpr auto AE = FakeHost::Kind::AfterEffects;
-    constexpr auto Pr = FakeHost::Kind::Premiere;
-    const FrameRow rows[] = {
-        {"same size at full resolution", AE, 640, 361, {1, 1}, {1, 1}, {1, 1}, 0, 0, 640, 361, 0, 0, 0, 0},
-        {"same size, wide pixels", AE, 640, 361, {1, 1}, {1, 1}, {3, 2}, 0, 0, 640, 361, 0, 0, 0, 0},
-        // 320 / 2 - 640 / 2 and 180 / 2 - 361 / 2; (361 + 0) / 2 = 180
-        {"same size at half", AE, 640, 361, {1, 2}, {1, 2}, {1, 1}, 0, 0, 320, 180, -160, -90, 0, 0},
-        {"larger", AE, 640, 361, {1, 1}, {1, 1}, {1, 1}, 741, 461, 741, 461, 50, 50, 0, 0},
-        // 600 * 3 / 2 = 900
-        {"wide pixels count once resized",
-         AE,
-         640,
-         360,
-         {1, 1},
-         {1, 1},
-         {3, 2},
-         600,
-         360,
-         900,
-         360,
-         130,
-         0,
-         0,
-         0},
-        {"same size", Pr, 640, 360, {1, 1}, {1, 1}, {1, 1}, 0, 0, 640, 360, 0, 0, 640, 360},
-        {"same size at half", Pr, 640, 360, {1, 2}, {1, 2}, {3, 2}, 0, 0, 640, 360, 0, 0, 320, 180},
-        {"larger", Pr, 640, 360, {1, 1}, {1, 1}, {1, 1}, 801, 360, 801, 360, 80, 0, 801, 360},
-        // 800 * 3 / 2 = 1200, 640 * 3 / 2 = 960
-        {"larger, wide pixels", Pr, 640, 360, {1, 1}, {1, 1}, {3, 2}, 800, 360, 1200, 360, 120, 0, 1200, 360},
-        // 800 / 2 * 3 / 2 = 600, 640 / 2 * 3 / 2 = 480; smaller than the output, which stays
-        {"larger at half, wide pixels",
-         Pr,
-         640,
-         360,
-         {1, 2},
-         {1, 2},
-         {3, 2},
-         800,
-         360,
-         640,
-         360,
-         0,
-         0,
-         600,
-         180},
-        {"smaller", Pr, 640, 360, {1, 1}, {1, 1}, {1, 1}, 320, 180, 640, 360, 0, 0, 320, 180},
-    };
-    for (const FrameRow& row : rows) {
-        FakeHost host(row.kind);
-        host.SetUp();
-        host.params[0].u.ld.width = host.in.width = row.width;
-        host.params[0].u.ld.height = host.in.height = row.height;
-        host.in.downsample_x = row.dsx;
-        host.in.downsample_y = row.dsy;
-        host.in.pixel_aspect_ratio = row.par;
-        Engine().outWidth = row.outWidth;
-        Engine().outHeight = row.outHeight;
-        ASSERT_EQ(host.Send(PF_Cmd_FRAME_SETUP), PF_Err_NONE) << row.what;
-        EXPECT_EQ(host.out.width, row.expectedWidth) << row.what;
-        EXPECT_EQ(host.out.height, row.expectedHeight) << row.what;
-        EXPECT_EQ(host.out.origin.h, row.expectedH) << row.what;
-        EXPECT_EQ(host.out.origin.v, row.expectedV) << row.what;
-        EXPECT_EQ(Engine().lockBalance, 0) << row.what;
-        const auto data = reinterpret_cast<Adapter::FrameData**>(host.in.frame_data);
-        ASSERT_EQ(data != nullptr, row.kind == Pr) << row.what;
-        if (data) {
-            EXPECT_EQ((*data)->width, row.frameWidth) << row.what;
-            EXPECT_EQ((*data)->height, row.frameHeight) << row.what;
-        }
-        const int handles = host.LiveHandles();
-        EXPECT_EQ(host.Send(PF_Cmd_FRAME_SETDOWN), PF_Err_NONE);
-        EXPECT_EQ(host.LiveHandles(), handles - (data ? 1 : 0)) << row.what;
-        EXPECT_EQ(host.in.frame_data, nullptr) << row.what;
-        EXPECT_EQ(host.Unreturned(), "") << row.what;
-    }
-}
-
-TEST(FrameSetupTest, TheFrameIsNotLockedInAfterEffects13_0And13_1) {
     struct Row {
-        FakeHost::Kind kind;
-        A_short major, minor;
-        unsigned locks;
+        Personality personality;
+        A_long width, height; // as the host describes the layer
+        A_u_long downsample;  // 1 / 1 or 1 / 2
+        PF_RationalScale aspect;
+        unsigned wantedWidth, wantedHeight; // by the engine
+        const char* expected; // size and origin of the output; for Premiere Pro, the frame's size
     };
-    for (const Row& row :
-         {Row{FakeHost::Kind::AfterEffects, 13, 0, 0}, Row{FakeHost::Kind::AfterEffects, 13, 1, 0},
-          Row{FakeHost::Kind::AfterEffects, 13, 2, 1}, Row{FakeHost::Kind::AfterEffects, 12, 1, 1},
-          Row{FakeHost::Kind::Premiere, 13, 0, 1}}) {
-        FakeHost host(row.kind);
-        host.SetUp();
-        host.in.version.major = row.major;
-        host.in.version.minor = row.minor;
-        host.Send(PF_Cmd_FRAME_SETUP);
-        EXPECT_EQ(Engine().Count("lockFrame"), row.locks) << row.major << '.' << row.minor;
-        Engine().calls.clear();
-        host.SmartPreRender();
-        EXPECT_EQ(Engine().Count("lockFrame"), row.locks) << row.major << '.' << row.minor;
-        EXPECT_EQ(Engine().Count("releaseFrame"), row.locks) << row.major << '.' << row.minor;
+    const Row rows[] = {
+        {Plain, 640, 361, 1, {3, 2}, 640, 361, "640x361 0,0"},
+        {Plain, 640, 361, 2, {1, 1}, 640, 361, "320x180 -160,-90"}, // 320/2 - 640/2, 180/2 - 361/2
+        {Plain, 640, 361, 1, {1, 1}, 741, 461, "741x461 50,50"},
+        {Plain, 640, 360, 1, {3, 2}, 600, 360, "900x360 130,0"}, // 600 * 3/2
+        {Pr, 640, 360, 1, {1, 1}, 640, 360, "640x360 0,0 640x360"},
+        {Pr, 640, 360, 2, {3, 2}, 640, 360, "640x360 0,0 320x180"},
+        {Pr, 640, 360, 1, {1, 1}, 801, 360, "801x360 80,0 801x360"},
+        {Pr, 640, 360, 1, {1, 1}, 320, 401, "320x401 -160,20 320x401"},
+        {Pr, 640, 360, 1, {3, 2}, 800, 360, "1200x360 120,0 1200x360"}, // 800 * 3/2, 640 * 3/2 = 960
+        {Pr, 640, 360, 2, {3, 2}, 800, 360, "640x360 0,0 600x180"},     // 800/2 * 3/2 is less than the output
+        {Pr, 640, 360, 1, {1, 1}, 320, 180, "640x360 0,0 320x180"},
+    };
+    for (const Row& row : rows) {
+        TestHost host(row.personality);
+        Instance& instance = host.Start();
+        Engine().outWidth = row.wantedWidth;
+        Engine().outHeight = row.wantedHeight;
+        host.before = [&](Command& command) {
+            PF_LayerDef& layer = command.params[0]->u.ld;
+            command.in.width = command.out.width = layer.width = row.width;
+            command.in.height = command.out.height = layer.height = row.height;
+            command.in.downsample_x = command.in.downsample_y = {1, row.downsample};
+            command.in.pixel_aspect_ratio = row.aspect;
+        };
+        host.after = [&](Command& command) {
+            const PF_OutData& out = command.out;
+            std::ostringstream text;
+            text << out.width << 'x' << out.height << ' ' << out.origin.h << ',' << out.origin.v;
+            if (const auto data = reinterpret_cast<Adapter::FrameData**>(out.frame_data))
+                text << ' ' << (*data)->width << 'x' << (*data)->height;
+            EXPECT_EQ(text.str(), row.expected);
+            host.before = host.after = nullptr; // the rest of the frame is the host's own
+        };
+        EXPECT_EQ(Render(instance).error, PF_Err_NONE);
     }
-    FakeHost refused;
-    refused.SetUp();
-    Engine().lockWorks = false;
-    EXPECT_EQ(refused.Send(PF_Cmd_FRAME_SETUP), PF_Err_NONE);
-    EXPECT_EQ(Engine().Count("preRender 0 0"), 1u);
-    EXPECT_EQ(Engine().Count("releaseFrame"), 0u);
 }
 
 TEST(FrameSetupTest, CompositionSizeComesFromTheHostOrTheLayer) {
-    const auto told = [](FakeHost& host) {
-        host.SetUp();
-        host.Send(PF_Cmd_FRAME_SETUP);
-        EXPECT_EQ(host.Unreturned(), "");
-        return *std::find_if(Engine().calls.begin(), Engine().calls.end(),
-                             [](const std::string& call) { return call.starts_with("setCompositionSize"); });
+    struct Row {
+        Personality personality;
+        const char* missing;
+        A_u_long aspectDen;
+        const char* expected;
+        void (*breakHost)(TestHost& host) = [](TestHost&) {};
     };
-    for (const auto kind : {FakeHost::Kind::AfterEffects, FakeHost::Kind::Premiere}) {
-        FakeHost host(kind);
-        EXPECT_EQ(told(host), "setCompositionSize 1280 720 2");
+    using Interface = AEGP_PFInterfaceSuite1;
+    using Info = PrSDKSequenceInfoSuite;
+    const Row rows[] = {
+        {AE, "", 1, "1280 720 2"},
+        {Pr, "", 1, "1280 720 2"},
+        {AE, "", 0, "1280 720 1"},
+        {Pr, "", 0, "1280 720 1"},
+        {AE, kAEGPPFInterfaceSuite, 1, "1 1 1"},
+        {AE, kAEGPLayerSuite, 1, "1 1 1"},
+        {AE, kAEGPCompSuite, 1, "1 1 1"},
+        {AE, kAEGPItemSuite, 1, "1 1 1"},
+        {Pr, kPFUtilitySuite, 1, "1 1 1"},
+        {Pr, kPrSDKSequenceInfoSuite, 1, "1 1 1"},
+        {AE, "", 1, "1 1 1",
+         [](TestHost& host) { host.Fail(kAEGPPFInterfaceSuite, &Interface::AEGP_GetEffectLayer); }},
+        {Pr, "", 1, "1 1 1",
+         [](TestHost& host) { host.Fail(kPFUtilitySuite, &PF_UtilitySuite::GetContainingTimelineID); }},
+        {Pr, "", 1, "300 200 2",
+         [](TestHost& host) {
+             host.Replace(kPrSDKSequenceInfoSuite, &Info::GetFrameRect, [](PrTimelineID, prRect* rect) {
+                 rect->left = rect->top = 10;
+                 rect->right = 310;
+                 rect->bottom = 210;
+                 return prSuiteError(0);
+             });
+         }},
+    };
+    for (const Row& row : rows) {
+        TestHost host(row.personality, [&](auto& options) {
+            options.missingSuites = {row.missing};
+            options.compWidth = 1280;
+            options.compHeight = 720;
+            options.compAspect = {2, row.aspectDen};
+        });
+        Instance& instance = host.Start();
+        row.breakHost(host);
+        EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+        EXPECT_EQ(Engine().Count(std::string("setCompositionSize ") + row.expected), 2u) << row.missing;
     }
-    for (const char* suite :
-         {"AEGP PF Interface Suite", "AEGP Layer Suite", "AEGP Comp Suite", "AEGP Item Suite"}) {
-        FakeHost host;
-        host.missing.insert(suite);
-        EXPECT_EQ(told(host), "setCompositionSize 640 360 1") << suite;
-    }
-    for (const char* suite : {"PF Utility Suite", "MediaCore Sequence Info Suite"}) {
-        FakeHost host(FakeHost::Kind::Premiere);
-        host.missing.insert(suite);
-        EXPECT_EQ(told(host), "setCompositionSize 640 360 1") << suite;
-    }
-    for (const char* call : {"effect layer", "timeline"}) {
-        FakeHost host(call[0] == 't' ? FakeHost::Kind::Premiere : FakeHost::Kind::AfterEffects);
-        host.failing[call] = 1;
-        EXPECT_EQ(told(host), "setCompositionSize 640 360 1") << call;
-    }
-    FakeHost flat;
-    flat.aspectDen = 0;
-    EXPECT_EQ(told(flat), "setCompositionSize 1280 720 1");
 }
-
-struct PreRenderRow {
-    const char* what;
-    PF_LRect input, request;
-    unsigned outWidth, outHeight;
-    PF_LRect result, maximum;
-    int flags;
-};
 
 TEST(SmartPreRenderTest, Rectangles) {
-    const PF_LRect before = {0, 0, 10, 10}; // what the output holds already
-    const PreRenderRow rows[] = {
-        {"inside on all sides", {2, 2, 6, 6}, {2, 2, 7, 7}, 0, 0, {0, 0, 10, 10}, {0, 0, 10, 10}, 0},
-        {"touches on the right", {2, 2, 7, 6}, {2, 2, 7, 7}, 0, 0, {0, 0, 10, 10}, {0, 0, 10, 10}, 1},
-        {"reaches out on the left", {-3, 2, 6, 6}, {-2, 2, 7, 7}, 0, 0, {-3, 0, 10, 10}, {-3, 0, 10, 10}, 1},
-        {"empty request", {0, 0, 20, 5}, {0, 0, 0, 0}, 0, 0, {0, 0, 20, 10}, {0, 0, 20, 10}, 1},
-        {"empty input", {0, 0, 0, 0}, {0, 0, 8, 8}, 0, 0, {0, 0, 10, 10}, {0, 0, 10, 10}, 0},
-        // 3 + 5/2 - 8/2 = 1, 4 + 7/2 - 3/2 = 6
-        {"resized", {3, 4, 8, 11}, {-99, -99, 99, 99}, 8, 3, {1, 6, 9, 9}, {0, 0, 10, 10}, 1},
-        {"enlarged", {0, 0, 10, 10}, {-99, -99, 99, 99}, 16, 13, {-3, -1, 13, 12}, {-3, -1, 13, 12}, 1},
+    struct Row {
+        PF_LRect input, request;
+        unsigned wantedWidth, wantedHeight; // 0: the input's
+        PF_LRect result;
+        bool extraPixels;
     };
-    for (const PreRenderRow& row : rows) {
-        FakeHost host;
-        host.SetUp();
-        host.inputRect = row.input;
-        host.preRenderInput.output_request.rect = row.request;
-        host.preRenderOutput.result_rect = host.preRenderOutput.max_result_rect = before;
-        Engine().outWidth = row.outWidth;
-        Engine().outHeight = row.outHeight;
-        EXPECT_EQ(host.SmartPreRender(), PF_Err_NONE);
-        EXPECT_EQ(host.preRenderOutput.result_rect, row.result) << row.what;
-        EXPECT_EQ(host.preRenderOutput.max_result_rect, row.maximum) << row.what;
-        EXPECT_EQ(host.preRenderOutput.flags, row.flags) << row.what;
-        ASSERT_EQ(host.layerCheckouts.size(), 2u);
-        EXPECT_EQ(host.layerCheckouts[0].second.rect, (PF_LRect{0, 0, 0, 0}));
-        EXPECT_EQ(host.layerCheckouts[1].second.rect, row.input) << row.what;
-        EXPECT_EQ(Engine().lockBalance, 0);
+    const Row rows[] = {
+        {{2, 2, 6, 6}, {2, 2, 7, 7}, 0, 0, {2, 2, 6, 6}, false}, // inside
+        {{2, 2, 7, 6}, {2, 2, 7, 7}, 0, 0, {2, 2, 7, 6}, true},  // touches on the right
+        {{2, 2, 6, 7}, {2, 2, 7, 7}, 0, 0, {2, 2, 6, 7}, true},  // and below
+        {{-3, 2, 6, 6}, {-2, 2, 7, 7}, 0, 0, {-3, 2, 6, 6}, true},
+        {{0, 0, 20, 5}, {0, 0, 0, 0}, 0, 0, {0, 0, 20, 5}, true},
+        {{0, 0, 0, 0}, {0, 0, 8, 8}, 0, 0, {0, 0, 0, 0}, false},
+        {{3, 4, 8, 11}, {-9, -9, 99, 99}, 8, 3, {1, 6, 9, 9}, true}, // 3 + 5/2 - 8/2, 4 + 7/2 - 3/2
+        {{0, 0, 10, 10}, {-9, -9, 99, 99}, 16, 13, {-3, -1, 13, 12}, true},
+    };
+    for (const Row& row : rows) {
+        TestHost host;
+        Instance& instance = host.Start();
+        Engine().outWidth = row.wantedWidth;
+        Engine().outHeight = row.wantedHeight;
+        host.after = [&](Command& command) {
+            const PF_PreRenderOutput& output = *static_cast<PF_PreRenderExtra*>(command.extra)->output;
+            EXPECT_EQ(output.result_rect, row.result);
+            EXPECT_EQ(output.max_result_rect, row.result);
+            EXPECT_EQ(output.flags, row.extraPixels ? PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS : 0);
+            host.after = nullptr;
+        };
+        stricthost::FrameRequest request;
+        request.inputX = row.input.left;
+        request.inputY = row.input.top;
+        request.wanted = row.request;
+        const auto extent = [](A_long from, A_long to) { return static_cast<unsigned>(to - from); };
+        const Picture input(extent(row.input.left, row.input.right), extent(row.input.top, row.input.bottom),
+                            8);
+        EXPECT_EQ(Render(instance, input, request).error, PF_Err_NONE);
     }
 }
+
+std::vector<std::pair<A_long, PF_RenderRequest>> s_Checkouts;
+decltype(PF_PreRenderCallbacks::checkout_layer) s_CheckoutLayer;
 
 TEST(SmartPreRenderTest, BothRequestsFollowTheHosts) {
-    FakeHost host;
-    host.SetUp();
-    PF_RenderRequest& request = host.preRenderInput.output_request;
-    request.field = PF_Field_LOWER;
-    request.channel_mask = PF_ChannelMask_ALPHA;
-    request.reserved[2] = 5;
-    ASSERT_EQ(host.SmartPreRender(), PF_Err_NONE);
-    ASSERT_EQ(host.layerCheckouts.size(), 2u);
-    EXPECT_EQ(host.layerCheckouts[0].first, 1193045);
-    EXPECT_EQ(host.layerCheckouts[1].first, 1193046);
-    for (const auto& [id, asked] : host.layerCheckouts) {
+    TestHost host;
+    Instance& instance = host.Start();
+    s_Checkouts.clear();
+    host.before = [&](Command& command) {
+        const auto& extra = *static_cast<PF_PreRenderExtra*>(command.extra);
+        extra.input->output_request.field = PF_Field_LOWER;
+        extra.input->output_request.channel_mask = PF_ChannelMask_ALPHA;
+        s_CheckoutLayer = extra.cb->checkout_layer;
+        extra.cb->checkout_layer = [](auto effect, auto index, A_long id, const PF_RenderRequest* request,
+                                      auto time, auto step, auto scale, auto* result) -> PF_Err {
+            s_Checkouts.emplace_back(id, *request);
+            return s_CheckoutLayer(effect, index, id, request, time, step, scale, result);
+        };
+        host.before = nullptr;
+    };
+    ASSERT_EQ(Render(instance).error, PF_Err_NONE);
+    ASSERT_EQ(s_Checkouts.size(), 2u);
+    EXPECT_EQ(s_Checkouts[0].second.rect, PF_LRect()) << "the layer's extent is not known yet";
+    EXPECT_EQ(s_Checkouts[1].second.rect, (PF_LRect{0, 0, 1, 1}));
+    for (const auto& [id, asked] : s_Checkouts) {
         EXPECT_EQ(asked.field, PF_Field_LOWER);
-        EXPECT_EQ(asked.channel_mask, 15);
+        EXPECT_EQ(asked.channel_mask, PF_ChannelMask_ARGB);
         EXPECT_EQ(asked.preserve_rgb_of_zero_alpha, 1);
-        EXPECT_EQ(asked.reserved[2], 5);
     }
-}
-
-TEST(SmartPreRenderTest, AFailedFirstCheckoutStillAsksTheEngine) {
-    FakeHost host;
-    host.SetUp();
-    host.failing["checkout_layer"] = 513;
-    EXPECT_EQ(host.SmartPreRender(), 513);
-    EXPECT_EQ(host.layerCheckouts.size(), 1u);
-    EXPECT_EQ(Engine().Count("preRender 0 0"), 1u);
-    EXPECT_EQ(Engine().lockBalance, 0);
-}
-
-TEST(SmartPreRenderTest, WithoutAnInstanceTheInputPassesThrough) {
-    FakeHost host;
-    host.inputRect = {0, 0, 8, 8};
-    EXPECT_EQ(host.SmartPreRender(), PF_Err_NONE);
-    EXPECT_EQ(host.preRenderOutput.result_rect, host.inputRect);
-    EXPECT_EQ(host.layerCheckouts.size(), 2u);
-    EXPECT_TRUE(Engine().calls.empty());
 }
 
 } // namespace

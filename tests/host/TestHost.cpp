@@ -1,0 +1,136 @@
+#include "tests/host/TestHost.h"
+
+#include <gtest/gtest.h>
+
+#include "AE_EffectCB.h"
+#include "host/EntryPoint.h"
+#include "host/HostState.h"
+#include "standalone/stricthost/Call.h"
+#include "standalone/stricthost/SuiteTable.h"
+
+namespace {
+TestHost* s_Current = nullptr;
+thread_local CGLContextObj t_Context = nullptr;
+} // namespace
+
+CGLContextObj CGLGetCurrentContext() {
+    return t_Context;
+}
+
+CGLError CGLSetCurrentContext(CGLContextObj context) {
+    t_Context = context;
+    return kCGLNoError;
+}
+
+namespace {
+
+stricthost::Options MakeOptions(stricthost::Personality personality,
+                                const std::function<void(stricthost::Options&)>& change) {
+    stricthost::Options options;
+    options.personality = personality;
+    options.rowPadding = 13; // leaves rows at odd addresses
+    options.currentContext = []() -> void* { return CGLGetCurrentContext(); };
+    if (change)
+        change(options);
+    return options;
+}
+
+// As the module is when it was just loaded.
+void ForgetParameters() {
+    using namespace Adapter;
+    s_MapPlugin2AEParam.clear();
+    s_MapAEParam2Plugin.clear();
+    s_ColorsStart = s_PointsStart = s_HostParamCount = 0;
+}
+
+} // namespace
+
+Parameter Declared(Parameter::Type type, std::uint32_t flags, std::initializer_list<float> value) {
+    Parameter parameter("p", type, "Label");
+    parameter.flags = flags;
+    unsigned index = 0;
+    for (const float component : value)
+        parameter.value.SetFloat(index++, component);
+    return parameter;
+}
+
+stricthost::FrameResult Render(stricthost::Instance& instance, const fxhost::Picture& input,
+                               stricthost::FrameRequest request) {
+    request.input = &input;
+    return instance.Render(request);
+}
+
+TestHost::TestHost(Personality personality, const std::function<void(stricthost::Options&)>& change)
+    : strict(Enter, MakeOptions(personality, change)) {
+    s_Current = this;
+    ForgetParameters();
+    CGLSetCurrentContext(HostContext);
+    Engine().Reset();
+    Engine().flags = PF_OutFlag_DEEP_COLOR_AWARE;
+    Engine().flags2 = PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE;
+    Engine().onLock = [] { CGLSetCurrentContext(EngineContext); };
+}
+
+TestHost::~TestHost() {
+    before = after = nullptr;
+    Engine().throwAtCall = -1;
+    strict.Finish();
+    for (const std::string& text : strict.Violations())
+        if (!allowed.count(text))
+            ADD_FAILURE() << text;
+    EXPECT_EQ(Engine().lockBalance, 0);
+}
+
+void TestHost::SetUp(std::vector<Parameter> params) {
+    Engine().params = std::move(params);
+    strict.GlobalSetup();
+    strict.ParamsSetup();
+}
+
+stricthost::Instance& TestHost::Start(std::vector<Parameter> params) {
+    SetUp(std::move(params));
+    stricthost::Instance& instance = strict.NewInstance();
+    EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE);
+    Engine().calls.clear();
+    return instance;
+}
+
+PF_Err TestHost::Send(PF_Cmd code, stricthost::Instance& instance, void* extra) {
+    stricthost::Call call(instance.Host(), code, &instance);
+    instance.FillIn(call.in);
+    call.PassParams(instance.Definitions(call.in));
+    return instance.Host().Send(call, nullptr, extra);
+}
+
+Adapter::SequenceRecord& TestHost::Record(const stricthost::Instance& instance) {
+    PF_InData in = {};
+    instance.FillIn(in);
+    return *Adapter::FindRecord(in);
+}
+
+PF_Err TestHost::Enter(PF_Cmd code, PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef* output,
+                       void* extra) {
+    static SPBasicSuite s_Basic = [] {
+        SPBasicSuite basic = *stricthost::BasicSuite();
+        basic.AcquireSuite = AcquireSuite;
+        return basic;
+    }();
+    PF_UtilCallbacks utils = *in->utils;
+    in->utils = &utils;
+    in->pica_basicP = &s_Basic;
+    Command command{code, *in, *out, params, output, extra};
+    if (s_Current->before)
+        s_Current->before(command);
+    const PF_Err err = EntryPointFunc(code, in, out, params, output, extra);
+    if (s_Current->after)
+        s_Current->after(command);
+    return err;
+}
+
+SPErr TestHost::AcquireSuite(const char* name, std::int32_t number, const void** suite) {
+    const SPErr err = stricthost::BasicSuite()->AcquireSuite(name, number, suite);
+    const auto found = s_Current->m_Replaced.find(name);
+    if (err == kSPNoError && found != s_Current->m_Replaced.end())
+        *suite = found->second(*suite);
+    return err;
+}

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "host/SequenceRecord.h"
+#include "platform/CGL.h"
+#include "standalone/stricthost/StrictHost.h"
+#include "tests/support/RecordingPlugin.h"
+
+struct SPBasicSuite;
+
+inline RecordingPlugin& Engine() {
+    return RecordingPlugin::Instance();
+}
+
+// The GL contexts of the host and, while it holds the frame lock, of the engine. No GPU is behind them.
+inline const auto HostContext = reinterpret_cast<CGLContextObj>(0x1000);
+inline const auto EngineContext = reinterpret_cast<CGLContextObj>(0x2000);
+
+// A parameter as a script declares it.
+Parameter Declared(Parameter::Type type, std::uint32_t flags = 0, std::initializer_list<float> value = {});
+
+// A callback of the host that fails.
+template <PF_Err Code, class... Arguments>
+PF_Err Fails(Arguments...) {
+    return Code;
+}
+
+// A command on its way from the host to the adapter, or back.
+struct Command {
+    PF_Cmd code;
+    PF_InData& in; // its util callbacks are this command's own
+    PF_OutData& out;
+    PF_ParamDef** params;
+    PF_LayerDef* output;
+    void* extra;
+};
+
+// The adapter inside the strict host, around the recording engine, which starts afresh. Tests look at each
+// command, or change it, before the adapter gets it and after. At the end, whatever the adapter did against
+// the rules, or did not give back, fails the test. One at a time.
+class TestHost {
+public:
+    using Personality = stricthost::Personality;
+    explicit TestHost(Personality personality = Personality::AfterEffects,
+                      const std::function<void(stricthost::Options&)>& change = {});
+    ~TestHost();
+    TestHost(const TestHost&) = delete;
+    TestHost& operator=(const TestHost&) = delete;
+
+    // Global and parameter set-up of an effect with these parameters.
+    void SetUp(std::vector<Parameter> params = {});
+    // The same, and an instance that the host has shown; then forgets the engine's calls.
+    stricthost::Instance& Start(std::vector<Parameter> params = {});
+    // A command that the strict host never sends by itself.
+    static PF_Err Send(PF_Cmd code, stricthost::Instance& instance, void* extra = nullptr);
+    // What the adapter keeps with an instance.
+    static Adapter::SequenceRecord& Record(const stricthost::Instance& instance);
+
+    // Puts a function into the place of one in a suite, from the next command on.
+    template <class Suite, class Function>
+    void Replace(const char* suite, Function Suite::*place, std::type_identity_t<Function> function) {
+        m_Replaced[suite] = [place, function](const void* table) -> const void* {
+            static Suite s_Copy;
+            s_Copy = *static_cast<const Suite*>(table);
+            s_Copy.*place = function;
+            return &s_Copy;
+        };
+    }
+
+    template <class Suite, class Function>
+    void Fail(const char* suite, Function Suite::*place) {
+        Replace(suite, place, Fails<22>);
+    }
+
+    std::function<void(Command&)> before, after;
+    std::set<std::string> allowed; // violations that a test provokes
+    stricthost::StrictHost strict;
+
+private:
+    static PF_Err Enter(PF_Cmd code, PF_InData* in, PF_OutData* out, PF_ParamDef** params,
+                        PF_LayerDef* output, void* extra);
+    static std::int32_t AcquireSuite(const char* name, std::int32_t number, const void** suite);
+
+    std::map<std::string, std::function<const void*(const void*)>> m_Replaced;
+};
+
+// A frame of the picture, with the rest of the request.
+stricthost::FrameResult Render(stricthost::Instance& instance, const fxhost::Picture& input = {1, 1, 8},
+                               stricthost::FrameRequest request = {});
+
+// The error that the adapter answers a step of the host with, or none.
+template <class Step>
+PF_Err ErrorOf(Step step) {
+    try {
+        step();
+        return PF_Err_NONE;
+    } catch (const stricthost::CommandError& error) {
+        return error.Code();
+    }
+}
