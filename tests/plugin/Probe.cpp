@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <gtest/gtest.h>
 
 #include "platform/CGL.h"
 
@@ -11,47 +12,38 @@ namespace {
 
 using fxhost::Picture;
 
-// A channel in the depth's own range.
-double Get(const Picture& picture, unsigned x, unsigned y, unsigned channel) {
-    const std::size_t bytes = picture.depth / 8;
-    const std::uint8_t* const at = picture.Row(y) + (std::size_t{x} * 4 + channel) * bytes;
-    if (picture.depth == 8)
-        return *at;
-    if (picture.depth == 16) {
-        std::uint16_t value;
-        std::memcpy(&value, at, sizeof value);
-        return value;
-    }
-    float value;
-    std::memcpy(&value, at, sizeof value);
-    return value;
+template <class Channel>
+std::vector<double> Read(const Picture& picture) {
+    std::vector<Channel> channels(picture.bytes.size() / sizeof(Channel));
+    std::memcpy(channels.data(), picture.bytes.data(), picture.bytes.size());
+    return {channels.begin(), channels.end()};
 }
 
-void Set(Picture& picture, unsigned x, unsigned y, unsigned channel, double number) {
-    const std::size_t bytes = picture.depth / 8;
-    std::uint8_t* const at = picture.Row(y) + (std::size_t{x} * 4 + channel) * bytes;
-    if (picture.depth == 8) {
-        *at = static_cast<std::uint8_t>(number);
-    } else if (picture.depth == 16) {
-        const auto value = static_cast<std::uint16_t>(number);
-        std::memcpy(at, &value, sizeof value);
-    } else {
-        const auto value = static_cast<float>(number);
-        std::memcpy(at, &value, sizeof value);
-    }
+// The channels, in the depth's own range.
+std::vector<double> ChannelsOf(const Picture& picture) {
+    return picture.depth == 8    ? Read<std::uint8_t>(picture)
+           : picture.depth == 16 ? Read<std::uint16_t>(picture)
+                                 : Read<float>(picture);
+}
+
+template <class Channel>
+void Write(Picture& picture, std::size_t index, double number) {
+    const auto channel = static_cast<Channel>(number);
+    std::memcpy(picture.bytes.data() + index * sizeof channel, &channel, sizeof channel);
+}
+
+void Set(Picture& picture, std::size_t index, double number) {
+    const auto write = picture.depth == 8    ? Write<std::uint8_t>
+                       : picture.depth == 16 ? Write<std::uint16_t>
+                                             : Write<float>;
+    write(picture, index, number);
 }
 
 double White(unsigned depth) {
     return depth == 8 ? 255 : depth == 16 ? 32768 : 1;
 }
 
-} // namespace
-
-std::string Bundle(const char* name) {
-    return std::string(FX_PLUGIN_FOLDER) + "/" + name + ".plugin";
-}
-
-stricthost::Options Options(stricthost::Personality personality) {
+stricthost::Options OptionsOf(Personality personality) {
     stricthost::Options options;
     options.personality = personality;
     options.rowPadding = 20; // rows that do not begin at a whole number of wide pixels
@@ -59,55 +51,74 @@ stricthost::Options Options(stricthost::Personality personality) {
     return options;
 }
 
+} // namespace
+
+Host::Host(const char* name, Personality personality)
+    : StrictHost(std::filesystem::path(FX_PLUGIN_FOLDER) / (std::string(name) + ".plugin"),
+                 OptionsOf(personality)) {
+    GlobalSetup();
+    ParamsSetup();
+}
+
+Host::~Host() {
+    Finish();
+    for (const std::string& text : Violations())
+        ADD_FAILURE() << text;
+}
+
+Instance& Host::Apply(unsigned width, unsigned height, unsigned reach) {
+    Instance& instance = NewInstance(static_cast<A_long>(width), static_cast<A_long>(height));
+    instance.UpdateUI();
+    instance.SetValue(Amount, 1.0);
+    instance.SetValue(Reach, double(reach));
+    return instance;
+}
+
 Picture Noise(unsigned width, unsigned height, unsigned depth, std::uint32_t seed) {
     Picture picture(width, height, depth);
     std::uint32_t state = seed * 2654435761u + 1;
-    for (unsigned y = 0; y < height; ++y)
-        for (unsigned i = 0; i < width * 4; ++i) {
-            state = state * 1664525u + 1013904223u;
-            const double unit = (state >> 8) / 16777216.0;
-            Set(picture, i / 4, y, i % 4,
-                depth == 32 ? std::ldexp(std::floor(std::ldexp(unit, 10)), -10)
-                            : std::floor(unit * (White(depth) + 1)));
-        }
+    for (std::size_t i = 0; i < std::size_t{width} * height * 4; ++i) {
+        state = state * 1664525u + 1013904223u;
+        const double unit = (state >> 8) / 16777216.0;
+        Set(picture, i, depth == 32 ? std::floor(unit * 1024) / 1024 : std::floor(unit * (White(depth) + 1)));
+    }
     return picture;
 }
 
-Picture Expected(const Picture& input, bool amount, unsigned reach, int grow) {
-    const auto larger = [&](unsigned extent) {
-        return static_cast<unsigned>(static_cast<int>(extent) + 2 * grow);
-    };
-    Picture expected(larger(input.width), larger(input.height), input.depth);
-    for (unsigned y = 0; y < expected.height; ++y)
-        for (unsigned x = 0; x < expected.width; ++x) {
-            const int fromX = static_cast<int>(x) - grow, fromY = static_cast<int>(y) - grow;
-            if (fromX < 0 || fromY < 0 || fromX >= static_cast<int>(input.width) ||
-                fromY >= static_cast<int>(input.height))
-                continue;
-            for (unsigned k = 0; k < 4; ++k) {
-                const double value =
-                    Get(input, static_cast<unsigned>(fromX), static_cast<unsigned>(fromY), k);
-                const bool negative = amount && fromX < static_cast<int>(reach);
-                Set(expected, x, y, k, negative ? White(input.depth) - value : value);
-            }
-        }
+Picture Expected(const Picture& input, unsigned reach, int grow) {
+    const int width = static_cast<int>(input.width), height = static_cast<int>(input.height);
+    const int wide = width + 2 * grow, high = height + 2 * grow;
+    Picture expected(static_cast<unsigned>(wide), static_cast<unsigned>(high), input.depth);
+    const auto channels = ChannelsOf(input);
+    for (int i = 0; i < wide * high * 4; ++i) {
+        const int x = i / 4 % wide - grow, y = i / 4 / wide - grow;
+        if (x < 0 || y < 0 || x >= width || y >= height)
+            continue;
+        const double value = channels[static_cast<std::size_t>((y * width + x) * 4 + i % 4)];
+        Set(expected, static_cast<std::size_t>(i),
+            x < static_cast<int>(reach) ? White(input.depth) - value : value);
+    }
     return expected;
 }
 
-std::string Difference(const Picture& got, const Picture& expected) {
-    if (got.width != expected.width || got.height != expected.height || got.depth != expected.depth)
-        return std::to_string(got.width) + "x" + std::to_string(got.height) + " at " +
-               std::to_string(got.depth) + " bits instead of " + std::to_string(expected.width) + "x" +
-               std::to_string(expected.height) + " at " + std::to_string(expected.depth);
+std::string Difference(const stricthost::FrameResult& result, const Picture& expected) {
+    const Picture& got = result.picture;
+    const auto form = [](const Picture& picture) {
+        return std::to_string(picture.width) + "x" + std::to_string(picture.height) + " at " +
+               std::to_string(picture.depth) + " bits";
+    };
+    if (result.error != PF_Err_NONE)
+        return "error " + std::to_string(result.error);
+    if (form(got) != form(expected))
+        return form(got) + " instead of " + form(expected);
     // The engine holds 16 bits in twice the range, where the negative of an even number can be odd.
     const double tolerance = got.depth == 32 ? 1e-6 : got.depth == 16 ? 1.0 : 0.0;
-    for (unsigned y = 0; y < got.height; ++y)
-        for (unsigned x = 0; x < got.width; ++x)
-            for (unsigned k = 0; k < 4; ++k)
-                if (!(std::abs(Get(got, x, y, k) - Get(expected, x, y, k)) <= tolerance))
-                    return "channel " + std::to_string(k) + " at " + std::to_string(x) + "," +
-                           std::to_string(y) + " is " + std::to_string(Get(got, x, y, k)) + " instead of " +
-                           std::to_string(Get(expected, x, y, k));
+    const auto a = ChannelsOf(got), b = ChannelsOf(expected);
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (!(std::abs(a[i] - b[i]) <= tolerance))
+            return "channel " + std::to_string(i % 4) + " at " + std::to_string(i / 4 % got.width) + "," +
+                   std::to_string(i / 4 / got.width) + " is " + std::to_string(a[i]) + " instead of " +
+                   std::to_string(b[i]);
     return {};
 }
 
