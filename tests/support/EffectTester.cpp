@@ -40,26 +40,32 @@ void EffectTester::ReleaseInstance(void* instance) {
     m_Instances.erase(instance);
 }
 
-std::vector<unsigned char> EffectTester::FrameBytes(const void* rows, unsigned width, unsigned height,
-                                                    unsigned depth, std::size_t rowBytes, double time,
+// Gives the rows their padding, and turns the engine's, which begin at the bottom.
+std::vector<unsigned char> EffectTester::FrameBytes(const void* packed, unsigned width, unsigned height,
+                                                    unsigned depth, std::size_t padding, double time,
                                                     unsigned& outWidth, unsigned& outHeight) {
+    const std::size_t used = std::size_t{width} * depth / 2, rowBytes = used + padding;
+    std::vector<unsigned char> rows(rowBytes * height, 0xA5), result;
+    for (unsigned y = 0; y < height; ++y)
+        std::copy_n(static_cast<const unsigned char*>(packed) + y * used, used, rows.data() + y * rowBytes);
     IPlugin& engine = *m_Engine;
-    std::vector<unsigned char> bytes;
     engine.begin(true);
     if (!engine.lockFrame())
-        return bytes;
+        return result;
     engine.preRender(width, height, outWidth, outHeight);
-    engine.grabIntoTexture(IPlugin::InputLayer, const_cast<void*>(rows), width, height, depth,
+    engine.grabIntoTexture(IPlugin::InputLayer, rows.data(), width, height, depth,
                            static_cast<long>(rowBytes));
     engine.render(time, outWidth, outHeight, depth, 1.0f);
     if (void* const pixels = engine.grabResultBegin()) {
         const auto* const from = static_cast<const unsigned char*>(pixels);
-        bytes.assign(from, from + std::size_t{outWidth} * outHeight * depth / 2);
+        const std::size_t outBytes = std::size_t{outWidth} * depth / 2;
+        for (unsigned y = outHeight; y-- > 0;)
+            result.insert(result.end(), from + y * outBytes, from + (y + 1) * outBytes);
         engine.grabResultEnd(pixels);
     }
     engine.end();
     engine.releaseFrame();
-    return bytes;
+    return result;
 }
 
 std::string PixelShader(const std::string& expression) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
@@ -43,7 +44,6 @@ protected:
 
     // Writes the files (config.xml is added when missing) and sets the engine up.
     void Start(std::map<std::string, std::string> files);
-    void WriteFile(const std::string& name, const std::string& bytes) { m_Folder.Write(name, bytes); }
 
     // A frame of the current instance, through the whole road. The input has rowBytes = packed + padding.
     template <class Channel>
@@ -56,8 +56,8 @@ protected:
     void* m_Instance = nullptr; // of Start
 
 private:
-    std::vector<unsigned char> FrameBytes(const void* rows, unsigned width, unsigned height, unsigned depth,
-                                          std::size_t rowBytes, double time, unsigned& outWidth,
+    std::vector<unsigned char> FrameBytes(const void* packed, unsigned width, unsigned height, unsigned depth,
+                                          std::size_t padding, double time, unsigned& outWidth,
                                           unsigned& outHeight);
 
     TemporaryFolder m_Folder;
@@ -67,24 +67,14 @@ private:
 
 template <class Channel>
 TestPicture<Channel> EffectTester::Frame(TestPicture<Channel> input, double time, std::size_t padding) {
-    constexpr unsigned depth = sizeof(Channel) * 8;
-    const std::size_t packed = input.width * 4 * sizeof(Channel);
-    std::vector<unsigned char> rows((packed + padding) * input.height, 0xA5);
-    for (unsigned y = 0; y < input.height; ++y)
-        std::copy_n(reinterpret_cast<const unsigned char*>(input.At(0, y)), packed,
-                    rows.data() + y * (packed + padding));
     unsigned width = 0, height = 0;
-    const auto bytes =
-        FrameBytes(rows.data(), input.width, input.height, depth, packed + padding, time, width, height);
+    const auto bytes = FrameBytes(input.channels.data(), input.width, input.height, sizeof(Channel) * 8,
+                                  padding, time, width, height);
     TestPicture<Channel> output(width, height);
-    if (bytes.size() != output.channels.size() * sizeof(Channel)) {
+    if (bytes.empty() || bytes.size() != output.channels.size() * sizeof(Channel))
         ADD_FAILURE() << "the engine returned no frame";
-        return output;
-    }
-    // Bottom row first: turn it over.
-    for (unsigned y = 0; y < height; ++y)
-        std::copy_n(bytes.data() + (height - 1 - y) * width * 4 * sizeof(Channel),
-                    width * 4 * sizeof(Channel), reinterpret_cast<unsigned char*>(output.At(0, y)));
+    else
+        std::memcpy(output.channels.data(), bytes.data(), bytes.size());
     return output;
 }
 

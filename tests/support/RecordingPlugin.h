@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,7 @@ public:
 
     static RecordingPlugin& Instance();
     // Forgets everything, as if just made.
-    void Reset();
+    void Reset() { *this = RecordingPlugin(); }
 
     // What happened, as operation names, some followed by their arguments.
     mutable std::vector<std::string> calls;
@@ -37,7 +38,7 @@ public:
     // What is answered.
     std::vector<Parameter> params;
     std::uint32_t version = 0, flags = 0, flags2 = 0;
-    std::string about = "About", hostId = "HOSTID";
+    std::string about = "About";
     unsigned outWidth = 0, outHeight = 0; // 0: the input's
     unsigned feedbackFrames = 0;
     bool setupWorks = true, beginWorks = true, lockWorks = true, wantsInput = true;
@@ -51,41 +52,75 @@ public:
     static constexpr int Thrown = 4711;
 
     bool globalSetup(void* module, const unsigned short* path) override;
-    bool resetup() override;
-    void release() override;
-    void* initSequenceData() override;
-    void releaseSequenceData(void* data) override;
-    void setSequenceData(void* data) override;
-    bool begin(bool) override;
-    void preRender(unsigned width, unsigned height, unsigned& outW, unsigned& outH) override;
-    void render(double time, unsigned width, unsigned height, unsigned format, float pixelAspect) override;
-    void end() override;
-    void preUIUpdate() override;
-    unsigned getNumParams() const override;
+    bool resetup() override { return Answer("resetup", true); }
+    void release() override { Record("release"); }
+    void* initSequenceData() override {
+        return Answer("initSequenceData", reinterpret_cast<void*>(++m_LastSequence));
+    }
+    void releaseSequenceData(void* data) override { Record("releaseSequenceData", Number(data)); }
+    void setSequenceData(void* data) override { Record("setSequenceData", Number(data)); }
+    bool begin(bool) override { return Answer("begin", beginWorks); }
+    void preRender(unsigned width, unsigned height, unsigned& outW, unsigned& outH) override {
+        Record("preRender", width, height);
+        outW = outWidth ? outWidth : width;
+        outH = outHeight ? outHeight : height;
+    }
+    void render(double time, unsigned width, unsigned height, unsigned format, float pixelAspect) override {
+        Record("render");
+        renders.push_back({time, width, height, format, pixelAspect});
+    }
+    void end() override { Record("end"); }
+    void preUIUpdate() override { Record("preUIUpdate"); }
+    unsigned getNumParams() const override {
+        return Answer("getNumParams", static_cast<unsigned>(params.size()));
+    }
     Parameter& getParamDesc(unsigned index) const override;
-    Parameter& getParam(unsigned index) const override;
+    Parameter& getParam(unsigned index) const override { return getParamDesc(index); }
     void setParam(unsigned index, Parameter::Value& value) override;
     void grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height, unsigned format,
                          long rowBytes) override;
-    void* grabResultBegin() override;
-    void grabResultEnd(void* pixels) override;
-    std::uint32_t getVersion() override;
-    std::uint32_t getFlags() override;
-    std::uint32_t getFlags2() override;
-    std::uint32_t getPrivNum() override;
-    std::string getString(PluginString which) override;
-    unsigned getNumFeedbackFrames() override;
-    std::string getErrorText() override;
-    bool isInputRequested() override;
+    void* grabResultBegin() override {
+        return Answer("grabResultBegin", result.empty() ? nullptr : result.data());
+    }
+    void grabResultEnd(void* pixels) override {
+        Record(pixels == result.data() ? "grabResultEnd" : "grabResultEnd with other pixels");
+    }
+    std::uint32_t getVersion() override { return Answer("getVersion", version); }
+    std::uint32_t getFlags() override { return Answer("getFlags", flags); }
+    std::uint32_t getFlags2() override { return Answer("getFlags2", flags2); }
+    std::uint32_t getPrivNum() override { return Answer("getPrivNum", 0u); }
+    std::string getString(PluginString which) override {
+        return Answer("getString", which == PluginString::About    ? about
+                                   : which == PluginString::HostId ? "HOSTID"
+                                                                   : "Name");
+    }
+    unsigned getNumFeedbackFrames() override { return Answer("getNumFeedbackFrames", feedbackFrames); }
+    std::string getErrorText() override { return Answer("getErrorText", std::string()); }
+    bool isInputRequested() override { return Answer("isInputRequested", wantsInput); }
     bool lockFrame() override;
     void releaseFrame() override;
     int flatten(void* buffer) override;
     void unflatten(void* buffer) override;
-    void showOptions(void*) override;
-    void setCompositionSize(unsigned width, unsigned height, float scale) override;
-    void setInputOrigin(int x, int y) override;
+    void showOptions(void*) override { Record("showOptions"); }
+    void setCompositionSize(unsigned w, unsigned h, float scale) override {
+        Record("setCompositionSize", w, h, scale);
+    }
+    void setInputOrigin(int x, int y) override { Record("setInputOrigin", x, y); }
 
 private:
     void Record(const std::string& call) const;
+    template <class... Parts>
+    void Record(const char* call, const Parts&... parts) const {
+        std::ostringstream text;
+        text << call;
+        ((text << ' ' << parts), ...);
+        Record(text.str());
+    }
+    template <class Value>
+    Value Answer(const char* call, const Value& value) const {
+        Record(call);
+        return value;
+    }
+    static std::uintptr_t Number(const void* data) { return reinterpret_cast<std::uintptr_t>(data); }
     std::uintptr_t m_LastSequence = 0;
 };
