@@ -17,22 +17,16 @@ protected:
         };
     }
     ~ConfigTest() override { Utils::ReadWholeTextFileCallback = nullptr; }
-
-    static std::string Get(const std::string& xml, const std::wstring& key) {
-        s_Xml = xml;
-        return Config(nullptr).GetString(key);
-    }
 };
 
 TEST_F(ConfigTest, TopLevelElementsAreTheKeys) {
-    const std::string xml = "<?xml version=\"1.0\"?><!-- c --><FXNAME a=\"1\"> A &amp; B\n</FXNAME>"
-                            "<group><ABOUT>hidden</ABOUT></group><FLAGS>12abc</FLAGS><FXNAMES>x</FXNAMES>";
-    EXPECT_EQ(Get(xml, L"FXNAME"), " A & B\n");
-    EXPECT_EQ(Get(xml, L"FLAGS"), "12abc");
-    EXPECT_EQ(Get(xml, L"flags"), "");
-    EXPECT_EQ(Get(xml, L"FXNAM"), "");
-    EXPECT_EQ(Get(xml, L"ABOUT"), "") << "nested elements are no keys";
-    EXPECT_EQ(Get("", L"FXNAME"), "");
+    s_Xml = "<?xml version=\"1.0\"?><!-- c --><FXNAME a=\"1\"> A &amp; B\n</FXNAME>"
+            "<group><ABOUT>hidden</ABOUT></group><FLAGS>12abc</FLAGS><FXNAMES>x</FXNAMES>";
+    const Config config(nullptr);
+    EXPECT_EQ(config.GetString(L"FXNAME"), " A & B\n");
+    EXPECT_EQ(config.GetString(L"FLAGS"), "12abc");
+    for (const wchar_t* const absent : {L"flags", L"FXNAM", L"ABOUT"}) // nested elements are no keys
+        EXPECT_EQ(config.GetString(absent), "");
 }
 
 TEST_F(ConfigTest, MalformedXmlEndsTheSetUpWithAnException) {

@@ -1,9 +1,9 @@
-#include "tests/support/EffectTester.h"
+#include "tests/engine/PictureTester.h"
 
 namespace {
 
 // Pixels on their way between textures, CPU surfaces and targets.
-class SurfaceGLTest : public EffectTester {
+class SurfaceGLTest : public PictureTester {
 protected:
     // An effect whose draw() is this text, with a shader that copies "image" upright.
     void StartDraw(const std::string& draw, std::map<std::string, std::string> files = {}) {
@@ -18,13 +18,6 @@ protected:
         Start(std::move(files));
     }
 };
-
-TestPicture<std::uint8_t> Ramp(unsigned width, unsigned height) {
-    TestPicture<std::uint8_t> picture(width, height);
-    for (std::size_t i = 0; i < picture.channels.size(); ++i)
-        picture.channels[i] = static_cast<std::uint8_t>(i * 7);
-    return picture;
-}
 
 TEST_F(SurfaceGLTest, EveryRoadThroughTheCpuKeepsPixelsAndOrientation) {
     const char* const roads[] = {
@@ -42,39 +35,32 @@ TEST_F(SurfaceGLTest, EveryRoadThroughTheCpuKeepsPixelsAndOrientation) {
         "show(u);",
     };
     for (const char* const road : roads) {
+        SCOPED_TRACE(road);
         StartDraw(road);
-        auto bytes = Ramp(5, 3);
-        EXPECT_EQ(Frame(bytes).channels, bytes.channels) << road;
-        TestPicture<float> floats(3, 2);
-        for (std::size_t i = 0; i < floats.channels.size(); ++i)
-            floats.channels[i] = static_cast<float>(i) * 0.25f - 1.0f;
-        const auto result = Frame(floats);
-        for (std::size_t i = 0; i < floats.channels.size(); ++i)
-            EXPECT_NEAR(result.channels[i], floats.channels[i], 4e-6) << road;
-        TestPicture<std::uint16_t> words(2, 3);
-        for (std::size_t i = 0; i < words.channels.size(); ++i)
-            words.channels[i] = static_cast<std::uint16_t>(i * 1365);
-        const auto wide = Frame(words);
-        for (std::size_t i = 0; i < words.channels.size(); ++i)
-            EXPECT_EQ((wide.channels[i] >> 1) + (wide.channels[i] > 32768), words.channels[i]) << road;
+        ExpectFramesComeBack(5, 3, 2);
         Engine().release();
     }
 }
 
 TEST_F(SurfaceGLTest, ImagesAndLayersComeInTheSameOrder) {
-    const std::string ppm = std::string("P6 1 1 255\n") + "\x11\x22\x33";
-    StartDraw("show(SV_surfaceToTexture(SV_textureToSurface(SV_getTime() > 0 ? layer : image)));",
-              {{"image.ppm", ppm}});
-    TestPicture<std::uint8_t> input(1, 1);
-    EXPECT_EQ(Frame(input, 0).channels, (std::vector<std::uint8_t>{255, 0x11, 0x22, 0x33}));
-    std::uint8_t pixel[4] = {9, 8, 7, 6};
-    {
+    StartDraw("var t = SV_getTime(), from = t < 2 ? image : layer;\n"
+              "show(t % 2 ? SV_surfaceToTexture(SV_textureToSurface(from)) : from);",
+              {{"image.ppm", "P6 2 2 255\n\x10\x20\x30\x40\x50\x60\x70\x11\x12\x13\x14\x15"}});
+    const std::uint8_t image[] = {255, 0x10, 0x20, 0x30, 255, 0x40, 0x50, 0x60,
+                                  255, 0x70, 0x11, 0x12, 255, 0x13, 0x14, 0x15};
+    std::uint16_t layer[] = {32768, 1, 2, 3, 16384, 4, 5, 6, 16386, 7, 8, 9, 32767, 10, 11, 12};
+    for (const unsigned index : {0u, 1u}) { // there is one parameter
         const ContextKeeper keeper;
         ASSERT_TRUE(Engine().lockFrame());
-        Engine().grabIntoTexture(0, pixel, 1, 1, 8, 4);
+        Engine().grabIntoTexture(index, layer, 2, 2, 16, 16);
         Engine().releaseFrame();
     }
-    EXPECT_EQ(Frame(input, 1).channels, (std::vector<std::uint8_t>{9, 8, 7, 6}));
+    for (const double time : {0.0, 1.0})
+        Compare(Frame(TestPicture<std::uint8_t>(2, 2), time), 0.0,
+                [&](unsigned x, unsigned y, unsigned k) { return image[(y * 2 + x) * 4 + k]; });
+    for (const double time : {2.0, 3.0})
+        Compare(Frame(TestPicture<std::uint16_t>(2, 2), time), 0.0,
+                [&](unsigned x, unsigned y, unsigned k) { return layer[(y * 2 + x) * 4 + k]; });
 }
 
 TEST_F(SurfaceGLTest, QuantizingFollowsSelectorAndScriptMode) {
@@ -84,13 +70,14 @@ TEST_F(SurfaceGLTest, QuantizingFollowsSelectorAndScriptMode) {
               " : t < 2 ? SV_surfaceQuantize(s, 0, 1, 1, 0.5, false)"        // by the red channel
               " : SV_surfaceQuantize(s, 0, 8, 1, 0, false);"                 // no such palette
               "if (done === true) SV_surfaceCopyTo(s, SV_getSequenceRT(), true); SV_release(s);");
+    using Bytes = std::vector<std::uint8_t>;
     TestPicture<std::uint8_t> input(2, 2);
     input.channels = {255, 250, 10, 240, 255, 20, 30, 10, 255, 128, 200, 190, 255, 127, 255, 255};
     EXPECT_EQ(Frame(input, -1).channels, input.channels);
-    EXPECT_EQ(Frame(input, 0).channels, (std::vector<std::uint8_t>{255, 170, 0, 170, 255, 0, 0, 0, 255, 170,
-                                                                   170, 170, 255, 170, 170, 170}));
-    EXPECT_EQ(Frame(input, 1).channels, (std::vector<std::uint8_t>{255, 255, 255, 255, 255, 0, 0, 0, 255, 255,
-                                                                   255, 255, 255, 0, 0, 0}));
+    EXPECT_EQ(Frame(input, 0).channels,
+              (Bytes{255, 170, 0, 170, 255, 0, 0, 0, 255, 170, 170, 170, 255, 170, 170, 170}));
+    EXPECT_EQ(Frame(input, 1).channels,
+              (Bytes{255, 255, 255, 255, 255, 0, 0, 0, 255, 255, 255, 255, 255, 0, 0, 0}));
     EXPECT_EQ(Frame(input, 2).channels, input.channels);
 }
 
