@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -8,10 +6,6 @@
 #include "tests/host/TestHost.h"
 
 namespace {
-
-using fxhost::Picture;
-using stricthost::Instance;
-using stricthost::Personality;
 
 void SetEarlierFrames(stricthost::Options& options) {
     options.upstreamFrame = [](A_long, A_u_long) { return Picture(2, 2, 8); };
@@ -23,7 +17,7 @@ void Check(PF_Err err) {
 }
 
 PF_Err RenderFrame(Instance& instance) {
-    stricthost::FrameRequest request;
+    FrameRequest request;
     request.time = 1;
     return Render(instance, Picture(2, 2, 8), request).error;
 }
@@ -51,7 +45,7 @@ bool ThrowAt(Personality personality, std::size_t call, bool throwsInt) {
     TestHost host(personality, SetEarlierFrames);
     CGLContextObj atRelease = EngineContext;
     Engine().onRelease = [&] { atRelease = CGLGetCurrentContext(); };
-    Engine().feedbackFrames = personality == Personality::Premiere ? 0 : 1;
+    Engine().feedbackFrames = personality == Pr ? 0 : 1;
     Engine().throwAtCall = static_cast<int>(call);
     Engine().throwsInt = throwsInt;
     const PF_Err err = ErrorOf([&] { LiveThrough(host); });
@@ -76,8 +70,7 @@ bool ThrowAt(Personality personality, std::size_t call, bool throwsInt) {
 }
 
 TEST(ExceptionTest, EveryCallOfEveryCommandMayThrow) {
-    for (const auto personality :
-         {Personality::AfterEffects, Personality::AfterEffectsPlain, Personality::Premiere})
+    for (const auto personality : {AE, Plain, Pr})
         for (const bool throwsInt : {true, false}) {
             std::size_t calls = 0;
             while (ThrowAt(personality, calls, throwsInt))
@@ -87,7 +80,7 @@ TEST(ExceptionTest, EveryCallOfEveryCommandMayThrow) {
 }
 
 TEST(ExceptionTest, CommandsOfManyThreadsRunOneAtATime) {
-    TestHost host(Personality::Premiere, SetEarlierFrames);
+    TestHost host(Pr, SetEarlierFrames);
     CGLSetCurrentContext(nullptr); // as on the other threads
     LiveThrough(host);
     std::atomic<int> inside = 0, most = 0;
@@ -123,7 +116,7 @@ void Send(PF_InData& in, PF_Cmd command) {
 
 std::vector<std::string> CallsOfAnOuterUpdate(decltype(PF_InteractCallbacks::checkout_param) callback) {
     TestHost host;
-    stricthost::Instance& instance = host.Start({Declared(Parameter::FLOAT)});
+    Instance& instance = host.Start({Declared(Parameter::FLOAT)});
     std::vector<std::string> calls;
     host.before = [&](Command& command) {
         s_Outer = s_Inner = command.in;

@@ -1,13 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "AE_GeneralPlug.h"
 #include "tests/host/TestHost.h"
 
 namespace {
-
-using fxhost::Picture;
-using stricthost::Personality;
 
 // A frame of an effect that wants three earlier ones, ten time units apart, and what became of it.
 struct FeedbackFrame {
@@ -16,10 +10,11 @@ struct FeedbackFrame {
     std::vector<int> uploaded;
 };
 
-FeedbackFrame RenderAt(A_long time, const char* missingSuite = "", unsigned depth = 8,
-                       void (*breakHost)(TestHost&) = nullptr) {
+FeedbackFrame RenderAt(
+    A_long time, const char* missingSuite = "", unsigned depth = 8,
+    const std::function<void(TestHost&)>& breakHost = [](TestHost&) {}) {
     FeedbackFrame frame;
-    TestHost host(Personality::AfterEffects, [&](stricthost::Options& options) {
+    TestHost host(AE, [&](stricthost::Options& options) {
         options.missingSuites = {missingSuite};
         options.upstreamFrame = [&](A_long value, A_u_long scale) {
             frame.asked.push_back(std::to_string(value) + "/" + std::to_string(scale));
@@ -28,11 +23,10 @@ FeedbackFrame RenderAt(A_long time, const char* missingSuite = "", unsigned dept
             return picture;
         };
     });
-    stricthost::Instance& instance = host.Start();
-    if (breakHost)
-        breakHost(host);
+    Instance& instance = host.Start();
+    breakHost(host);
     Engine().feedbackFrames = 3;
-    stricthost::FrameRequest request;
+    FrameRequest request;
     request.time = time;
     request.timeStep = 10;
     request.timeScale = 30;
@@ -60,23 +54,19 @@ TEST(FeedbackTest, AHostThatCannotRenderGivesItsErrorAndGetsEverythingBack) {
                               kAEGPPFInterfaceSuite, kAEGPWorldSuite})
         EXPECT_EQ(RenderAt(50, suite).error, 13) << suite;
 
-    static constexpr const char* s_Options = kAEGPLayerRenderOptionsSuite;
-    using Interface = AEGP_PFInterfaceSuite1;
     using Options = AEGP_LayerRenderOptionsSuite1;
     using Frames = AEGP_RenderSuite5;
-    using Worlds = AEGP_WorldSuite3;
-    void (*const breaks[])(TestHost&) = {
-        [](TestHost& host) { host.Fail(kAEGPPFInterfaceSuite, &Interface::AEGP_GetNewEffectForEffect); },
-        [](TestHost& host) { host.Fail(s_Options, &Options::AEGP_NewFromUpstreamOfEffect); },
-        [](TestHost& host) { host.Fail(s_Options, &Options::AEGP_SetTime); },
-        [](TestHost& host) { host.Fail(kAEGPRenderSuite, &Frames::AEGP_RenderAndCheckoutLayerFrame); },
-        [](TestHost& host) { host.Fail(kAEGPRenderSuite, &Frames::AEGP_GetReceiptWorld); },
-        [](TestHost& host) { host.Fail(kAEGPWorldSuite, &Worlds::AEGP_FillOutPFEffectWorld); },
-    };
-    for (const auto breakHost : breaks) {
-        EXPECT_EQ(RenderAt(50, "", 8, breakHost).error, 22);
+    const auto expectError = [](const char* suite, auto place) {
+        EXPECT_EQ(RenderAt(50, "", 8, [&](TestHost& host) { host.Replace(suite, place, Fails<22>); }).error,
+                  22);
         EXPECT_TRUE(Engine().renders.empty());
-    }
+    };
+    expectError(kAEGPPFInterfaceSuite, &AEGP_PFInterfaceSuite1::AEGP_GetNewEffectForEffect);
+    expectError(kAEGPLayerRenderOptionsSuite, &Options::AEGP_NewFromUpstreamOfEffect);
+    expectError(kAEGPLayerRenderOptionsSuite, &Options::AEGP_SetTime);
+    expectError(kAEGPRenderSuite, &Frames::AEGP_RenderAndCheckoutLayerFrame);
+    expectError(kAEGPRenderSuite, &Frames::AEGP_GetReceiptWorld);
+    expectError(kAEGPWorldSuite, &AEGP_WorldSuite3::AEGP_FillOutPFEffectWorld);
     EXPECT_EQ(RenderAt(50, "", 32).error, PF_Err_INTERNAL_STRUCT_DAMAGED) << "frames of lesser depth";
 }
 

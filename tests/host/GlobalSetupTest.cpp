@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "AE_EffectCB.h"
 #include "AE_EffectCBSuites.h"
 #include "AE_GeneralPlug.h"
@@ -8,11 +6,9 @@
 
 namespace {
 
-using stricthost::Personality;
-
 TEST(DispatchTest, CommandsWithoutARowSucceedAndTouchNothing) {
     TestHost host;
-    stricthost::Instance& instance = host.Start();
+    Instance& instance = host.Start();
     for (const PF_Cmd code : {2, 3, 9, 16, 17, 18, 19, 20, 21, 22, 25, 28, 31, 33, 1000, -1})
         EXPECT_EQ(TestHost::Send(code, instance), PF_Err_NONE) << code;
     EXPECT_TRUE(Engine().calls.empty());
@@ -47,14 +43,14 @@ TEST(GlobalSetupTest, EachHostLearnsFlagsAndDeepFormatsItsOwnWay) {
         std::vector<std::uint32_t> formats;
     };
     const Row rows[] = {
-        {Personality::AfterEffects, deep | 0x200, floats | 0x400, always | deep | 0x200, floats | 0x400, {}},
-        {Personality::Premiere,
+        {AE, deep | 0x200, floats | 0x400, always | deep | 0x200, floats | 0x400, {}},
+        {Pr,
          deep,
          floats,
          always,
          sharedSequence,
          {0x62677261, 0x62677278, 0x62677258, 0x62677241, 0x62675241, 0x62675258}},
-        {Personality::Premiere, 0, 0, always, sharedSequence, {0x62677261, 0x62677278}},
+        {Pr, 0, 0, always, sharedSequence, {0x62677261, 0x62677278}},
     };
     for (const Row& row : rows) {
         TestHost host(row.personality);
@@ -71,7 +67,7 @@ std::string s_Registered;
 
 TEST(GlobalSetupTest, EngineAndHostLearnOfEachOther) {
     s_Registered.clear();
-    TestHost host(Personality::AfterEffects, [](auto& options) { options.pluginPath = "/plugins/effect"; });
+    TestHost host(AE, [](auto& options) { options.pluginPath = "/plugins/effect"; });
     host.Replace(kAEGPUtilitySuite, &AEGP_UtilitySuite3::AEGP_RegisterWithAEGP,
                  [](AEGP_GlobalRefcon refcon, const A_char* name, AEGP_PluginID*) -> A_Err {
                      s_Registered += (refcon ? "refcon " : "") + std::string(name);
@@ -84,7 +80,7 @@ TEST(GlobalSetupTest, EngineAndHostLearnOfEachOther) {
     Engine().about = std::string(1000, 'x');
     EXPECT_EQ(host.strict.About(), std::string(253, 'x') + "\n\n") << "never past the field";
 
-    TestHost premiere(Personality::Premiere);
+    TestHost premiere(Pr);
     premiere.before = [](Command& command) {
         command.in.utils->get_platform_data = [](PF_ProgPtr, PF_PlatDataID which, void* data) -> PF_Err {
             *static_cast<void**>(data) = data; // not a path that the engine could read
@@ -108,7 +104,7 @@ TEST(GlobalSetupTest, FailuresPublishNothingAndLeakNothing) {
                            Row{true, 0, 0, "", PF_Err_INTERNAL_STRUCT_DAMAGED}, Row{true, -1, 5, "", 5},
                            Row{true, -1, 0, kAEGPUtilitySuite, PF_Err_BAD_CALLBACK_PARAM},
                            Row{true, -1, 0, kPFHandleSuite, PF_Err_BAD_CALLBACK_PARAM}}) {
-        TestHost host(Personality::AfterEffects, [&](auto& options) {
+        TestHost host(AE, [&](auto& options) {
             options.allocations = row.allocations;
             options.registerError = row.registerError;
             options.missingSuites = {row.missingSuite};

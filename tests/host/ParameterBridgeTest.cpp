@@ -1,15 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "AE_EffectSuites.h"
 #include "tests/host/TestHost.h"
 
 namespace {
-
-using fxhost::Picture;
-using stricthost::Instance;
-using stricthost::Personality;
-using testing::ElementsAre;
 
 std::vector<float> Floats(const Parameter::Value& value) {
     return {value.Float(0), value.Float(1), value.Float(2), value.Float(3)};
@@ -103,8 +95,7 @@ TEST(ParameterValueTest, IndicesPastTheHostsParametersAreIgnored) {
 }
 
 TEST(ParameterUiTest, NothingReachesTheEngineBeforeTheFirstUiPass) {
-    TestHost host(Personality::AfterEffects,
-                  [](auto& options) { options.missingSuites = {kPFColorParamSuite}; });
+    TestHost host(AE, [](auto& options) { options.missingSuites = {kPFColorParamSuite}; });
     host.SetUp({Declared(Parameter::COLOR)});
     Instance& instance = host.strict.NewInstance();
     EXPECT_EQ(instance.UserChanged(1), PF_Err_NONE);
@@ -115,7 +106,7 @@ TEST(ParameterUiTest, NothingReachesTheEngineBeforeTheFirstUiPass) {
 }
 
 TEST(ParameterUiTest, LabelsAndEnabledStatesFollowTheEngine) {
-    for (const auto personality : {Personality::AfterEffects, Personality::Premiere}) {
+    for (const auto personality : {AE, Pr}) {
         TestHost host(personality);
         Instance& instance = host.Start({Declared(Parameter::FLOAT, Parameter::NotPublished),
                                          Declared(Parameter::FLOAT), Declared(Parameter::BOOL)});
@@ -137,7 +128,7 @@ int s_Updates;
 
 TEST(ParameterUiTest, ARefusedUpdateEndsTheUpdatesButNotThePushing) {
     for (const char* missing : {"", kPFParamUtilsSuite}) {
-        TestHost host(Personality::AfterEffects, [&](auto& options) { options.missingSuites = {missing}; });
+        TestHost host(AE, [&](auto& options) { options.missingSuites = {missing}; });
         s_Updates = 0;
         host.Replace(kPFParamUtilsSuite, &PF_ParamUtilsSuite3::PF_UpdateParamUI,
                      [](PF_ProgPtr, PF_ParamIndex, const PF_ParamDef*) -> PF_Err { return ++s_Updates; });

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "AE_EffectSuites.h"
 #include "AE_EffectUI.h"
 #include "host/BoundedText.h"
@@ -9,8 +6,6 @@
 
 namespace {
 
-using stricthost::Personality;
-using testing::ElementsAre;
 using testing::Pair;
 
 // Whatever a definition of its kind carries besides flags and name.
@@ -104,10 +99,10 @@ TEST(ParamsSetupTest, TextsReachTheHost) {
 }
 
 TEST(ParamsSetupTest, HiddenParametersTakeNoIndexAndUnknownOnesDo) {
-    TestHost host(Personality::AfterEffects, [](auto& options) { options.allowParamGap = true; });
+    TestHost host(AE, [](auto& options) { options.allowParamGap = true; });
     A_long told = 0;
     host.after = [&](Command& command) { told = std::max(told, command.out.num_params); };
-    stricthost::Instance& instance =
+    Instance& instance =
         host.Start({Declared(Parameter::FLOAT, Parameter::NotPublished), Declared(Parameter::FLOAT),
                     Declared(Parameter::COLOR), Declared(Parameter::ANGLE), Declared(Parameter::POINT),
                     Declared(Parameter::COLOR), Declared(Parameter::UNKNOWN), Declared(Parameter::BOOL)});
@@ -135,7 +130,7 @@ TEST(ParamsSetupTest, HiddenParametersTakeNoIndexAndUnknownOnesDo) {
 }
 
 TEST(ParamsSetupTest, RefusalsEndItPathsExcepted) {
-    TestHost host(Personality::AfterEffects, [](auto& options) {
+    TestHost host(AE, [](auto& options) {
         options.allowParamGap = true;
         options.refusedTypes = {PF_Param_PATH, PF_Param_CHECKBOX};
     });
@@ -151,7 +146,7 @@ std::string s_ButtonName;
 PF_CustomUIInfo s_CustomUi;
 
 TEST(ParamsSetupTest, OptionsButtonIsBlankInAfterEffectsAlone) {
-    for (const auto personality : {Personality::AfterEffects, Personality::Premiere}) {
+    for (const auto personality : {AE, Pr}) {
         TestHost host(personality);
         s_ButtonName.clear();
         s_CustomUi = {};
@@ -166,7 +161,7 @@ TEST(ParamsSetupTest, OptionsButtonIsBlankInAfterEffectsAlone) {
                 return PF_Err_NONE;
             };
         };
-        const bool premiere = personality == Personality::Premiere;
+        const bool premiere = personality == Pr;
         EXPECT_EQ(ErrorOf([&] { host.SetUp(); }), premiere ? 0 : 9) << "the host's own error";
         EXPECT_EQ(s_ButtonName, premiere ? "" : " ");
         EXPECT_EQ(s_CustomUi.events, premiere ? PF_CustomEFlag_EFFECT : 0);

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <numeric>
 
 #include "AE_EffectCB.h"
@@ -13,12 +10,7 @@
 
 namespace {
 
-using fxhost::Picture;
-using stricthost::FrameRequest;
 using stricthost::FrameResult;
-using stricthost::Instance;
-using stricthost::Personality;
-using testing::ElementsAre;
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -43,7 +35,7 @@ std::vector<int> FirstChannels(const Bytes& bytes) {
 }
 
 TEST(RenderTest, TellsTheEngineAboutTheFrameInOrder) {
-    TestHost host(Personality::AfterEffectsPlain);
+    TestHost host(Plain);
     Instance& instance = host.Start();
     Engine().result.assign(16, 0);
     host.before = [](Command& command) {
@@ -90,8 +82,7 @@ TEST(RenderTest, FlipsTheResultAndNotTheInputAtEveryDepthAndStride) {
         {32, BytesOf<float>({0, 1, -2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 0.5f}),
          BytesOf<float>({8, 9, 10, 11, 12, 13, 14, 0.5f, 0, 1, -2, 3, 4, 5, 6, 7})},
     };
-    for (const auto personality :
-         {Personality::AfterEffects, Personality::AfterEffectsPlain, Personality::Premiere})
+    for (const auto personality : {AE, Plain, Pr})
         for (const Row& row : rows)
             for (const unsigned padding : {0u, 1u, 13u}) {
                 TestHost host(personality, [&](auto& options) { options.rowPadding = padding; });
@@ -143,7 +134,7 @@ TEST(RenderTest, KnowsTheHostsFormats) {
         {0x32336561, 0x61724742, 0x62675241, 0x62675258},
     };
     constexpr int bits[] = {0, 8, 16, 32};
-    for (const auto personality : {Personality::AfterEffects, Personality::Premiere}) {
+    for (const auto personality : {AE, Pr}) {
         TestHost host(personality);
         Instance& instance = host.Start();
         host.Replace(kPFWorldSuite, &PF_WorldSuite2::PF_GetPixelFormat, TellFormat);
@@ -164,8 +155,7 @@ TEST(RenderTest, KnowsTheHostsFormats) {
 TEST(RenderTest, PassesTheInputThroughWhenTheEngineHasNothing) {
     Picture input(2, 2, 8);
     input.bytes = Numbered(4);
-    for (const auto personality :
-         {Personality::AfterEffects, Personality::AfterEffectsPlain, Personality::Premiere}) {
+    for (const auto personality : {AE, Plain, Pr}) {
         TestHost host(personality);
         Instance& instance = host.Start();
         EXPECT_EQ(Render(instance, input).picture.bytes, input.bytes) << "no result";
@@ -205,8 +195,6 @@ TEST(RenderTest, CallbacksThatFailEndTheFrameWithTheirError) {
         PF_Err expected;
         void (*breakHost)(Command& command);
     };
-    constexpr auto AE = Personality::AfterEffects;
-    constexpr auto Pr = Personality::Premiere;
     using Pre = PF_PreRenderExtra;
     using Smart = PF_SmartRenderExtra;
     const Row rows[] = {
@@ -251,7 +239,7 @@ TEST(PremiereRenderTest, PlacesTheFrameInTheMiddleFlipped) {
         {4, 3, 2, 1, {6, 7}},
     };
     for (const Row& row : rows) {
-        TestHost host(Personality::Premiere);
+        TestHost host(Pr);
         Instance& instance = host.Start();
         Engine().result = Numbered(row.width * row.height);
         FrameRequest request;
@@ -270,7 +258,7 @@ TEST(PremiereRenderTest, OnlyTheVisiblePartIsUploaded) {
         {{-1, -1}, {0, 0, 0, 1}}, {{5, 5}, {0, 0, 0, 0}},
     };
     for (const auto& [origin, expected] : rows) {
-        TestHost host(Personality::Premiere);
+        TestHost host(Pr);
         Instance& instance = host.Start();
         Picture input(3, 3, 8);
         input.bytes = Numbered(9);

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <numeric>
 
@@ -9,11 +6,10 @@
 
 namespace {
 
-using stricthost::Instance;
-using stricthost::Personality;
-using testing::ElementsAre;
-
-const auto s_Button = [](Command& command) { command.params[1]->param_type = PF_Param_BUTTON; };
+const auto s_Button = [](Command& command) {
+    if (command.code == PF_Cmd_USER_CHANGED_PARAM)
+        command.params[1]->param_type = PF_Param_BUTTON;
+};
 
 TEST(SequenceTest, FlattenedDataComesBackAsAFreshInstance) {
     TestHost host;
@@ -78,8 +74,7 @@ TEST(SequenceTest, MemoryRunsOut) {
     // Global set-up takes the first block.
     for (const auto& [allocations, command] :
          {std::pair{1, PF_Cmd_SEQUENCE_SETUP}, {2, PF_Cmd_SEQUENCE_FLATTEN}, {3, PF_Cmd_SEQUENCE_RESETUP}}) {
-        TestHost host(Personality::AfterEffects,
-                      [blocks = allocations](auto& options) { options.allocations = blocks; });
+        TestHost host(AE, [blocks = allocations](auto& options) { options.allocations = blocks; });
         host.SetUp();
         PF_Cmd last = 0;
         host.after = [&](Command& sent) { last = sent.code; };
@@ -95,14 +90,11 @@ TEST(SequenceTest, OldHostsNeedForcedRendersAndSomeNoLockForSizing) {
         unsigned locks;
         bool reopened, button; // whether each forces a render
     };
-    constexpr auto AE = Personality::AfterEffects;
-    constexpr auto plain = Personality::AfterEffectsPlain;
     const Row rows[] = {
-        {AE, 13, 9, 1, false, false},  {AE, 13, 8, 1, true, true},
-        {AE, 12, 14, 1, true, true},   {AE, 14, 9, 1, false, false},
-        {plain, 13, 0, 0, true, true}, {plain, 13, 1, 0, true, true},
-        {plain, 12, 1, 1, true, true}, {plain, 13, 2, 1, true, true},
-        {AE, 13, 1, 0, true, true},    {Personality::Premiere, 13, 1, 1, false, true},
+        {AE, 13, 9, 1, false, false},  {AE, 13, 8, 1, true, true},    {AE, 12, 14, 1, true, true},
+        {AE, 14, 9, 1, false, false},  {Plain, 13, 0, 0, true, true}, {Plain, 13, 1, 0, true, true},
+        {Plain, 12, 1, 1, true, true}, {Plain, 13, 2, 1, true, true}, {AE, 13, 1, 0, true, true},
+        {Pr, 13, 1, 1, false, true},
     };
     for (const Row& row : rows) {
         TestHost host(row.personality, [&](auto& options) {
@@ -116,7 +108,7 @@ TEST(SequenceTest, OldHostsNeedForcedRendersAndSomeNoLockForSizing) {
         const auto forces = [&] { return (instance.LastOutFlags() & PF_OutFlag_FORCE_RERENDER) != 0; };
         instance.SaveAndReopen();
         EXPECT_EQ(forces(), row.reopened);
-        EXPECT_EQ(TestHost::Record(instance).uiReady, row.personality != Personality::Premiere);
+        EXPECT_EQ(TestHost::Record(instance).uiReady, row.personality != Pr);
         host.before = s_Button;
         EXPECT_EQ(instance.UserChanged(1), PF_Err_NONE);
         EXPECT_EQ(forces(), row.button);
@@ -126,20 +118,18 @@ TEST(SequenceTest, OldHostsNeedForcedRendersAndSomeNoLockForSizing) {
 
 TEST(UserChangedTest, ButtonsReloadInstancesThatCameFromAProject) {
     TestHost host;
-    Instance& instance = host.Start({Declared(Parameter::FLOAT)});
-    host.before = s_Button;
-    ASSERT_EQ(instance.UserChanged(1), PF_Err_NONE);
-    EXPECT_THAT(Engine().calls, ElementsAre("setSequenceData 1", "lockFrame", "releaseFrame"));
-    host.before = nullptr;
-    instance.SaveAndReopen();
+    Instance& opened = host.Start({Declared(Parameter::FLOAT)}).Duplicate();
     Engine().calls.clear();
     host.before = s_Button;
-    ASSERT_EQ(instance.UserChanged(1), PF_Err_NONE);
-    EXPECT_THAT(Engine().calls, ElementsAre("setSequenceData 2", "lockFrame", "resetup", "getNumParams",
-                                            "getParamDesc", "releaseFrame"));
-    EXPECT_EQ(instance.LastOutFlags(), PF_OutFlag_REFRESH_UI);
+    EXPECT_EQ(opened.UserChanged(1), PF_Err_NONE);
+    EXPECT_EQ(opened.LastOutFlags(), PF_OutFlag_REFRESH_UI);
+    Instance& made = host.strict.NewInstance();
+    EXPECT_EQ(made.UserChanged(1), PF_Err_NONE);
+    EXPECT_THAT(Engine().calls, ElementsAre("setSequenceData 3", "lockFrame", "resetup", "getNumParams",
+                                            "getParamDesc", "releaseFrame", "initSequenceData",
+                                            "setSequenceData 4", "lockFrame", "releaseFrame"));
     Engine().lockWorks = false;
-    EXPECT_EQ(instance.UserChanged(1), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_EQ(opened.UserChanged(1), PF_Err_INTERNAL_STRUCT_DAMAGED);
 }
 
 } // namespace

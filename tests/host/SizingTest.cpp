@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 #include "AE_GeneralPlug.h"
@@ -18,14 +15,6 @@ static bool operator==(const PF_LRect& a, const PF_LRect& b) {
 }
 
 namespace {
-
-using fxhost::Picture;
-using stricthost::Instance;
-using stricthost::Personality;
-
-constexpr auto AE = Personality::AfterEffects;
-constexpr auto Plain = Personality::AfterEffectsPlain;
-constexpr auto Pr = Personality::Premiere;
 
 TEST(ScalingTest, DividesNearlyRounded) {
     EXPECT_EQ(Adapter::Scaled(1920, {1, 1}), 1920u);
@@ -93,40 +82,34 @@ TEST(FrameSetupTest, SumsForBothHosts) {
     }
 }
 
+prSuiteError ShiftedFrame(PrTimelineID, prRect* rect) {
+    rect->left = rect->top = 10;
+    rect->right = 1290;
+    rect->bottom = 730;
+    return 0;
+}
+
 TEST(FrameSetupTest, CompositionSizeComesFromTheHostOrTheLayer) {
     struct Row {
         Personality personality;
         const char* missing;
         A_u_long aspectDen;
+        bool fails;
         const char* expected;
-        void (*breakHost)(TestHost& host) = [](TestHost&) {};
     };
-    using Interface = AEGP_PFInterfaceSuite1;
-    using Info = PrSDKSequenceInfoSuite;
     const Row rows[] = {
-        {AE, "", 1, "1280 720 2"},
-        {Pr, "", 1, "1280 720 2"},
-        {AE, "", 0, "1280 720 1"},
-        {Pr, "", 0, "1280 720 1"},
-        {AE, kAEGPPFInterfaceSuite, 1, "1 1 1"},
-        {AE, kAEGPLayerSuite, 1, "1 1 1"},
-        {AE, kAEGPCompSuite, 1, "1 1 1"},
-        {AE, kAEGPItemSuite, 1, "1 1 1"},
-        {Pr, kPFUtilitySuite, 1, "1 1 1"},
-        {Pr, kPrSDKSequenceInfoSuite, 1, "1 1 1"},
-        {AE, "", 1, "1 1 1",
-         [](TestHost& host) { host.Fail(kAEGPPFInterfaceSuite, &Interface::AEGP_GetEffectLayer); }},
-        {Pr, "", 1, "1 1 1",
-         [](TestHost& host) { host.Fail(kPFUtilitySuite, &PF_UtilitySuite::GetContainingTimelineID); }},
-        {Pr, "", 1, "300 200 2",
-         [](TestHost& host) {
-             host.Replace(kPrSDKSequenceInfoSuite, &Info::GetFrameRect, [](PrTimelineID, prRect* rect) {
-                 rect->left = rect->top = 10;
-                 rect->right = 310;
-                 rect->bottom = 210;
-                 return prSuiteError(0);
-             });
-         }},
+        {AE, "", 1, false, "1280 720 2"},
+        {Pr, "", 1, false, "1280 720 2"},
+        {AE, "", 0, false, "1280 720 1"},
+        {Pr, "", 0, false, "1280 720 1"},
+        {AE, "", 1, true, "1 1 1"},
+        {Pr, "", 1, true, "1 1 1"},
+        {AE, kAEGPPFInterfaceSuite, 1, false, "1 1 1"},
+        {AE, kAEGPLayerSuite, 1, false, "1 1 1"},
+        {AE, kAEGPCompSuite, 1, false, "1 1 1"},
+        {AE, kAEGPItemSuite, 1, false, "1 1 1"},
+        {Pr, kPFUtilitySuite, 1, false, "1 1 1"},
+        {Pr, kPrSDKSequenceInfoSuite, 1, false, "1 1 1"},
     };
     for (const Row& row : rows) {
         TestHost host(row.personality, [&](auto& options) {
@@ -136,7 +119,11 @@ TEST(FrameSetupTest, CompositionSizeComesFromTheHostOrTheLayer) {
             options.compAspect = {2, row.aspectDen};
         });
         Instance& instance = host.Start();
-        row.breakHost(host);
+        host.Replace(kPrSDKSequenceInfoSuite, &PrSDKSequenceInfoSuite::GetFrameRect, ShiftedFrame);
+        if (row.fails) {
+            host.Replace(kAEGPPFInterfaceSuite, &AEGP_PFInterfaceSuite1::AEGP_GetEffectLayer, Fails<1>);
+            host.Replace(kPFUtilitySuite, &PF_UtilitySuite::GetContainingTimelineID, Fails<1>);
+        }
         EXPECT_EQ(Render(instance).error, PF_Err_NONE);
         EXPECT_EQ(Engine().Count(std::string("setCompositionSize ") + row.expected), 2u) << row.missing;
     }
@@ -171,7 +158,7 @@ TEST(SmartPreRenderTest, Rectangles) {
             EXPECT_EQ(output.flags, row.extraPixels ? PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS : 0);
             host.after = nullptr;
         };
-        stricthost::FrameRequest request;
+        FrameRequest request;
         request.inputX = row.input.left;
         request.inputY = row.input.top;
         request.wanted = row.request;

@@ -1,7 +1,5 @@
 #include "tests/host/TestHost.h"
 
-#include <gtest/gtest.h>
-
 #include "AE_EffectCB.h"
 #include "host/EntryPoint.h"
 #include "host/HostState.h"
@@ -24,7 +22,7 @@ CGLError CGLSetCurrentContext(CGLContextObj context) {
 
 namespace {
 
-stricthost::Options MakeOptions(stricthost::Personality personality,
+stricthost::Options MakeOptions(Personality personality,
                                 const std::function<void(stricthost::Options&)>& change) {
     stricthost::Options options;
     options.personality = personality;
@@ -33,14 +31,6 @@ stricthost::Options MakeOptions(stricthost::Personality personality,
     if (change)
         change(options);
     return options;
-}
-
-// As the module is when it was just loaded.
-void ForgetParameters() {
-    using namespace Adapter;
-    s_MapPlugin2AEParam.clear();
-    s_MapAEParam2Plugin.clear();
-    s_ColorsStart = s_PointsStart = s_HostParamCount = 0;
 }
 
 } // namespace
@@ -54,8 +44,7 @@ Parameter Declared(Parameter::Type type, std::uint32_t flags, std::initializer_l
     return parameter;
 }
 
-stricthost::FrameResult Render(stricthost::Instance& instance, const fxhost::Picture& input,
-                               stricthost::FrameRequest request) {
+stricthost::FrameResult Render(Instance& instance, const Picture& input, FrameRequest request) {
     request.input = &input;
     return instance.Render(request);
 }
@@ -63,7 +52,9 @@ stricthost::FrameResult Render(stricthost::Instance& instance, const fxhost::Pic
 TestHost::TestHost(Personality personality, const std::function<void(stricthost::Options&)>& change)
     : strict(Enter, MakeOptions(personality, change)) {
     s_Current = this;
-    ForgetParameters();
+    Adapter::s_MapPlugin2AEParam.clear();
+    Adapter::s_MapAEParam2Plugin.clear();
+    Adapter::s_ColorsStart = Adapter::s_PointsStart = 0;
     CGLSetCurrentContext(HostContext);
     Engine().Reset();
     Engine().flags = PF_OutFlag_DEEP_COLOR_AWARE;
@@ -87,22 +78,22 @@ void TestHost::SetUp(std::vector<Parameter> params) {
     strict.ParamsSetup();
 }
 
-stricthost::Instance& TestHost::Start(std::vector<Parameter> params) {
+Instance& TestHost::Start(std::vector<Parameter> params) {
     SetUp(std::move(params));
-    stricthost::Instance& instance = strict.NewInstance();
+    Instance& instance = strict.NewInstance();
     EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE);
     Engine().calls.clear();
     return instance;
 }
 
-PF_Err TestHost::Send(PF_Cmd code, stricthost::Instance& instance, void* extra) {
+PF_Err TestHost::Send(PF_Cmd code, Instance& instance, void* extra) {
     stricthost::Call call(instance.Host(), code, &instance);
     instance.FillIn(call.in);
     call.PassParams(instance.Definitions(call.in));
     return instance.Host().Send(call, nullptr, extra);
 }
 
-Adapter::SequenceRecord& TestHost::Record(const stricthost::Instance& instance) {
+Adapter::SequenceRecord& TestHost::Record(const Instance& instance) {
     PF_InData in = {};
     instance.FillIn(in);
     return *Adapter::FindRecord(in);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <map>
 #include <set>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "host/SequenceRecord.h"
@@ -12,7 +14,14 @@
 #include "standalone/stricthost/StrictHost.h"
 #include "tests/support/RecordingPlugin.h"
 
-struct SPBasicSuite;
+using fxhost::Picture;
+using stricthost::FrameRequest;
+using stricthost::Instance;
+using stricthost::Personality;
+using testing::ElementsAre;
+constexpr auto AE = Personality::AfterEffects;
+constexpr auto Plain = Personality::AfterEffectsPlain;
+constexpr auto Pr = Personality::Premiere;
 
 inline RecordingPlugin& Engine() {
     return RecordingPlugin::Instance();
@@ -46,8 +55,7 @@ struct Command {
 // the rules, or did not give back, fails the test. One at a time.
 class TestHost {
 public:
-    using Personality = stricthost::Personality;
-    explicit TestHost(Personality personality = Personality::AfterEffects,
+    explicit TestHost(Personality personality = AE,
                       const std::function<void(stricthost::Options&)>& change = {});
     ~TestHost();
     TestHost(const TestHost&) = delete;
@@ -56,11 +64,11 @@ public:
     // Global and parameter set-up of an effect with these parameters.
     void SetUp(std::vector<Parameter> params = {});
     // The same, and an instance that the host has shown; then forgets the engine's calls.
-    stricthost::Instance& Start(std::vector<Parameter> params = {});
+    Instance& Start(std::vector<Parameter> params = {});
     // A command that the strict host never sends by itself.
-    static PF_Err Send(PF_Cmd code, stricthost::Instance& instance, void* extra = nullptr);
+    static PF_Err Send(PF_Cmd code, Instance& instance, void* extra = nullptr);
     // What the adapter keeps with an instance.
-    static Adapter::SequenceRecord& Record(const stricthost::Instance& instance);
+    static Adapter::SequenceRecord& Record(const Instance& instance);
 
     // Puts a function into the place of one in a suite, from the next command on.
     template <class Suite, class Function>
@@ -71,11 +79,6 @@ public:
             s_Copy.*place = function;
             return &s_Copy;
         };
-    }
-
-    template <class Suite, class Function>
-    void Fail(const char* suite, Function Suite::*place) {
-        Replace(suite, place, Fails<22>);
     }
 
     std::function<void(Command&)> before, after;
@@ -91,8 +94,8 @@ private:
 };
 
 // A frame of the picture, with the rest of the request.
-stricthost::FrameResult Render(stricthost::Instance& instance, const fxhost::Picture& input = {1, 1, 8},
-                               stricthost::FrameRequest request = {});
+stricthost::FrameResult Render(Instance& instance, const Picture& input = {1, 1, 8},
+                               FrameRequest request = {});
 
 // The error that the adapter answers a step of the host with, or none.
 template <class Step>
