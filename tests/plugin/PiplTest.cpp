@@ -16,9 +16,14 @@ std::uint32_t Big(const Bytes& bytes, std::size_t at, unsigned count) {
     return value;
 }
 
+Bytes Part(const Bytes& bytes, std::size_t at, std::size_t count) {
+    const auto first = bytes.begin() + static_cast<std::ptrdiff_t>(at);
+    return Bytes(first, first + static_cast<std::ptrdiff_t>(count));
+}
+
 std::string Text(const Bytes& bytes, std::size_t at, std::size_t count) {
-    return {bytes.begin() + static_cast<std::ptrdiff_t>(at),
-            bytes.begin() + static_cast<std::ptrdiff_t>(at + count)};
+    const Bytes part = Part(bytes, at, count);
+    return {part.begin(), part.end()};
 }
 
 // Reads the file as a resource manager does: from the header to the map, to the type, to the data.
@@ -33,9 +38,7 @@ Bytes OnlyResource(const Bytes& file, const std::string& type, unsigned number) 
     const std::size_t reference = types + Big(file, types + 8, 2);
     EXPECT_EQ(Big(file, reference, 2), number);
     const std::size_t at = data + Big(file, reference + 5, 3);
-    const std::size_t length = Big(file, at, 4);
-    return {file.begin() + static_cast<std::ptrdiff_t>(at + 4),
-            file.begin() + static_cast<std::ptrdiff_t>(at + 4 + length)};
+    return Part(file, at + 4, Big(file, at, 4));
 }
 
 std::map<std::string, Bytes> Properties(const Bytes& list) {
@@ -46,8 +49,7 @@ std::map<std::string, Bytes> Properties(const Bytes& list) {
         EXPECT_EQ(Text(list, at, 4), "8BIM");
         EXPECT_EQ(at % 4, 0u);
         const std::size_t length = Big(list, at + 12, 4);
-        const auto first = list.begin() + static_cast<std::ptrdiff_t>(at + 16);
-        properties[Text(list, at + 4, 4)] = Bytes(first, first + static_cast<std::ptrdiff_t>(length));
+        properties[Text(list, at + 4, 4)] = Part(list, at + 16, length);
         at += 16 + length;
     }
     EXPECT_EQ(at, list.size());
@@ -55,14 +57,8 @@ std::map<std::string, Bytes> Properties(const Bytes& list) {
 }
 
 TEST(PiplTest, TheResourceFileHoldsWhatTheModuleAnswers) {
-    fxhost::PiplInfo info;
-    info.name = "Blur";
-    info.category = "Stylize";
-    info.matchName = "org.shaderfx.blur";
-    info.entry = "EntryPointFunc";
-    info.version = 0x00080001;
-    info.outFlags = 0x06008005;
-    info.outFlags2 = 0x1400;
+    const fxhost::PiplInfo info = {"Blur",     "Stylize", "org.shaderfx.blur", "EntryPointFunc", 0x00080001,
+                                   0x06008005, 0x1400};
     auto properties = Properties(OnlyResource(fxhost::PiplResourceFile(info), "PiPL", 16000));
     EXPECT_EQ(properties["kind"], (Bytes{'e', 'F', 'K', 'T'}));
     EXPECT_EQ(properties["name"], (Bytes{4, 'B', 'l', 'u', 'r', 0, 0, 0}));

@@ -103,14 +103,11 @@ Picture Expected(const Picture& input, unsigned reach, int grow) {
 
 std::string Difference(const stricthost::FrameResult& result, const Picture& expected) {
     const Picture& got = result.picture;
-    const auto form = [](const Picture& picture) {
-        return std::to_string(picture.width) + "x" + std::to_string(picture.height) + " at " +
-               std::to_string(picture.depth) + " bits";
-    };
     if (result.error != PF_Err_NONE)
         return "error " + std::to_string(result.error);
-    if (form(got) != form(expected))
-        return form(got) + " instead of " + form(expected);
+    if (got.width != expected.width || got.height != expected.height || got.depth != expected.depth)
+        return std::to_string(got.width) + "x" + std::to_string(got.height) + " at " +
+               std::to_string(got.depth) + " bits";
     // The engine holds 16 bits in twice the range, where the negative of an even number can be odd.
     const double tolerance = got.depth == 32 ? 1e-6 : got.depth == 16 ? 1.0 : 0.0;
     const auto a = ChannelsOf(got), b = ChannelsOf(expected);

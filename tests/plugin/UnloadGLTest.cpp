@@ -27,9 +27,8 @@ long OwnPages() {
 void LoadRenderUnload(std::uint32_t seed) {
     probe::Host host("probe", probe::Personality::AfterEffects);
     const auto input = probe::Noise(64, 64, 8, seed);
-    stricthost::FrameRequest request;
-    request.input = &input;
-    EXPECT_EQ(probe::Difference(host.Apply(64, 64, 64).Render(request), probe::Expected(input, 64)), "");
+    const auto result = host.Apply(64, 64, 64).Render({.input = &input, .wanted = {}});
+    EXPECT_EQ(probe::Difference(result, probe::Expected(input, 64)), "");
     EXPECT_TRUE(IsLoaded());
 }
 
