@@ -12,39 +12,28 @@ CFURLRef MakeUrl(const std::string& path) {
                                                    static_cast<CFIndex>(path.size()), 1);
 }
 
-class BundleTest : public ::testing::Test {
-protected:
-    void SetUp() override { std::filesystem::create_directories(m_Folder); }
-    void TearDown() override { std::filesystem::remove_all(m_Folder); }
-
-    const std::string m_Folder = ::testing::TempDir() + "Some Effect.plugin";
-};
-
-TEST_F(BundleTest, ResourcesLieInContentsResources) {
-    const CFURLRef folder = MakeUrl(m_Folder + "/");
+TEST(BundleTest, ResourcesLieInContentsResources) {
+    const std::string place = ::testing::TempDir() + "Some Effect.plugin";
+    std::filesystem::create_directories(place);
+    const CFURLRef folder = MakeUrl(place + "/");
     const CFBundleRef bundle = CFBundleCreate(kCFAllocatorDefault, folder);
+    std::filesystem::remove_all(place);
+    EXPECT_EQ(CFBundleCreate(kCFAllocatorDefault, folder), nullptr) << "no folder, no bundle";
     CFRelease(folder); // the bundle needs it no more
     ASSERT_NE(bundle, nullptr);
     const CFURLRef resources = CFBundleCopyResourcesDirectoryURL(bundle);
     CFRelease(bundle);
-
-    const std::string expected = m_Folder + "/Contents/Resources";
+    const std::string expected = place + "/Contents/Resources";
     UInt8 path[1024];
-    ASSERT_TRUE(CFURLGetFileSystemRepresentation(resources, 1, path, sizeof path));
-    EXPECT_EQ(reinterpret_cast<const char*>(path), expected);
-
     const auto exactSize = static_cast<CFIndex>(expected.size() + 1);
-    EXPECT_TRUE(CFURLGetFileSystemRepresentation(resources, 1, path, exactSize));
     EXPECT_FALSE(CFURLGetFileSystemRepresentation(resources, 1, path, exactSize - 1));
-    CFRelease(CFRetain(resources));
-    EXPECT_TRUE(CFURLGetFileSystemRepresentation(resources, 1, path, exactSize)) << "one reference is left";
+    CFRelease(CFRetain(resources)); // one reference is left
+    ASSERT_TRUE(CFURLGetFileSystemRepresentation(resources, 1, path, exactSize));
+    EXPECT_EQ(reinterpret_cast<const char*>(path), expected);
     CFRelease(resources);
 }
 
-TEST_F(BundleTest, NoFolderNoBundle) {
-    const CFURLRef nowhere = MakeUrl(m_Folder + "/missing");
-    EXPECT_EQ(CFBundleCreate(kCFAllocatorDefault, nowhere), nullptr);
-    CFRelease(nowhere);
+TEST(BundleTest, NothingComesOfNothing) {
     EXPECT_EQ(MakeUrl(""), nullptr);
     EXPECT_EQ(CFBundleCreate(kCFAllocatorDefault, nullptr), nullptr);
     EXPECT_EQ(CFBundleCopyResourcesDirectoryURL(nullptr), nullptr);

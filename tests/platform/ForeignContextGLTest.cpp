@@ -1,5 +1,4 @@
 #include <EGL/egl.h>
-#include <EGL/eglext.h>
 
 #include "tests/platform/ContextFixture.h"
 
@@ -27,17 +26,19 @@ protected:
         const EGLint size[] = {EGL_WIDTH, 4, EGL_HEIGHT, 4, EGL_NONE};
         m_Draw = eglCreatePbufferSurface(m_Display, config, size);
         m_Read = eglCreatePbufferSurface(m_Display, config, size);
-        ASSERT_TRUE(eglMakeCurrent(m_Display, m_Draw, m_Read, m_Context));
+        ASSERT_TRUE(HostMakesCurrent(m_Draw));
     }
 
     void TearDown() override {
         eglMakeCurrent(m_Display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-        for (const EGLSurface surface : {m_Draw, m_Read})
-            if (surface != EGL_NO_SURFACE)
-                eglDestroySurface(m_Display, surface);
-        if (m_Context != EGL_NO_CONTEXT)
-            eglDestroyContext(m_Display, m_Context);
+        eglDestroySurface(m_Display, m_Draw);
+        eglDestroySurface(m_Display, m_Read);
+        eglDestroyContext(m_Display, m_Context);
         ContextFixture::TearDown();
+    }
+
+    bool HostMakesCurrent(EGLSurface draw) const {
+        return eglMakeCurrent(m_Display, draw, m_Read, m_Context) == EGL_TRUE;
     }
 
     EGLDisplay m_Display = EGL_NO_DISPLAY;
@@ -48,8 +49,8 @@ protected:
 
 TEST_F(ForeignContextGLTest, IsBroughtBackWithSurfacesAndApi) {
     const CGLContextObj host = CGLGetCurrentContext();
-    ASSERT_NE(host, nullptr);
-    EXPECT_EQ(CGLGetCurrentContext(), host) << "the same state has one name";
+    ASSERT_TRUE(HostMakesCurrent(m_Read));
+    EXPECT_NE(CGLGetCurrentContext(), host) << "other surfaces are another state";
 
     ASSERT_EQ(CGLSetCurrentContext(m_First), kCGLNoError);
     EXPECT_EQ(CGLGetCurrentContext(), m_First);
@@ -60,38 +61,25 @@ TEST_F(ForeignContextGLTest, IsBroughtBackWithSurfacesAndApi) {
     EXPECT_EQ(eglGetCurrentSurface(EGL_DRAW), m_Draw);
     EXPECT_EQ(eglGetCurrentSurface(EGL_READ), m_Read);
     EXPECT_EQ(eglQueryAPI(), EGLenum(EGL_OPENGL_ES_API));
-    EXPECT_EQ(CGLGetCurrentContext(), host);
+    EXPECT_EQ(CGLGetCurrentContext(), host) << "the same state has one name";
     EXPECT_EQ(CGLDestroyContext(host), kCGLBadContext) << "it belongs to the host";
-}
 
-TEST_F(ForeignContextGLTest, OtherSurfacesAreAnotherState) {
-    const CGLContextObj before = CGLGetCurrentContext();
-    ASSERT_TRUE(eglMakeCurrent(m_Display, m_Read, m_Read, m_Context));
-    EXPECT_NE(CGLGetCurrentContext(), before);
-    ASSERT_EQ(CGLSetCurrentContext(before), kCGLNoError);
-    EXPECT_EQ(eglGetCurrentSurface(EGL_DRAW), m_Draw);
+    CGLContextObj another = nullptr;
+    EXPECT_EQ(CGLCreateContext(m_Format, nullptr, &another), kCGLNoError);
+    EXPECT_EQ(eglQueryAPI(), EGLenum(EGL_OPENGL_ES_API)) << "making a context leaves the bound API";
+    EXPECT_EQ(CGLDestroyContext(another), kCGLNoError);
 }
 
 TEST_F(ForeignContextGLTest, DisplacesOursWithoutBeingNoticed) {
     const CGLContextObj host = CGLGetCurrentContext();
     ASSERT_EQ(CGLSetCurrentContext(m_First), kCGLNoError);
-    ASSERT_TRUE(eglMakeCurrent(m_Display, m_Draw, m_Read, m_Context));
-    EXPECT_EQ(CGLGetCurrentContext(), host);
-    ASSERT_EQ(CGLSetCurrentContext(m_First), kCGLNoError);
 
     // The host may also save and bring back ours.
     const EGLContext ours = eglGetCurrentContext();
-    ASSERT_TRUE(eglMakeCurrent(m_Display, m_Draw, m_Read, m_Context));
+    ASSERT_TRUE(HostMakesCurrent(m_Draw));
+    EXPECT_EQ(CGLGetCurrentContext(), host);
     ASSERT_TRUE(eglMakeCurrent(m_Display, EGL_NO_SURFACE, EGL_NO_SURFACE, ours));
     EXPECT_EQ(CGLGetCurrentContext(), m_First);
-}
-
-TEST_F(ForeignContextGLTest, MakingAContextLeavesTheBoundApi) {
-    const CGLContextObj another = MakeContext();
-    ASSERT_NE(another, nullptr);
-    EXPECT_EQ(eglQueryAPI(), EGLenum(EGL_OPENGL_ES_API));
-    CGLDestroyContext(another);
-    EXPECT_EQ(eglGetCurrentContext(), m_Context);
 }
 
 } // namespace
