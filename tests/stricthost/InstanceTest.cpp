@@ -11,30 +11,20 @@ using testing::ThrowsMessage;
 class InstanceTest : public HostTest {};
 
 TEST_F(InstanceTest, EachPersonalityHasItsOrderOfCommands) {
-    const PF_OutFlags2 smart = PF_OutFlag2_SUPPORTS_SMART_RENDER;
-    const struct {
-        Personality personality;
-        PF_OutFlags flags;
-        PF_OutFlags2 flags2;
-        const char* log;
-        A_short minorVersion;
-    } rows[] = {
-        {Personality::AfterEffects, 0, smart, "gpsPSdx", 28},
-        {Personality::AfterEffects, 0, 0, "gpsFRDdx", 28},
-        {Personality::AfterEffectsPlain, 0, smart, "gpsFRDdx", 28},
-        {Personality::AfterEffectsPlain, PF_OutFlag_I_EXPAND_BUFFER, smart, "gpsFDFRDdx", 28},
-        {Personality::Premiere, PF_OutFlag_I_EXPAND_BUFFER, smart, "gpsFRDdx", 4},
-    };
-    A_short minorVersion = 0;
-    m_Plugin.before[PF_Cmd_GLOBAL_SETUP] = [&](Command& c) { minorVersion = c.in->version.minor; };
-    for (const auto& row : rows) {
-        m_Options.personality = row.personality;
-        m_Plugin.flags = row.flags;
-        m_Plugin.flags2 = row.flags2;
+    const auto expect = [this](Personality personality, bool smart, bool expands, const char* log,
+                               int minor) {
+        m_Plugin.before[PF_Cmd_GLOBAL_SETUP] = [minor](Command& c) { EXPECT_EQ(c.in->version.minor, minor); };
+        m_Options.personality = personality;
+        m_Plugin.flags = expands ? PF_OutFlags{PF_OutFlag_I_EXPAND_BUFFER} : 0;
+        m_Plugin.flags2 = smart ? PF_OutFlags2{PF_OutFlag2_SUPPORTS_SMART_RENDER} : 0;
         EXPECT_EQ(RenderOnce().error, PF_Err_NONE);
-        EXPECT_EQ(m_Plugin.log, row.log);
-        EXPECT_EQ(minorVersion, row.minorVersion);
-    }
+        EXPECT_EQ(m_Plugin.log, log);
+    };
+    expect(Personality::AfterEffects, true, true, "gpsPSdx", 28);
+    expect(Personality::AfterEffects, false, false, "gpsFRDdx", 28);
+    expect(Personality::AfterEffectsPlain, true, false, "gpsFRDdx", 28);
+    expect(Personality::AfterEffectsPlain, true, true, "gpsFDFRDdx", 28);
+    expect(Personality::Premiere, true, true, "gpsFRDdx", 4);
 }
 
 TEST_F(InstanceTest, DuplicateFlattensAndSetsBothUpAgain) {

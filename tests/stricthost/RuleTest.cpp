@@ -6,17 +6,12 @@
 
 namespace {
 
-using testing::Contains;
-using testing::HasSubstr;
-
-enum Moment { Afterwards, Instead };
-
 // What the host must say when a plug-in does something at a command.
 struct Offence {
     const char* report;
     void (*misbehave)(Command& c);
     PF_Cmd command = PF_Cmd_RENDER;
-    Moment moment = Afterwards;
+    bool instead = false;                                     // of what the stand-in does, not after it
     Personality personality = Personality::AfterEffectsPlain; // for smart commands After Effects
 };
 
@@ -45,10 +40,8 @@ void ChangeLook(Command& c, A_long index) {
 
 const Offence s_Offences[] = {
     {"RENDER disposed of a freed handle", [](Command& c) { c.Dispose(Freed(c)); }},
-    {"RENDER locked a freed handle",
-     [](Command& c) { EXPECT_EQ(c.Utils().host_lock_handle(Freed(c)), nullptr); }},
-    {"RENDER asked for the size of an unknown handle",
-     [](Command& c) { c.Utils().host_get_handle_size(&s_Own); }},
+    {"RENDER locked a freed handle", [](Command& c) { EXPECT_EQ(c.Lock(Freed(c)), nullptr); }},
+    {"asked for the size of an unknown handle", [](Command& c) { c.Utils().host_get_handle_size(&s_Own); }},
     {"8 bytes made in RENDER was written after it was disposed of",
      [](Command& c) {
          char* const data = *Freed(c);
@@ -73,14 +66,13 @@ const Offence s_Offences[] = {
          c.Dispose(handle);
      }},
     {"24 bytes made in RENDER was never disposed of", [](Command& c) { c.NewHandle(24); }},
-    {"RENDER did not unlock a handle", [](Command& c) { c.Utils().host_lock_handle(c.in->sequence_data); }},
-    {"RENDER unlocked a handle too often",
-     [](Command& c) { c.Utils().host_unlock_handle(c.in->sequence_data); }},
+    {"RENDER did not unlock a handle", [](Command& c) { c.Lock(c.in->sequence_data); }},
+    {"RENDER unlocked a handle too often", [](Command& c) { c.Unlock(c.in->sequence_data); }},
     {"SEQUENCE_SETDOWN did not dispose of sequence_data", [](Command& c) { c.out->sequence_data = nullptr; },
-     PF_Cmd_SEQUENCE_SETDOWN, Instead},
+     PF_Cmd_SEQUENCE_SETDOWN, true},
     {"SEQUENCE_SETDOWN left a handle in sequence_data that is not live",
-     [](Command& c) { c.Dispose(c.in->sequence_data); }, PF_Cmd_SEQUENCE_SETDOWN, Instead},
-    {"FRAME_SETDOWN did not dispose of frame_data", [](Command&) {}, PF_Cmd_FRAME_SETDOWN, Instead},
+     [](Command& c) { c.Dispose(c.in->sequence_data); }, PF_Cmd_SEQUENCE_SETDOWN, true},
+    {"FRAME_SETDOWN did not dispose of frame_data", [](Command&) {}, PF_Cmd_FRAME_SETDOWN, true},
     {"UPDATE_PARAMS_UI replaced sequence_data", [](Command& c) { c.out->sequence_data = nullptr; },
      PF_Cmd_UPDATE_PARAMS_UI},
     {"GLOBAL_SETUP promised threaded rendering of data that needs flattening",
@@ -116,14 +108,14 @@ const Offence s_Offences[] = {
      [](Command& c) { Pixels(*c.output)[c.output->height * c.output->rowbytes] = 0; }},
     {"RENDER wrote into its input", [](Command& c) { Pixels(c.Input())[0] ^= 1; }},
     {"SMART_RENDER wrote into its input", [](Command& c) { Pixels(*c.LayerPixels(1))[0] ^= 1; },
-     PF_Cmd_SMART_RENDER, Instead},
+     PF_Cmd_SMART_RENDER, true},
     {"an output pixel was never written, the first at (0, 2)",
      [](Command& c) {
          PF_LayerDef part = *c.output;
          part.height = 2; // of 3
          Invert(c.Input(), part, 8);
      },
-     PF_Cmd_RENDER, Instead},
+     PF_Cmd_RENDER, true},
     {"a world made in RENDER was never disposed of",
      [](Command& c) {
          PF_EffectWorld world;
@@ -132,7 +124,7 @@ const Offence s_Offences[] = {
     {"disposed of a world that it did not make",
      [](Command& c) { c.Utils().dispose_world(c.in->effect_ref, c.output); }},
     {"RENDER left another GL context current", [](Command& c) { s_Context = c.in; }},
-    {"RENDER let an exception reach the host", [](Command&) { throw 7; }, PF_Cmd_RENDER, Instead},
+    {"RENDER let an exception reach the host", [](Command&) { throw 7; }, PF_Cmd_RENDER, true},
     {"RENDER wrote a message without an end",
      [](Command& c) { std::memset(c.out->return_msg, '!', sizeof c.out->return_msg); }},
     {"RENDER changed a parameter's look out of turn", [](Command& c) { ChangeLook(c, 1); }},
@@ -147,7 +139,7 @@ const Offence s_Offences[] = {
     {"took the pixels of checkout 1, which it took before", [](Command& c) { c.LayerPixels(1); },
      PF_Cmd_SMART_RENDER},
     {"used the checkout id 1 twice", [](Command& c) { c.CheckOutLayer(1); }, PF_Cmd_SMART_PRE_RENDER},
-    {"checked out the output before any input", [](Command& c) { c.Output(); }, PF_Cmd_SMART_RENDER, Instead},
+    {"checked out the output before any input", [](Command& c) { c.Output(); }, PF_Cmd_SMART_RENDER, true},
     {"checked out the output twice", [](Command& c) { c.Output(); }, PF_Cmd_SMART_RENDER},
     {"without PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS",
      [](Command& c) { c.Pre().output->max_result_rect.right = ++c.Pre().output->result_rect.right; },
@@ -159,7 +151,7 @@ const Offence s_Offences[] = {
          c.Borrow<PF_PixelFormatSuite>("PF Pixel Format Suite", 1)
              .ClearSupportedPixelFormats(c.in->effect_ref);
      },
-     PF_Cmd_RENDER, Afterwards, Personality::Premiere},
+     PF_Cmd_RENDER, false, Personality::Premiere},
 };
 
 class RuleTest : public HostTest, public testing::WithParamInterface<Offence> {
@@ -184,11 +176,11 @@ TEST_P(RuleTest, IsReportedOnce) {
     const bool smart = offence.command == PF_Cmd_SMART_PRE_RENDER || offence.command == PF_Cmd_SMART_RENDER;
     m_Options.personality = smart ? Personality::AfterEffects : offence.personality;
     m_Plugin.after[offence.command] = offence.misbehave;
-    if (offence.moment == Instead)
+    if (offence.instead)
         m_Plugin.does.erase(offence.command);
     const bool failed = Exercise().error != PF_Err_NONE;
     EXPECT_EQ(failed, std::strstr(offence.report, "exception") != nullptr);
-    EXPECT_THAT(m_Host->Violations(), Contains(HasSubstr(offence.report)).Times(1));
+    EXPECT_THAT(m_Host->Violations(), testing::Contains(testing::HasSubstr(offence.report)).Times(1));
 }
 
 INSTANTIATE_TEST_SUITE_P(Offences, RuleTest, testing::ValuesIn(s_Offences));

@@ -24,16 +24,9 @@ PF_Err NewData(const Command& c, PF_Handle& data, const char* text) {
     return PF_Err_NONE;
 }
 
-PF_Err SequenceSetdown(Command& c) {
-    if (c.in->sequence_data)
-        c.Dispose(c.in->sequence_data);
-    c.out->sequence_data = nullptr;
-    return PF_Err_NONE;
-}
-
-PF_Err FrameSetdown(Command& c) {
-    c.Dispose(c.out->frame_data);
-    c.out->frame_data = nullptr;
+PF_Err Drop(const Command& c, PF_Handle& data) {
+    c.Dispose(data);
+    data = nullptr;
     return PF_Err_NONE;
 }
 
@@ -45,10 +38,7 @@ PF_Err PreRender(Command& c) {
 }
 
 PF_Err SmartRender(Command& c) {
-    const PF_EffectWorld* input = c.LayerPixels(1);
-    const PF_EffectWorld* output = c.Output();
-    if (!input || !output)
-        return PF_Err_BAD_CALLBACK_PARAM;
+    const PF_EffectWorld *input = c.LayerPixels(1), *output = c.Output();
     Invert(*input, *output, static_cast<unsigned>(c.Smart().input->bitdepth));
     return PF_Err_NONE;
 }
@@ -105,14 +95,11 @@ StandIn::StandIn()
     does = {{PF_Cmd_GLOBAL_SETUP, [this](Command& c) { return GlobalSetup(c); }},
             {PF_Cmd_PARAMS_SETUP, [](Command& c) { return c.Add(PF_Param_FLOAT_SLIDER, "Amount"); }},
             {PF_Cmd_SEQUENCE_SETUP, [](Command& c) { return NewData(c, c.out->sequence_data, "live"); }},
-            {PF_Cmd_SEQUENCE_RESETUP,
-             [](Command& c) {
-                 return NewData(c, c.out->sequence_data, c.in->sequence_data ? *c.in->sequence_data : "none");
-             }},
+            {PF_Cmd_SEQUENCE_RESETUP, [](Command& c) { return NewData(c, c.out->sequence_data, "again"); }},
             {PF_Cmd_SEQUENCE_FLATTEN, [](Command& c) { return NewData(c, c.out->sequence_data, "flat"); }},
-            {PF_Cmd_SEQUENCE_SETDOWN, SequenceSetdown},
+            {PF_Cmd_SEQUENCE_SETDOWN, [](Command& c) { return Drop(c, c.out->sequence_data); }},
             {PF_Cmd_FRAME_SETUP, [](Command& c) { return NewData(c, c.out->frame_data, "frame"); }},
-            {PF_Cmd_FRAME_SETDOWN, FrameSetdown},
+            {PF_Cmd_FRAME_SETDOWN, [](Command& c) { return Drop(c, c.out->frame_data); }},
             {PF_Cmd_RENDER, [this](Command& c) { return Render(c); }},
             {PF_Cmd_SMART_PRE_RENDER, PreRender},
             {PF_Cmd_SMART_RENDER, SmartRender}};
@@ -165,7 +152,7 @@ void Invert(const PF_LayerDef& input, const PF_LayerDef& output, unsigned bits) 
     for (int y = 0; y < output.height; ++y)
         for (int i = 0; i < output.width * pixel; ++i) {
             const bool inside = y < input.height && i < input.width * pixel;
-            const int value = inside ? from[y * input.rowbytes + i] : 0;
-            to[y * output.rowbytes + i] = static_cast<std::uint8_t>(~value);
+            const int value = inside ? 255 - from[y * input.rowbytes + i] : 0;
+            to[y * output.rowbytes + i] = static_cast<std::uint8_t>(value);
         }
 }

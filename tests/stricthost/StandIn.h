@@ -24,11 +24,18 @@ struct Command {
     void Release(const char* name, int number) const { in->pica_basicP->ReleaseSuite(name, number); }
     // A suite, given back at once, which the static tables outlive.
     template <class Suite>
-    const Suite& Borrow(const char* name, int number) const;
+    const Suite& Borrow(const char* name, int number) const {
+        const void* suite = Acquire(name, number);
+        EXPECT_NE(suite, nullptr) << name;
+        Release(name, number);
+        return *static_cast<const Suite*>(suite);
+    }
 
     const _PF_UtilCallbacks& Utils() const { return *in->utils; }
     PF_Handle NewHandle(unsigned bytes = 8) const { return Utils().host_new_handle(bytes); }
     void Dispose(PF_Handle handle) const { Utils().host_dispose_handle(handle); }
+    void* Lock(PF_Handle handle) const { return Utils().host_lock_handle(handle); }
+    void Unlock(PF_Handle handle) const { Utils().host_unlock_handle(handle); }
     PF_Err CheckOut(A_long index, PF_ParamDef* def) const {
         return in->inter.checkout_param(in->effect_ref, index, 0, 1, 25, def);
     }
@@ -72,11 +79,3 @@ private:
 
 // Writes the complement of the input over the whole output; what lies outside the input counts as zero.
 void Invert(const PF_LayerDef& input, const PF_LayerDef& output, unsigned bits);
-
-template <class Suite>
-const Suite& Command::Borrow(const char* name, int number) const {
-    const void* suite = Acquire(name, number);
-    EXPECT_NE(suite, nullptr) << name;
-    Release(name, number);
-    return *static_cast<const Suite*>(suite);
-}
