@@ -1,5 +1,7 @@
 #include "AE_EffectCB.h"
 #include "AE_EffectCBSuites.h"
+#include "AE_EffectSuites.h"
+#include "AE_EffectUI.h"
 #include "AE_GeneralPlug.h"
 #include "host/EntryPoint.h"
 #include "tests/host/TestHost.h"
@@ -14,8 +16,8 @@ TEST(DispatchTest, CommandsWithoutARowSucceedAndTouchNothing) {
     EXPECT_TRUE(Engine().calls.empty());
     PF_InData in = {};
     PF_OutData out = {};
-    for (const PF_Err err : {EntryPointFunc(PF_Cmd_RENDER, nullptr, &out, nullptr, nullptr, nullptr),
-                             EntryPointFunc(PF_Cmd_RENDER, &in, nullptr, nullptr, nullptr, nullptr)})
+    for (const PF_Err err : {EntryPointFunc(PF_Cmd_FRAME_SETUP, nullptr, &out, nullptr, nullptr, nullptr),
+                             EntryPointFunc(PF_Cmd_FRAME_SETUP, &in, nullptr, nullptr, nullptr, nullptr)})
         EXPECT_EQ(err, PF_Err_BAD_CALLBACK_PARAM);
 }
 
@@ -63,55 +65,86 @@ TEST(GlobalSetupTest, EachHostLearnsFlagsAndDeepFormatsItsOwnWay) {
     }
 }
 
-std::string s_Registered;
+std::string s_Told; // what the host heard
 
 TEST(GlobalSetupTest, EngineAndHostLearnOfEachOther) {
-    s_Registered.clear();
+    const auto setUp = [](TestHost& host) {
+        s_Told.clear();
+        host.Replace(kAEGPUtilitySuite, &AEGP_UtilitySuite3::AEGP_RegisterWithAEGP,
+                     [](AEGP_GlobalRefcon refcon, const A_char* name, AEGP_PluginID*) -> A_Err {
+                         s_Told += (refcon ? "refcon " : "name ") + std::string(name);
+                         return A_Err_NONE;
+                     });
+        host.Replace(kPFEffectUISuite, &PF_EffectUISuite1::PF_SetOptionsButtonName,
+                     [](PF_ProgPtr, const A_char* name) -> PF_Err {
+                         s_Told += ", button '" + std::string(name) + "'";
+                         return PF_Err_NONE;
+                     });
+        host.before = [](Command& command) {
+            command.in.inter.register_ui = [](PF_ProgPtr, PF_CustomUIInfo* info) -> PF_Err {
+                s_Told += ", events " + std::to_string(info->events);
+                return PF_Err_NONE;
+            };
+            if (command.in.appl_id != 0x50724D72)
+                return;
+            command.in.utils->get_platform_data = [](PF_ProgPtr, PF_PlatDataID which, void* data) -> PF_Err {
+                *static_cast<void**>(data) = data; // not a path that the engine could read
+                return which == PF_PlatData_BUNDLE_REF ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+            };
+        };
+        host.SetUp();
+    };
     TestHost host(AE, [](auto& options) { options.pluginPath = "/plugins/effect"; });
-    host.Replace(kAEGPUtilitySuite, &AEGP_UtilitySuite3::AEGP_RegisterWithAEGP,
-                 [](AEGP_GlobalRefcon refcon, const A_char* name, AEGP_PluginID*) -> A_Err {
-                     s_Registered += (refcon ? "refcon " : "") + std::string(name);
-                     return A_Err_NONE;
-                 });
-    host.SetUp();
-    EXPECT_EQ(s_Registered, "HOSTID");
+    setUp(host);
+    EXPECT_EQ(s_Told, "name HOSTID, button ' ', events 4");
     EXPECT_EQ(Engine().calls.front(), "globalSetup null /plugins/effect");
     EXPECT_EQ(host.strict.About(), "About\n\n");
     Engine().about = std::string(1000, 'x');
     EXPECT_EQ(host.strict.About(), std::string(253, 'x') + "\n\n") << "never past the field";
 
     TestHost premiere(Pr);
-    premiere.before = [](Command& command) {
-        command.in.utils->get_platform_data = [](PF_ProgPtr, PF_PlatDataID which, void* data) -> PF_Err {
-            *static_cast<void**>(data) = data; // not a path that the engine could read
-            return which == PF_PlatData_BUNDLE_REF ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
-        };
-    };
-    premiere.SetUp();
+    setUp(premiere);
+    EXPECT_EQ(s_Told, ", events 4");
     EXPECT_EQ(Engine().calls.front(), "globalSetup module ");
     EXPECT_EQ(premiere.strict.About(), "");
 }
 
-TEST(GlobalSetupTest, FailuresPublishNothingAndLeakNothing) {
+TEST(GlobalSetupTest, WhatCannotBeSetUpLeavesNothingBehind) {
     struct Row {
-        bool setupWorks;
-        long allocations;
-        A_Err registerError;
-        const char* missingSuite;
+        PF_Cmd command; // that fails
         PF_Err expected;
+        void (*change)(stricthost::Options& options);
     };
-    for (const Row& row : {Row{false, -1, 0, "", PF_Err_INTERNAL_STRUCT_DAMAGED},
-                           Row{true, 0, 0, "", PF_Err_INTERNAL_STRUCT_DAMAGED}, Row{true, -1, 5, "", 5},
-                           Row{true, -1, 0, kAEGPUtilitySuite, PF_Err_BAD_CALLBACK_PARAM},
-                           Row{true, -1, 0, kPFHandleSuite, PF_Err_BAD_CALLBACK_PARAM}}) {
+    constexpr PF_Err missing = PF_Err_BAD_CALLBACK_PARAM, memory = PF_Err_OUT_OF_MEMORY, internal = 512;
+    const Row rows[] = {
+        {PF_Cmd_GLOBAL_SETUP, internal, [](auto&) { Engine().setupWorks = false; }},
+        {PF_Cmd_GLOBAL_SETUP, internal, [](auto& options) { options.allocations = 0; }},
+        {PF_Cmd_GLOBAL_SETUP, 5, [](auto& options) { options.registerError = 5; }},
+        {PF_Cmd_GLOBAL_SETUP, missing, [](auto& options) { options.missingSuites = {kAEGPUtilitySuite}; }},
+        {PF_Cmd_GLOBAL_SETUP, missing, [](auto& options) { options.missingSuites = {kPFHandleSuite}; }},
+        {PF_Cmd_PARAMS_SETUP, missing, [](auto& options) { options.missingSuites = {kPFEffectUISuite}; }},
+        {PF_Cmd_PARAMS_SETUP, PF_Err_UNRECOGNIZED_PARAM_TYPE,
+         [](auto& options) { options.refusedTypes = {PF_Param_CHECKBOX}; }},
+        {0, 0, [](auto& options) { options.refusedTypes = {PF_Param_PATH}; }}, // which effects can do without
+        {PF_Cmd_SEQUENCE_SETUP, memory, [](auto& options) { options.allocations = 1; }},
+        {PF_Cmd_SEQUENCE_FLATTEN, memory, [](auto& options) { options.allocations = 2; }},
+        {PF_Cmd_SEQUENCE_RESETUP, memory, [](auto& options) { options.allocations = 3; }},
+    };
+    for (const Row& row : rows) {
         TestHost host(AE, [&](auto& options) {
-            options.allocations = row.allocations;
-            options.registerError = row.registerError;
-            options.missingSuites = {row.missingSuite};
+            options.allowParamGap = true;
+            row.change(options);
         });
-        Engine().setupWorks = row.setupWorks;
-        host.after = [](Command& command) { EXPECT_EQ(command.out.global_data, nullptr); };
-        EXPECT_EQ(ErrorOf([&] { host.strict.GlobalSetup(); }), row.expected);
+        PF_Cmd last = 0;
+        host.after = [&](Command& command) {
+            last = command.code;
+            EXPECT_EQ(command.out.global_data == nullptr, row.command == PF_Cmd_GLOBAL_SETUP);
+        };
+        const PF_Err err = ErrorOf([&] {
+            host.Start({Declared(Parameter::BOOL), Declared(Parameter::PATH)}).SaveAndReopen();
+        });
+        EXPECT_EQ(err, row.expected);
+        EXPECT_EQ(row.expected ? last : 0, row.command);
     }
 }
 

@@ -86,8 +86,8 @@ TEST(ParameterValueTest, IndicesPastTheHostsParametersAreIgnored) {
         Engine().calls.clear();
         host.before = [&](Command& command) {
             static_cast<PF_UserChangedParamExtra*>(command.extra)->param_index = index;
-            command.params[2] = command.params[1]; // anything may lie there
             command.params[0]->param_type = PF_Param_BUTTON;
+            command.params[2] = command.params[0]; // anything may lie there
         };
         EXPECT_EQ(instance.UserChanged(1), PF_Err_NONE);
         EXPECT_THAT(Engine().calls, ElementsAre("setSequenceData 1"));

@@ -1,4 +1,3 @@
-#include "AE_EffectSuites.h"
 #include "AE_EffectUI.h"
 #include "host/BoundedText.h"
 #include "host/HostState.h"
@@ -13,8 +12,8 @@ std::vector<double> Content(const PF_ParamDef& def) {
     const auto& u = def.u;
     switch (def.param_type) {
     case PF_Param_FLOAT_SLIDER:
-        return {u.fs_d.value,     u.fs_d.dephault,   u.fs_d.valid_min,        u.fs_d.slider_min,
-                u.fs_d.valid_max, u.fs_d.slider_max, double(u.fs_d.precision)};
+        return {u.fs_d.value,     u.fs_d.dephault,   u.fs_d.valid_min,         u.fs_d.slider_min,
+                u.fs_d.valid_max, u.fs_d.slider_max, double(u.fs_d.precision), u.fs_d.curve_tolerance};
     case PF_Param_POINT_3D:
         return {u.point3d_d.x_value,    u.point3d_d.y_value,    u.point3d_d.z_value,
                 u.point3d_d.x_dephault, u.point3d_d.y_dephault, u.point3d_d.z_dephault};
@@ -49,8 +48,12 @@ TEST(ParamsSetupTest, EveryTypeIsPublishedInItsWay) {
         std::vector<double> content;
     };
     const Row rows[] = {
-        {Declared(Parameter::FLOAT, 0x03000008, {2.5f}), 10, 0x60, 3, {2.5, 2.5, -100, -100, 100, 100, 3}},
-        {Declared(Parameter::FLOAT, 0xFE000000), 10, 0x60, 3, {0, 0, -100, -100, 100, 100, -2}},
+        {Declared(Parameter::FLOAT, 0x03000008, {2.5f}),
+         10,
+         0x60,
+         3,
+         {2.5, 2.5, -100, -100, 100, 100, 3, 0.05f}},
+        {Declared(Parameter::FLOAT, 0xFE000000), 10, 0x60, 3, {0, 0, -100, -100, 100, 100, -2, 0.05f}},
         {Declared(Parameter::POINT, 0, {1, 2, 3}), 18, 0, 3, {1, 2, 2, 1, 2, 2}}, // the third is not told
         // Cut to bytes without scaling.
         {Declared(Parameter::COLOR, 0, {0.5f, 0.5f, 0.5f, 1.0f}), 5, 0x60, 3, {0, 0, 0, 1, 0}},
@@ -127,45 +130,6 @@ TEST(ParamsSetupTest, HiddenParametersTakeNoIndexAndUnknownOnesDo) {
     }
     EXPECT_THAT(handled, ElementsAre(0, PF_EO_HANDLED_EVENT, PF_EO_HANDLED_EVENT, 0, 0, 0));
     EXPECT_EQ(TestHost::Send(PF_Cmd_EVENT, instance), PF_Err_NONE) << "without an event";
-}
-
-TEST(ParamsSetupTest, RefusalsEndItPathsExcepted) {
-    TestHost host(AE, [](auto& options) {
-        options.allowParamGap = true;
-        options.refusedTypes = {PF_Param_PATH, PF_Param_CHECKBOX};
-    });
-    EXPECT_EQ(ErrorOf([&] {
-                  host.SetUp({Declared(Parameter::PATH), Declared(Parameter::FLOAT),
-                              Declared(Parameter::BOOL), Declared(Parameter::ANGLE)});
-              }),
-              PF_Err_UNRECOGNIZED_PARAM_TYPE);
-    EXPECT_EQ(host.strict.Params().size(), 2u) << "the slider";
-}
-
-std::string s_ButtonName;
-PF_CustomUIInfo s_CustomUi;
-
-TEST(ParamsSetupTest, OptionsButtonIsBlankInAfterEffectsAlone) {
-    for (const auto personality : {AE, Pr}) {
-        TestHost host(personality);
-        s_ButtonName.clear();
-        s_CustomUi = {};
-        host.Replace(kPFEffectUISuite, &PF_EffectUISuite1::PF_SetOptionsButtonName,
-                     [](PF_ProgPtr, const A_char* name) -> PF_Err {
-                         s_ButtonName = name;
-                         return 9;
-                     });
-        host.before = [](Command& command) {
-            command.in.inter.register_ui = [](PF_ProgPtr, PF_CustomUIInfo* info) -> PF_Err {
-                s_CustomUi = *info;
-                return PF_Err_NONE;
-            };
-        };
-        const bool premiere = personality == Pr;
-        EXPECT_EQ(ErrorOf([&] { host.SetUp(); }), premiere ? 0 : 9) << "the host's own error";
-        EXPECT_EQ(s_ButtonName, premiere ? "" : " ");
-        EXPECT_EQ(s_CustomUi.events, premiere ? PF_CustomEFlag_EFFECT : 0);
-    }
 }
 
 } // namespace

@@ -10,8 +10,6 @@
 
 namespace {
 
-using stricthost::FrameResult;
-
 using Bytes = std::vector<std::uint8_t>;
 
 template <class Channel>
@@ -122,18 +120,17 @@ std::uint32_t s_Code;
 
 template <class World, class Format>
 PF_Err TellFormat(World*, Format* format) {
-    *format = static_cast<Format>(s_Code);
-    return s_Code == 0x61726762 ? PF_Err_BAD_CALLBACK_PARAM : PF_Err_NONE;
+    *format = static_cast<Format>(s_Code ? s_Code : 0x62677261);
+    return s_Code ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
 }
 
 TEST(RenderTest, KnowsTheHostsFormats) {
-    const std::vector<std::uint32_t> codes[] = {
-        {0x41444340, 0x61726762}, // unknown, and not told
-        {0x62677261, 0x62677278},
-        {0x36316561, 0x61726742, 0x62677241, 0x62677258},
-        {0x32336561, 0x61724742, 0x62675241, 0x62675258},
+    const std::map<int, std::vector<std::uint32_t>> formats = {
+        {8, {0x62677261, 0x62677278, 0x61726762}},
+        {16, {0x36316561, 0x61726742, 0x62677241, 0x62677258}},
+        {32, {0x32336561, 0x61724742, 0x62675241, 0x62675258}},
+        {0, {0x41444340, 0}}, // unknown, and not told
     };
-    constexpr int bits[] = {0, 8, 16, 32};
     for (const auto personality : {AE, Pr}) {
         TestHost host(personality);
         Instance& instance = host.Start();
@@ -141,14 +138,15 @@ TEST(RenderTest, KnowsTheHostsFormats) {
         host.Replace(kPFPixelFormatSuite, &PF_PixelFormatSuite1::GetPixelFormat, TellFormat);
         host.before = [&](Command& command) {
             PF_LayerDef world = {};
-            for (int i = 3; i >= 0; --i)
-                for (const std::uint32_t code : codes[i]) {
+            for (const auto& [bits, codes] : formats)
+                for (const std::uint32_t code : codes) {
                     s_Code = code;
-                    EXPECT_EQ(Adapter::GetPixelDataBpp(&world, &command.in, nullptr, nullptr), bits[i]);
+                    EXPECT_EQ(Adapter::GetPixelDataBpp(&world, &command.in, nullptr, nullptr), bits);
                 }
+            s_Code = 0;
         };
         Engine().result.assign(16, 1);
-        EXPECT_EQ(Render(instance).error, PF_Err_INTERNAL_STRUCT_DAMAGED) << "the last one holds";
+        EXPECT_EQ(Render(instance).error, PF_Err_INTERNAL_STRUCT_DAMAGED);
     }
 }
 
@@ -188,6 +186,12 @@ TEST(RenderTest, AnEmptyLayerCountsAsTransparent) {
     EXPECT_EQ(instance.Render(request).picture.bytes, Engine().result);
 }
 
+// The first of two checkouts, which only asks for the extent, has this id.
+PF_Err FailsFirst(PF_ProgPtr, PF_ParamIndex, A_long id, const PF_RenderRequest*, A_long, A_long, A_u_long,
+                  PF_CheckoutResult*) {
+    return id == 0x123455 ? 22 : PF_Err_NONE;
+}
+
 TEST(RenderTest, CallbacksThatFailEndTheFrameWithTheirError) {
     struct Row {
         Personality personality;
@@ -200,7 +204,7 @@ TEST(RenderTest, CallbacksThatFailEndTheFrameWithTheirError) {
     const Row rows[] = {
         {AE, PF_Cmd_SMART_PRE_RENDER, 0, [](Command& c) { c.in.inter.checkout_param = Fails<22>; }},
         {AE, PF_Cmd_SMART_PRE_RENDER, 22,
-         [](Command& c) { static_cast<Pre*>(c.extra)->cb->checkout_layer = Fails<22>; }},
+         [](Command& c) { static_cast<Pre*>(c.extra)->cb->checkout_layer = FailsFirst; }},
         {AE, PF_Cmd_SMART_RENDER, 22,
          [](Command& c) { static_cast<Smart*>(c.extra)->cb->checkout_layer_pixels = Fails<22>; }},
         {AE, PF_Cmd_SMART_RENDER, 22,
@@ -226,49 +230,37 @@ TEST(RenderTest, CallbacksThatFailEndTheFrameWithTheirError) {
         }
 }
 
-TEST(PremiereRenderTest, PlacesTheFrameInTheMiddleFlipped) {
+TEST(PremiereRenderTest, TheVisiblePartGoesInAndTheResultIntoTheMiddleFlipped) {
     struct Row {
         A_long width, height; // the engine's frame, numbered from its bottom left pixel
         A_long outWidth, outHeight;
-        std::vector<int> expected;
+        std::vector<int> picture;
+        A_long originX, originY; // in the input: 1 2 3 / 4 5 6 / 7 8 9
+        std::vector<int> uploaded;
     };
     const Row rows[] = {
-        {2, 2, 2, 2, {3, 4, 1, 2}},
-        {2, 2, 3, 4, {0, 0, 0, 3, 4, 0, 1, 2, 0, 0, 0, 0}},
-        {1, 4, 3, 2, {0, 3, 0, 0, 2, 0}},
-        {4, 3, 2, 1, {6, 7}},
+        {2, 2, 2, 2, {3, 4, 1, 2}, 0, 0, {1, 2, 4, 5}},
+        {2, 2, 3, 4, {0, 0, 0, 3, 4, 0, 1, 2, 0, 0, 0, 0}, 1, 1, {5, 6, 8, 9}},
+        {1, 4, 3, 2, {0, 3, 0, 0, 2, 0}, 2, 1, {6, 9, 0, 0}},
+        {4, 3, 2, 1, {6, 7}, -1, -1, {0, 0, 0, 0, 0, 1, 2, 3, 0, 4, 5, 6}},
+        {2, 2, 2, 2, {3, 4, 1, 2}, 5, 5, {0, 0, 0, 0}},
     };
     for (const Row& row : rows) {
         TestHost host(Pr);
         Instance& instance = host.Start();
         Engine().result = Numbered(row.width * row.height);
-        FrameRequest request;
-        request.layerWidth = row.width;
-        request.layerHeight = row.height;
-        request.outputWidth = row.outWidth;
-        request.outputHeight = row.outHeight;
-        const FrameResult result = Render(instance, Picture(8, 8, 8), request);
-        EXPECT_EQ(FirstChannels(result.picture.bytes), row.expected);
-    }
-}
-
-TEST(PremiereRenderTest, OnlyTheVisiblePartIsUploaded) {
-    const std::pair<PF_Point, std::vector<int>> rows[] = {
-        {{0, 0}, {1, 2, 4, 5}},   {{1, 1}, {5, 6, 8, 9}}, {{2, 1}, {6, 0, 9, 0}},
-        {{-1, -1}, {0, 0, 0, 1}}, {{5, 5}, {0, 0, 0, 0}},
-    };
-    for (const auto& [origin, expected] : rows) {
-        TestHost host(Pr);
-        Instance& instance = host.Start();
         Picture input(3, 3, 8);
         input.bytes = Numbered(9);
         FrameRequest request;
-        request.layerWidth = request.layerHeight = 4;
+        request.layerWidth = 2 * row.width;
+        request.layerHeight = 2 * row.height;
         request.downsampleX = request.downsampleY = {1, 2};
-        request.preEffectOriginX = origin.h;
-        request.preEffectOriginY = origin.v;
-        Render(instance, input, request);
-        EXPECT_EQ(FirstChannels(Engine().uploads.at(0).bytes), expected);
+        request.outputWidth = row.outWidth;
+        request.outputHeight = row.outHeight;
+        request.preEffectOriginX = row.originX;
+        request.preEffectOriginY = row.originY;
+        EXPECT_EQ(FirstChannels(Render(instance, input, request).picture.bytes), row.picture);
+        EXPECT_EQ(FirstChannels(Engine().uploads.at(0).bytes), row.uploaded);
     }
 }
 

@@ -70,19 +70,6 @@ TEST(SequenceTest, StalePointersOfASavedProjectAreNeverUsedAndMissingDataDoNothi
     EXPECT_TRUE(Engine().calls.empty());
 }
 
-TEST(SequenceTest, MemoryRunsOut) {
-    // Global set-up takes the first block.
-    for (const auto& [allocations, command] :
-         {std::pair{1, PF_Cmd_SEQUENCE_SETUP}, {2, PF_Cmd_SEQUENCE_FLATTEN}, {3, PF_Cmd_SEQUENCE_RESETUP}}) {
-        TestHost host(AE, [blocks = allocations](auto& options) { options.allocations = blocks; });
-        host.SetUp();
-        PF_Cmd last = 0;
-        host.after = [&](Command& sent) { last = sent.code; };
-        EXPECT_EQ(ErrorOf([&] { host.strict.NewInstance().SaveAndReopen(); }), PF_Err_OUT_OF_MEMORY);
-        EXPECT_EQ(last, command);
-    }
-}
-
 TEST(SequenceTest, OldHostsNeedForcedRendersAndSomeNoLockForSizing) {
     struct Row {
         Personality personality;

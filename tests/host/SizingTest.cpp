@@ -4,7 +4,6 @@
 #include "PrSDKAESupport.h"
 #include "PrSDKSequenceInfoSuite.h"
 #include "host/Rects.h"
-#include "host/Scaling.h"
 #include "tests/host/TestHost.h"
 
 void PrintTo(const PF_LRect& rect, std::ostream* stream) {
@@ -15,17 +14,6 @@ static bool operator==(const PF_LRect& a, const PF_LRect& b) {
 }
 
 namespace {
-
-TEST(ScalingTest, DividesNearlyRounded) {
-    EXPECT_EQ(Adapter::Scaled(1920, {1, 1}), 1920u);
-    EXPECT_EQ(Adapter::Scaled(5, {1, 2}), 2u);      // (5 + 0) / 2
-    EXPECT_EQ(Adapter::Scaled(6, {1, 4}), 1u);      // (6 + 1) / 4
-    EXPECT_EQ(Adapter::Scaled(7, {1, 4}), 2u);      // (7 + 1) / 4
-    EXPECT_EQ(Adapter::Scaled(100, {10, 11}), 91u); // (1000 + 4) / 11
-    EXPECT_EQ(Adapter::Scaled(30000, {768000, 702000}), 32821u) << "beyond 32 bits on the way";
-    EXPECT_EQ(Adapter::Scaled(9, {1, 0}), 9u);
-    EXPECT_EQ(Adapter::Scaled(9, {-1, 2}), 9u);
-}
 
 TEST(ScalingTest, UnionsIgnoreEmptyRectangles) {
     PF_LRect sum = {5, 5, 5, 9};
@@ -39,7 +27,7 @@ TEST(FrameSetupTest, SumsForBothHosts) {
     struct Row {
         Personality personality;
         A_long width, height; // as the host describes the layer
-        A_u_long downsample;  // 1 / 1 or 1 / 2
+        A_u_long downsample;  // 1 / this
         PF_RationalScale aspect;
         unsigned wantedWidth, wantedHeight; // by the engine
         const char* expected; // size and origin of the output; for Premiere Pro, the frame's size
@@ -56,6 +44,10 @@ TEST(FrameSetupTest, SumsForBothHosts) {
         {Pr, 640, 360, 1, {3, 2}, 800, 360, "1200x360 120,0 1200x360"}, // 800 * 3/2, 640 * 3/2 = 960
         {Pr, 640, 360, 2, {3, 2}, 800, 360, "640x360 0,0 600x180"},     // 800/2 * 3/2 is less than the output
         {Pr, 640, 360, 1, {1, 1}, 320, 180, "640x360 0,0 320x180"},
+        {Plain, 6, 7, 4, {1, 1}, 6, 7, "1x2 -3,-2"}, // nearly rounded: (6 + 1) / 4, (7 + 1) / 4
+        {Plain, 6, 7, 0, {1, 1}, 6, 7, "6x7 0,0"},
+        {Plain, 8, 8, 1, {0, 2}, 9, 8, "9x8 0,0"},
+        {Plain, 30000, 9, 1, {768000, 702000}, 30001, 9, "32822x9 1411,0"}, // beyond 32 bits on the way
     };
     for (const Row& row : rows) {
         TestHost host(row.personality);
@@ -169,34 +161,31 @@ TEST(SmartPreRenderTest, Rectangles) {
     }
 }
 
-std::vector<std::pair<A_long, PF_RenderRequest>> s_Checkouts;
-decltype(PF_PreRenderCallbacks::checkout_layer) s_CheckoutLayer;
+std::vector<PF_RenderRequest> s_Requests;
 
 TEST(SmartPreRenderTest, BothRequestsFollowTheHosts) {
     TestHost host;
     Instance& instance = host.Start();
-    s_Checkouts.clear();
-    host.before = [&](Command& command) {
+    s_Requests.clear();
+    host.before = [](Command& command) {
         const auto& extra = *static_cast<PF_PreRenderExtra*>(command.extra);
         extra.input->output_request.field = PF_Field_LOWER;
         extra.input->output_request.channel_mask = PF_ChannelMask_ALPHA;
-        s_CheckoutLayer = extra.cb->checkout_layer;
-        extra.cb->checkout_layer = [](auto effect, auto index, A_long id, const PF_RenderRequest* request,
-                                      auto time, auto step, auto scale, auto* result) -> PF_Err {
-            s_Checkouts.emplace_back(id, *request);
-            return s_CheckoutLayer(effect, index, id, request, time, step, scale, result);
+        extra.cb->checkout_layer = [](PF_ProgPtr, PF_ParamIndex, A_long, const PF_RenderRequest* request,
+                                      A_long, A_long, A_u_long, PF_CheckoutResult* result) -> PF_Err {
+            s_Requests.push_back(*request);
+            result->max_result_rect = {3, 4, 3, 9}; // nothing to render
+            return PF_Err_NONE;
         };
-        host.before = nullptr;
     };
     ASSERT_EQ(Render(instance).error, PF_Err_NONE);
-    ASSERT_EQ(s_Checkouts.size(), 2u);
-    EXPECT_EQ(s_Checkouts[0].second.rect, PF_LRect()) << "the layer's extent is not known yet";
-    EXPECT_EQ(s_Checkouts[1].second.rect, (PF_LRect{0, 0, 1, 1}));
-    for (const auto& [id, asked] : s_Checkouts) {
-        EXPECT_EQ(asked.field, PF_Field_LOWER);
-        EXPECT_EQ(asked.channel_mask, PF_ChannelMask_ARGB);
-        EXPECT_EQ(asked.preserve_rgb_of_zero_alpha, 1);
-    }
+    ASSERT_EQ(s_Requests.size(), 2u);
+    EXPECT_EQ(s_Requests[0].rect, PF_LRect()) << "the layer's extent is not known yet";
+    EXPECT_EQ(s_Requests[1].rect, (PF_LRect{3, 4, 3, 9}));
+    for (const PF_RenderRequest& request : s_Requests)
+        EXPECT_THAT(
+            (std::vector<int>{request.field, request.channel_mask, request.preserve_rgb_of_zero_alpha}),
+            ElementsAre(PF_Field_LOWER, PF_ChannelMask_ARGB, 1));
 }
 
 } // namespace

@@ -22,8 +22,13 @@ CGLError CGLSetCurrentContext(CGLContextObj context) {
 
 namespace {
 
+// Prepares the engine as well, so that tests can change both.
 stricthost::Options MakeOptions(Personality personality,
                                 const std::function<void(stricthost::Options&)>& change) {
+    Engine().Reset();
+    Engine().flags = PF_OutFlag_DEEP_COLOR_AWARE;
+    Engine().flags2 = PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE;
+    Engine().onLock = [] { CGLSetCurrentContext(EngineContext); };
     stricthost::Options options;
     options.personality = personality;
     options.rowPadding = 13; // leaves rows at odd addresses
@@ -56,10 +61,6 @@ TestHost::TestHost(Personality personality, const std::function<void(stricthost:
     Adapter::s_MapAEParam2Plugin.clear();
     Adapter::s_ColorsStart = Adapter::s_PointsStart = 0;
     CGLSetCurrentContext(HostContext);
-    Engine().Reset();
-    Engine().flags = PF_OutFlag_DEEP_COLOR_AWARE;
-    Engine().flags2 = PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE;
-    Engine().onLock = [] { CGLSetCurrentContext(EngineContext); };
 }
 
 TestHost::~TestHost() {
