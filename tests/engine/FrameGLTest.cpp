@@ -61,9 +61,8 @@ TEST_F(FrameGLTest, ScriptsDrawPartsOfOtherTargetsAndAskWhatTheyHave) {
             "var shader, other, late;\nfunction setup() { other = SV_initRenderTarget(4, 2, 8);\n"
             "  shader = SV_initShader('pixel', undefined); late = SV_initParam('n', SV_Type.COLOR); }\n"
             "function put(value, n) { SV_setShaderParamVal(shader, 'level', value);\n"
-            "  SV_setShaderParamVal(shader, 'n', n); }\n"
-            "function draw() {\n"
-            "  put(64 / 255, 3); SV_renderShader(shader, other, false);\n"
+            "  SV_setShaderParamVal(shader, 'n', n); }\nfunction draw() {\n"
+            "  put(64 / 255, 1e300); SV_renderShader(shader, other, false);\n"
             "  put(128 / 255, 5); put(-12345678, -12345678);\n" // numbers that leave the uniform alone
             "  SV_setParamValue(late, [9, 9, 9, 9]); SV_setShaderParam(shader, late);\n" // another type
             "  SV_renderShader(shader, other, false, [1, 0, 2, 1]);\n"
@@ -80,7 +79,7 @@ TEST_F(FrameGLTest, ScriptsDrawPartsOfOtherTargetsAndAskWhatTheyHave) {
     EXPECT_EQ(s_Answers, "[[4,2,8],1,9,false,true]");
     Compare(output, 0.0, [](unsigned x, unsigned y, unsigned k) {
         const bool isInside = y == 0 && (x == 1 || x == 2); // the lowest row, mirrored
-        return (isInside ? std::vector<double>{255, 128, 5, 0} : std::vector<double>{255, 64, 3, 0})[k];
+        return (isInside ? std::vector<double>{255, 128, 5, 0} : std::vector<double>{255, 64, 255, 0})[k];
     });
 }
 

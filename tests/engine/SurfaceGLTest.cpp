@@ -9,8 +9,9 @@ protected:
     void StartDraw(const std::string& draw, std::map<std::string, std::string> files = {}) {
         files["fx.js"] =
             "var copy, layer, image;\nfunction setup() { copy = SV_initShader('copy');\n"
-            "  layer = SV_initParam('layer', SV_Type.LAYER); image = SV_initTexture('/image.ppm'); }\n"
-            "function show(texture) { SV_setShaderParamVal(copy, 'image', texture);\n"
+            "  layer = SV_initParam('image', SV_Type.LAYER); image = SV_initTexture('/image.ppm'); }\n"
+            "function show(picture) { if (picture === layer) SV_setShaderParam(copy, layer);\n"
+            "  else SV_setShaderParamVal(copy, 'image', picture);\n"
             "  SV_renderShader(copy, SV_getSequenceRT(), true); }\nfunction draw() {" +
             draw + "}";
         files["copy.frag"] = "uniform sampler2D image;\n"

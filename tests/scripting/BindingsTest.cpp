@@ -2,6 +2,7 @@
 #include <iterator>
 
 #include "context/Context.h"
+#include "platform/GL.h"
 #include "scripting/Bindings.h"
 #include "tests/support/ScriptRunner.h"
 
@@ -124,6 +125,18 @@ TEST_F(BindingsTest, TheAuthorsGuideNamesEveryFunction) {
         for (const NativeFunction& function : group())
             EXPECT_NE(guide.find("| `" + std::string(function.name) + "("), std::string::npos)
                 << function.name;
+}
+
+TEST_F(BindingsTest, ScriptsKnowTheNumbersOfGL) {
+    std::string numbers;
+    for (const int number :
+         {GL_NEAREST, GL_LINEAR, GL_TEXTURE_MAG_FILTER, GL_TEXTURE_MIN_FILTER, GL_TEXTURE_WRAP_S,
+          GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE, GL_CLAMP_TO_BORDER, GL_MIRRORED_REPEAT})
+        numbers += std::to_string(number) + ",";
+    Check("var g = SV_GL; is([g.NEAREST, g.LINEAR, g.TEXTURE_MAG_FILTER, g.TEXTURE_MIN_FILTER, "
+          "g.TEXTURE_WRAP_S,"
+          " g.TEXTURE_WRAP_T, g.CLAMP_TO_EDGE, g.CLAMP_TO_BORDER, g.MIRRORED_REPEAT, ''].join(), '" +
+          numbers + "');");
 }
 
 TEST_F(BindingsTest, WithoutAFrameOrASequenceThereIsNothingToTell) {

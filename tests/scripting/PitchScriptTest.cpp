@@ -9,16 +9,6 @@ const std::string s_Prelude = [] {
     return text.substr(0, text.find('~'));
 }();
 
-TEST(PitchScriptTest, ThePreludeStandsInFrontInItsGivenForm) {
-    EXPECT_EQ(s_Prelude.size(), 1337u);
-    EXPECT_EQ(s_Prelude.substr(0, 18), "\n\nvar SV_Type = { ");
-    EXPECT_EQ(s_Prelude.substr(s_Prelude.size() - 4), "};\n\n");
-    EXPECT_NE(s_Prelude.find(
-                  "\n\n  /* ------------------------- GL_ARB_texture_swizzle ------------------------ */\n"),
-              std::string::npos);
-    EXPECT_EQ(ScriptPreludeLines(), 49); // 5 down to the opening of SV_GL, 35 inside, 9 after it
-}
-
 TEST(PitchScriptTest, RewritesAsTextAndOnlyWhatItShould) {
     const std::string preRender = "function preRender(w,h) {};", flags = "function updateUIFlags() {};";
     const struct {
