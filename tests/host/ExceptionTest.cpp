@@ -55,12 +55,12 @@ bool ThrowAt(Personality personality, std::size_t call, bool throwsInt) {
     EXPECT_EQ(Engine().lockBalance, 0) << at;
     EXPECT_EQ(CGLGetCurrentContext(), HostContext) << at;
     EXPECT_EQ(atRelease, EngineContext) << at << ", the frame is released first";
-    std::thread([] { // gets through only when the first thread let go of the mutex
+    std::thread other([] { // gets through only when the first thread let go of the mutex
         PF_InData in = {};
         PF_OutData out = {};
         EXPECT_EQ(EntryPointFunc(PF_Cmd_DO_DIALOG, &in, &out, nullptr, nullptr, nullptr), PF_Err_NONE);
-    })
-        .join();
+    });
+    other.join();
     if (at.starts_with("releaseSequenceData")) // the host disposes of what could not be set down
         host.allowed.insert("SEQUENCE_SETDOWN did not dispose of sequence_data");
     if (at == "releaseFrame") // published before the last step failed

@@ -21,46 +21,34 @@ TEST(DispatchTest, CommandsWithoutARowSucceedAndTouchNothing) {
         EXPECT_EQ(err, PF_Err_BAD_CALLBACK_PARAM);
 }
 
-TEST(GlobalSetupTest, VersionBitsMoveToTheHostsPlaces) {
-    constexpr std::pair<std::uint32_t, std::uint32_t> rows[] = {
-        {1u | 1u << 6 | 1u << 14, 557057}, // 1.1, release 0, build 1
-        {63, 7u << 19 | 7u << 26},         // the largest major
-        {255u << 6, 15u << 15},            // the largest minor loses its upper half
-        {0xFFFFu << 14, 0x1FF},            // the largest build loses its upper bits
-        {3u << 30, 3u << 9},               // stage release
-    };
-    for (const auto& [engine, expected] : rows) {
-        TestHost host;
-        Engine().version = engine;
-        host.SetUp();
-        EXPECT_EQ(host.strict.Version(), expected);
-    }
-}
-
-TEST(GlobalSetupTest, EachHostLearnsFlagsAndDeepFormatsItsOwnWay) {
-    constexpr int always = 0x4008005, deep = 0x02000000, floats = 0x1000, sharedSequence = 0x8000;
+TEST(GlobalSetupTest, EachHostLearnsVersionFlagsAndDeepFormatsItsOwnWay) {
+    constexpr unsigned always = 0x4008005, deep = 0x02000000, floats = 0x1000, noClones = 0x8000;
+    using Formats = std::vector<std::uint32_t>;
+    const Formats bytes = {0x62677261, 0x62677278};
+    const Formats all = {0x62677261, 0x62677278, 0x62677258, 0x62677241, 0x62675241, 0x62675258};
     struct Row {
         Personality personality;
-        int engineFlags, engineFlags2, flags, flags2;
-        std::vector<std::uint32_t> formats;
+        std::uint32_t version, flags, flags2;
+        std::uint32_t hostVersion, hostFlags, hostFlags2;
+        Formats formats;
     };
     const Row rows[] = {
-        {AE, deep | 0x200, floats | 0x400, always | deep | 0x200, floats | 0x400, {}},
-        {Pr,
-         deep,
-         floats,
-         always,
-         sharedSequence,
-         {0x62677261, 0x62677278, 0x62677258, 0x62677241, 0x62675241, 0x62675258}},
-        {Pr, 0, 0, always, sharedSequence, {0x62677261, 0x62677278}},
+        // 1.1 build 1; the largest major; the minor's upper half and the build's upper bits are lost.
+        {AE, 1u | 1u << 6 | 1u << 14, deep | 0x200, 0x1400, 557057, always | deep | 0x200, 0x1400, {}},
+        {AE, 63, 0, 0, 7u << 19 | 7u << 26, always, 0, {}},
+        {Pr, 255u << 6, deep, floats, 15u << 15, always, noClones, all},
+        {Pr, 0xFFFFu << 14, 0, 0, 0x1FF, always, noClones, bytes},
+        {Pr, 3u << 30, 0, 0, 3u << 9, always, noClones, bytes},
     };
     for (const Row& row : rows) {
         TestHost host(row.personality);
-        Engine().flags = static_cast<std::uint32_t>(row.engineFlags);
-        Engine().flags2 = static_cast<std::uint32_t>(row.engineFlags2);
+        Engine().version = row.version;
+        Engine().flags = row.flags;
+        Engine().flags2 = row.flags2;
         host.SetUp();
-        EXPECT_EQ(host.strict.OutFlags(), row.flags);
-        EXPECT_EQ(host.strict.OutFlags2(), row.flags2);
+        EXPECT_EQ(host.strict.Version(), row.hostVersion);
+        EXPECT_EQ(static_cast<unsigned>(host.strict.OutFlags()), row.hostFlags);
+        EXPECT_EQ(static_cast<unsigned>(host.strict.OutFlags2()), row.hostFlags2);
         EXPECT_EQ(host.strict.PixelFormats(), row.formats);
     }
 }

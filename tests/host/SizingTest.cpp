@@ -81,44 +81,35 @@ prSuiteError ShiftedFrame(PrTimelineID, prRect* rect) {
     return 0;
 }
 
-TEST(FrameSetupTest, CompositionSizeComesFromTheHostOrTheLayer) {
-    struct Row {
-        Personality personality;
-        const char* missing;
-        A_u_long aspectDen;
-        bool fails;
-        const char* expected;
-    };
-    const Row rows[] = {
-        {AE, "", 1, false, "1280 720 2"},
-        {Pr, "", 1, false, "1280 720 2"},
-        {AE, "", 0, false, "1280 720 1"},
-        {Pr, "", 0, false, "1280 720 1"},
-        {AE, "", 1, true, "1 1 1"},
-        {Pr, "", 1, true, "1 1 1"},
-        {AE, kAEGPPFInterfaceSuite, 1, false, "1 1 1"},
-        {AE, kAEGPLayerSuite, 1, false, "1 1 1"},
-        {AE, kAEGPCompSuite, 1, false, "1 1 1"},
-        {AE, kAEGPItemSuite, 1, false, "1 1 1"},
-        {Pr, kPFUtilitySuite, 1, false, "1 1 1"},
-        {Pr, kPrSDKSequenceInfoSuite, 1, false, "1 1 1"},
-    };
-    for (const Row& row : rows) {
-        TestHost host(row.personality, [&](auto& options) {
-            options.missingSuites = {row.missing};
-            options.compWidth = 1280;
-            options.compHeight = 720;
-            options.compAspect = {2, row.aspectDen};
-        });
-        Instance& instance = host.Start();
-        host.Replace(kPrSDKSequenceInfoSuite, &PrSDKSequenceInfoSuite::GetFrameRect, ShiftedFrame);
-        if (row.fails) {
-            host.Replace(kAEGPPFInterfaceSuite, &AEGP_PFInterfaceSuite1::AEGP_GetEffectLayer, Fails<1>);
-            host.Replace(kPFUtilitySuite, &PF_UtilitySuite::GetContainingTimelineID, Fails<1>);
-        }
-        EXPECT_EQ(Render(instance).error, PF_Err_NONE);
-        EXPECT_EQ(Engine().Count(std::string("setCompositionSize ") + row.expected), 2u) << row.missing;
+// Frames of one pixel in a composition of 1280 by 720; how often the engine was told its size as `told`.
+unsigned TimesTold(const char* told, Personality personality, const char* missing = "",
+                   A_u_long aspectDen = 1, bool fails = false) {
+    TestHost host(personality, [&](auto& options) {
+        options.missingSuites = {missing};
+        options.compWidth = 1280;
+        options.compHeight = 720;
+        options.compAspect = {2, aspectDen};
+    });
+    Instance& instance = host.Start();
+    host.Replace(kPrSDKSequenceInfoSuite, &PrSDKSequenceInfoSuite::GetFrameRect, ShiftedFrame);
+    if (fails) {
+        host.Replace(kAEGPPFInterfaceSuite, &AEGP_PFInterfaceSuite1::AEGP_GetEffectLayer, Fails<1>);
+        host.Replace(kPFUtilitySuite, &PF_UtilitySuite::GetContainingTimelineID, Fails<1>);
     }
+    EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+    return Engine().Count(std::string("setCompositionSize ") + told);
+}
+
+TEST(FrameSetupTest, CompositionSizeComesFromTheHostOrTheLayer) {
+    for (const auto personality : {AE, Pr}) {
+        EXPECT_EQ(TimesTold("1280 720 2", personality), 2u) << "for sizing and for rendering";
+        EXPECT_EQ(TimesTold("1280 720 1", personality, "", 0), 2u);
+        EXPECT_EQ(TimesTold("1 1 1", personality, "", 1, true), 2u);
+    }
+    for (const char* suite : {kAEGPPFInterfaceSuite, kAEGPLayerSuite, kAEGPCompSuite, kAEGPItemSuite})
+        EXPECT_EQ(TimesTold("1 1 1", AE, suite), 2u) << suite;
+    for (const char* suite : {kPFUtilitySuite, kPrSDKSequenceInfoSuite})
+        EXPECT_EQ(TimesTold("1 1 1", Pr, suite), 2u) << suite;
 }
 
 TEST(SmartPreRenderTest, Rectangles) {
