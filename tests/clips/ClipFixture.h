@@ -2,12 +2,12 @@
 
 #include <filesystem>
 #include <functional>
-#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 #include "standalone/FrameRenderer.h"
 #include "standalone/clips/Clip.h"
+#include "tests/standalone/TestFiles.h"
 
 // Turns every channel but alpha over, at depth 8: 255 - x. Has one slider, "Amount".
 class NegativeRenderer final : public fxhost::FrameRenderer {
@@ -20,18 +20,9 @@ public:
     std::vector<float> amounts; // what the slider was
 };
 
-// A folder for a test's files, and shorthands for running clips in it.
-class ClipFixture : public testing::Test {
+// Shorthands for running clips in the test's folder.
+class ClipFixture : public FolderTest {
 protected:
-    ClipFixture();
-    ~ClipFixture() override;
-
-    std::string at(const std::string& name) const { return (m_Folder / name).string(); }
-    std::string bytes(const std::string& name) const;
-    bool exists(const std::string& name) const { return std::filesystem::exists(at(name)); }
-    // Names in the folder, dots first, sorted.
-    std::vector<std::string> names() const;
-
     // Runs a clip with these file names, which are put into the folder.
     int run(fxhost::ClipOptions options, const std::string& input, const std::string& output);
     // The same in a child process that may kill itself; its wait status.
@@ -42,10 +33,4 @@ protected:
     NegativeRenderer m_Renderer;
     std::vector<std::string> m_Settings; // --param
     fxhost::ClipRequest m_Request;       // all but input and output
-
-private:
-    const std::filesystem::path m_Folder;
 };
-
-// Every channel of every pixel different, also from frame to frame; alpha among them.
-fxhost::Picture SomePicture(unsigned width, unsigned height, unsigned depth, long number);

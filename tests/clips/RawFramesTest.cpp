@@ -1,27 +1,16 @@
 #include "standalone/clips/RawFrames.h"
 
-#include <array>
 #include <csignal>
-#include <cstring>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "standalone/Errors.h"
 #include "standalone/clips/Progress.h"
+#include "tests/standalone/TestFiles.h"
 
 namespace {
 
 using namespace fxhost;
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Property;
-using testing::Throws;
-
-template <class Exception>
-auto Says(const std::string& part) {
-    return Throws<Exception>(Property(&std::exception::what, HasSubstr(part)));
-}
+using Bytes = std::vector<std::uint8_t>;
 
 class RawFramesTest : public testing::Test {
 protected:
@@ -35,72 +24,62 @@ protected:
         signal(SIGPIPE, SIG_DFL);
     }
     void closeEnd(int end) {
-        if (m_Ends[end] >= 0)
-            close(m_Ends[end]);
+        close(m_Ends[end]);
         m_Ends[end] = -1;
     }
-    template <class T>
-    void put(const std::vector<T>& values) {
-        EXPECT_EQ(write(m_Ends[1], values.data(), values.size() * sizeof(T)),
-                  static_cast<ssize_t>(values.size() * sizeof(T)));
+    void put(const Bytes& bytes) {
+        EXPECT_EQ(write(m_Ends[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
     }
-    template <class T, std::size_t N>
-    std::array<T, N> get() {
-        std::array<T, N> values{};
-        EXPECT_EQ(read(m_Ends[0], values.data(), sizeof values), static_cast<ssize_t>(sizeof values));
-        return values;
+    Bytes get(std::size_t size) {
+        Bytes bytes(size);
+        EXPECT_EQ(read(m_Ends[0], bytes.data(), size), static_cast<ssize_t>(size));
+        return bytes;
     }
     int m_Ends[2] = {-1, -1};
 };
 
-// The host's order is alpha, red, green, blue; the pipe's red, green, blue, alpha.
+// The host's order is alpha, red, green, blue; the pipe's red, green, blue, alpha, low bytes first.
 TEST_F(RawFramesTest, LayoutIsRgbaWithFullRange) {
-    put<std::uint8_t>({10, 20, 30, 40, 50, 60, 70, 80});
-    put<std::uint16_t>({65535, 0, 2, 32768});
-    put<float>({1.5f, -0.25f, 0, 0.5f});
-    const auto byte = ReadRawFrames(m_Ends[0], 1, 2, 8, 0)->read(1).value();
-    EXPECT_EQ(byte.bytes, (std::vector<std::uint8_t>{40, 10, 20, 30, 80, 50, 60, 70}));
-    const auto word = ReadRawFrames(m_Ends[0], 1, 1, 16, 0)->read(1).value();
-    std::array<std::uint16_t, 4> words{};
-    std::memcpy(words.data(), word.bytes.data(), 8);
-    EXPECT_EQ(words, (std::array<std::uint16_t, 4>{16384, 32768, 0, 1}));
-    const auto real = ReadRawFrames(m_Ends[0], 1, 1, 32, 0)->read(1).value();
-
-    const auto sink = WriteRawFrames(m_Ends[1]);
-    sink->write({1, 0}, byte);
-    EXPECT_EQ((get<std::uint8_t, 8>()), (std::array<std::uint8_t, 8>{10, 20, 30, 40, 50, 60, 70, 80}));
-    sink->write({2, 1}, word);
-    EXPECT_EQ((get<std::uint16_t, 4>()), (std::array<std::uint16_t, 4>{65535, 0, 2, 32768}));
-    sink->write({3, 2}, real);
-    EXPECT_EQ((get<float, 4>()), (std::array<float, 4>{1.5f, -0.25f, 0, 0.5f}));
+    const struct {
+        unsigned height, depth;
+        Bytes raw, host;
+    } rows[] = {
+        {2, 8, {10, 20, 30, 40, 50, 60, 70, 80}, {40, 10, 20, 30, 80, 50, 60, 70}},
+        // 65535, 0, 2, 32768 to 32768, 0, 1, 16384
+        {1, 16, {255, 255, 0, 0, 2, 0, 0, 128}, {0, 64, 0, 128, 0, 0, 1, 0}},
+        // 1.5, -0.25, 0, 0.5
+        {1,
+         32,
+         {0, 0, 192, 63, 0, 0, 128, 190, 0, 0, 0, 0, 0, 0, 0, 63},
+         {0, 0, 0, 63, 0, 0, 192, 63, 0, 0, 128, 190, 0, 0, 0, 0}},
+    };
+    for (const auto& row : rows) {
+        put(row.raw);
+        const Picture picture = ReadRawFrames(m_Ends[0], 1, row.height, row.depth, 0)->read(1).value();
+        EXPECT_EQ(picture.bytes, row.host) << row.depth;
+        WriteRawFrames(m_Ends[1])->write({1, 0}, picture);
+        EXPECT_EQ(get(row.raw.size()), row.raw) << row.depth;
+    }
 }
 
 TEST_F(RawFramesTest, FramesAreSkippedAndTheEndIsSeen) {
-    put<std::uint8_t>({1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3});
+    put({1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4});
     closeEnd(1);
-    const auto source = ReadRawFrames(m_Ends[0], 1, 1, 8, 0);
+    const auto source = ReadRawFrames(m_Ends[0], 1, 1, 8, 0), strict = ReadRawFrames(m_Ends[0], 1, 1, 8, 5);
     EXPECT_EQ(source->read(3).value().bytes[1], 3);
+    EXPECT_THAT([&] { source->read(4); }, Says<WrongUse>("ends within frame 4, after 2 of the 4 bytes"));
     EXPECT_FALSE(source->read(4));
-    const auto strict = ReadRawFrames(m_Ends[0], 1, 1, 8, 5);
     EXPECT_THAT([&] { strict->read(1); }, Says<WrongUse>("ends before frame 1; --frames asks for 5"));
 }
 
-TEST_F(RawFramesTest, HalfAFrameAndAClosedReaderAreErrors) {
-    put<std::uint8_t>({1, 1, 1, 1, 2, 2});
-    closeEnd(1);
-    const auto source = ReadRawFrames(m_Ends[0], 1, 1, 8, 0);
-    EXPECT_TRUE(source->read(1));
-    EXPECT_THAT([&] { source->read(2); }, Says<WrongUse>("ends within frame 2, after 2 of the 4 bytes"));
-
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    close(ends[0]);
+TEST_F(RawFramesTest, AClosedReaderIsAnError) {
+    closeEnd(0);
+    const auto sink = WriteRawFrames(m_Ends[1]);
     EXPECT_THAT(
         [&] {
-            WriteRawFrames(ends[1])->write({7, 0}, Picture(1, 1, 8));
+            sink->write({7, 0}, Picture(1, 1, 8));
         },
         Says<EffectFailure>("frame 7: the reading side has closed the pipe"));
-    close(ends[1]);
 }
 
 TEST(ProgressTest, TellsRateAndTimeLeft) {

@@ -2,39 +2,18 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
-
-std::string TakeText(const std::string& path) {
-    const std::string text = ReadFileText(path);
-    std::filesystem::remove(path);
-    return text;
-}
-
-} // namespace
+#include "tests/standalone/TestFiles.h"
 
 ToolRun RunTool(const std::string& arguments) {
-    const std::string base = testing::TempDir() + "fxhost_run_" + std::to_string(::getpid());
+    const std::string base = testing::TempDir() + "fxhost_run_" + std::to_string(getpid());
+    const std::string out = base + ".out", err = base + ".err";
     const int status =
-        std::system((FX_TOOL " " + arguments + " >" + base + ".out 2>" + base + ".err </dev/null").c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TakeText(base + ".out"), TakeText(base + ".err")};
-}
-
-std::string FreshFolder() {
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    const std::string folder =
-        testing::TempDir() + "fxhost_" + test->name() + "_" + std::to_string(::getpid());
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
-    return folder;
-}
-
-std::string ReadFileText(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
+        std::system((FX_TOOL " " + arguments + " >" + out + " 2>" + err + " </dev/null").c_str());
+    const ToolRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, FileBytes(out), FileBytes(err)};
+    std::filesystem::remove(out);
+    std::filesystem::remove(err);
+    return run;
 }

@@ -11,9 +11,3 @@ struct ToolRun {
 
 // Runs the tool with these arguments, in the shell's words.
 ToolRun RunTool(const std::string& arguments);
-
-// A folder of the running test's own, emptied first.
-std::string FreshFolder();
-
-// A whole file.
-std::string ReadFileText(const std::string& path);
