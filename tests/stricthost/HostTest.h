@@ -21,14 +21,10 @@ fxhost::Picture Inverted(fxhost::Picture picture);
 class HostTest : public testing::Test {
 protected:
     HostTest();
-    // A new host, set up to the parameters, for a plug-in that has seen nothing yet.
-    void StartHost();
-    // The same, and an instance.
-    Instance& Start();
-    // Ends the host, which may blame nobody.
-    void Finish();
-    // One frame of an instance of its own, from start to finish.
-    FrameResult RenderOnce();
+    void StartHost();         // a new one, set up to the parameters, with an empty log
+    Instance& Start();        // the same, and an instance
+    void Finish();            // of the host, which may blame nobody
+    FrameResult RenderOnce(); // one frame of an instance of its own, from start to finish
 
     StandIn m_Plugin;
     stricthost::Options m_Options;

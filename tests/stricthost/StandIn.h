@@ -22,7 +22,7 @@ struct Command {
 
     const void* Acquire(const char* name, int number) const; // null when the host lacks the suite
     void Release(const char* name, int number) const { in->pica_basicP->ReleaseSuite(name, number); }
-    // A suite, given back at once, which the static tables outlive.
+    // A suite, given back at once: the tables are static.
     template <class Suite>
     const Suite& Borrow(const char* name, int number) const {
         const void* suite = Acquire(name, number);
