@@ -11,12 +11,17 @@ const auto s_Button = [](Command& command) {
         command.params[1]->param_type = PF_Param_BUTTON;
 };
 
-TEST(SequenceTest, FlattenedDataComesBackAsAFreshInstance) {
+TEST(SequenceTest, SetUpReplacesAnOldInstanceAndFlattenedDataComeBackAsAFreshOne) {
     TestHost host;
     host.SetUp();
     Engine().calls.clear();
+    host.before = [](Command& command) { // once before the host's own
+        EntryPointFunc(command.code, &command.in, &command.out, nullptr, nullptr, nullptr);
+        command.in.sequence_data = command.out.sequence_data;
+    };
     Instance& instance = host.strict.NewInstance();
-    EXPECT_EQ(TestHost::Record(instance).engineSequence, reinterpret_cast<void*>(1));
+    host.before = nullptr;
+    EXPECT_EQ(TestHost::Record(instance).engineSequence, reinterpret_cast<void*>(2));
     EXPECT_EQ(TestHost::Record(instance).uiReady, 0);
     Engine().sequenceBytes = {1, 2, 3};
     host.after = [&](Command& command) {
@@ -30,24 +35,13 @@ TEST(SequenceTest, FlattenedDataComesBackAsAFreshInstance) {
     std::iota(expected.begin(), expected.begin() + 3, char(1));
     EXPECT_EQ(instance.SaveAndReopen(), expected) << "no pointers, no rubbish";
     EXPECT_THAT(Engine().sequenceBytes, ElementsAre(1, 2, 3));
-    EXPECT_EQ(TestHost::Record(instance).engineSequence, reinterpret_cast<void*>(2));
+    EXPECT_EQ(TestHost::Record(instance).engineSequence, reinterpret_cast<void*>(3));
     EXPECT_EQ(instance.LastOutFlags(), PF_OutFlag_REFRESH_UI);
     instance.Delete();
-    EXPECT_THAT(Engine().calls, ElementsAre("initSequenceData", "setSequenceData 1", "flatten",
-                                            "releaseSequenceData 0", "initSequenceData", "setSequenceData 2",
-                                            "unflatten", "getNumParams", "releaseSequenceData 2"));
-}
-
-TEST(SequenceTest, SetUpReplacesAnOldInstance) {
-    TestHost host;
-    host.SetUp();
-    Engine().calls.clear();
-    host.before = [](Command& command) { // once before the host's own
-        EntryPointFunc(command.code, &command.in, &command.out, nullptr, nullptr, nullptr);
-        command.in.sequence_data = command.out.sequence_data;
-    };
-    host.strict.NewInstance();
-    EXPECT_THAT(Engine().calls, ElementsAre("initSequenceData", "releaseSequenceData 1", "initSequenceData"));
+    EXPECT_THAT(Engine().calls,
+                ElementsAre("initSequenceData", "releaseSequenceData 1", "initSequenceData",
+                            "setSequenceData 2", "flatten", "releaseSequenceData 0", "initSequenceData",
+                            "setSequenceData 3", "unflatten", "getNumParams", "releaseSequenceData 3"));
 }
 
 TEST(SequenceTest, StalePointersOfASavedProjectAreNeverUsedAndMissingDataDoNothing) {
