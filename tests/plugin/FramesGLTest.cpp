@@ -13,15 +13,12 @@ using stricthost::Personality;
 // Whole frames through the plug-in as it ships.
 
 TEST(FramesGLTest, OddSizesOfEveryDepthAnywhereOnTheLayerComeBackPixelForPixel) {
-    const struct {
-        unsigned width, height;
-        A_long x, y;
-    } places[] = {{1, 1, 0, 0}, {17, 9, -7, -2}, {2, 31, 11, 4}};
     for (const auto& [name, personality] : probe::Personalities) {
         probe::Host host("probe", personality);
         Instance& instance = host.Apply(40, 40, 0);
         for (const unsigned depth : {8u, 16u, 32u})
-            for (const auto& [width, height, x, y] : places) {
+            for (const auto& [width, height, x, y] :
+                 {std::tuple{1u, 1u, 0, 0}, {17u, 9u, -7, -2}, {2u, 31u, 11, 4}}) {
                 const auto input = probe::Noise(width, height, depth, depth + width);
                 instance.SetValue(probe::Reach, double(width / 2));
                 FrameRequest request = {.input = &input, .wanted = {}};
@@ -57,31 +54,6 @@ TEST(FramesGLTest, LargerAndSmallerOutputsLieAroundTheMiddle) {
             EXPECT_EQ(result.originX, -grow) << name;
             EXPECT_EQ(result.originY, -grow) << name;
         }
-    }
-}
-
-TEST(FramesGLTest, InstancesKeepTheirValuesWhileOthersChange) {
-    for (const auto& [name, personality] : probe::Personalities) {
-        probe::Host host("probe", personality);
-        const auto input = probe::Noise(8, 4, 8, 7);
-        const FrameRequest request = {.input = &input, .wanted = {}};
-        const auto expect = [&, host_name = name](Instance& instance, unsigned reach, const char* when) {
-            EXPECT_EQ(Difference(instance.Render(request), Expected(input, reach)), "")
-                << host_name << ", " << when;
-        };
-        Instance& first = host.Apply(8, 4, 3);
-        expect(first, 3, "as it was applied");
-        Instance& copy = first.Duplicate();
-        copy.SetValue(probe::Reach, 2.0);
-        expect(first, 3, "after its duplicate changed");
-        expect(copy, 2, "the duplicate changed");
-        first.Delete();
-        copy.SaveAndReopen();
-        copy.SaveAndReopen();
-        expect(copy, 2, "reopened twice");
-        Instance& opened = host.OpenInstance(nullptr, 8, 4); // a project without data for it
-        opened.UpdateUI();
-        EXPECT_EQ(opened.Render(request).error, PF_Err_NONE);
     }
 }
 

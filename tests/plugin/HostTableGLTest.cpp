@@ -19,7 +19,12 @@ struct Operation {
     Instance* (*run)(Instance& instance);
 };
 constexpr Operation s_Operations[] = {
-    {"duplicate", [](Instance& instance) { return &instance.Duplicate(); }},
+    {"duplicate",
+     [](Instance& instance) {
+         Instance& copy = instance.Duplicate();
+         copy.Duplicate().SetValue(probe::Reach, 1.0); // which shows in neither
+         return &copy;
+     }},
     {"delete",
      [](Instance& instance) {
          Instance& copy = instance.Duplicate();

@@ -27,16 +27,15 @@ std::vector<double> ChannelsOf(const Picture& picture) {
 }
 
 template <class Channel>
-void Write(Picture& picture, std::size_t index, double number) {
-    const auto channel = static_cast<Channel>(number);
-    std::memcpy(picture.bytes.data() + index * sizeof channel, &channel, sizeof channel);
+void Write(const std::vector<double>& values, Picture& picture) {
+    const std::vector<Channel> channels(values.begin(), values.end());
+    std::memcpy(picture.bytes.data(), channels.data(), picture.bytes.size());
 }
 
-void Set(Picture& picture, std::size_t index, double number) {
-    const auto write = picture.depth == 8    ? Write<std::uint8_t>
-                       : picture.depth == 16 ? Write<std::uint16_t>
-                                             : Write<float>;
-    write(picture, index, number);
+Picture PictureOf(const std::vector<double>& channels, unsigned width, unsigned height, unsigned depth) {
+    Picture picture(width, height, depth);
+    (depth == 8 ? Write<std::uint8_t> : depth == 16 ? Write<std::uint16_t> : Write<float>)(channels, picture);
+    return picture;
 }
 
 double White(unsigned depth) {
@@ -75,30 +74,28 @@ Instance& Host::Apply(unsigned width, unsigned height, unsigned reach) {
 }
 
 Picture Noise(unsigned width, unsigned height, unsigned depth, std::uint32_t seed) {
-    Picture picture(width, height, depth);
+    std::vector<double> channels(std::size_t{width} * height * 4);
     std::uint32_t state = seed * 2654435761u + 1;
-    for (std::size_t i = 0; i < std::size_t{width} * height * 4; ++i) {
+    for (double& channel : channels) {
         state = state * 1664525u + 1013904223u;
         const double unit = (state >> 8) / 16777216.0;
-        Set(picture, i, depth == 32 ? std::floor(unit * 1024) / 1024 : std::floor(unit * (White(depth) + 1)));
+        channel = depth == 32 ? std::floor(unit * 1024) / 1024 : std::floor(unit * (White(depth) + 1));
     }
-    return picture;
+    return PictureOf(channels, width, height, depth);
 }
 
 Picture Expected(const Picture& input, unsigned reach, int grow) {
     const int width = static_cast<int>(input.width), height = static_cast<int>(input.height);
     const int wide = width + 2 * grow, high = height + 2 * grow;
-    Picture expected(static_cast<unsigned>(wide), static_cast<unsigned>(high), input.depth);
-    const auto channels = ChannelsOf(input);
+    const auto from = ChannelsOf(input);
+    std::vector<double> channels;
     for (int i = 0; i < wide * high * 4; ++i) {
         const int x = i / 4 % wide - grow, y = i / 4 / wide - grow;
-        if (x < 0 || y < 0 || x >= width || y >= height)
-            continue;
-        const double value = channels[static_cast<std::size_t>((y * width + x) * 4 + i % 4)];
-        Set(expected, static_cast<std::size_t>(i),
-            x < static_cast<int>(reach) ? White(input.depth) - value : value);
+        const bool inside = x >= 0 && y >= 0 && x < width && y < height;
+        const double value = inside ? from[static_cast<std::size_t>((y * width + x) * 4 + i % 4)] : 0;
+        channels.push_back(inside && x < static_cast<int>(reach) ? White(input.depth) - value : value);
     }
-    return expected;
+    return PictureOf(channels, static_cast<unsigned>(wide), static_cast<unsigned>(high), input.depth);
 }
 
 std::string Difference(const stricthost::FrameResult& result, const Picture& expected) {

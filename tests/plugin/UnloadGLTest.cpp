@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -31,6 +32,17 @@ void LoadRenderUnload(std::uint32_t seed) {
     EXPECT_EQ(probe::Difference(result, probe::Expected(input, 64)), "");
     EXPECT_TRUE(IsLoaded());
 }
+
+#if defined(__linux__)
+TEST(UnloadGLTest, TheModuleExportsItsEntryPointAlone) {
+    const std::string module = std::string(FX_PLUGIN_FOLDER) + "/probe.plugin/Contents/Linux/probe";
+    FILE* const names = popen(("nm -D --defined-only --format=just-symbols " + module).c_str(), "r");
+    char text[256] = {};
+    text[std::fread(text, 1, sizeof text - 1, names)] = 0;
+    EXPECT_EQ(pclose(names), 0);
+    EXPECT_STREQ(text, "EntryPointFunc\n");
+}
+#endif
 
 TEST(UnloadGLTest, FiftyTimesLoadedAndUnloadedNothingGrows) {
 #if defined(__SANITIZE_THREAD__)
