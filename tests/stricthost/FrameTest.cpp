@@ -111,6 +111,16 @@ TEST_F(FrameTest, AnErrorGivesItsMessageButNoPictureAndNoBlameForTheOutput) {
     EXPECT_EQ(m_Plugin.log, "gpsFRDdx"); // set down all the same
 }
 
+TEST_F(FrameTest, ACorrectPixelThatEqualsTheFillPatternIsNotBlamed) {
+    std::vector<std::uint8_t> patternLike; // what the pixel "should" be, by chance
+    m_Plugin.before[PF_Cmd_RENDER] = [&](Command& c) {
+        if (patternLike.empty())
+            patternLike.assign(&c.output->data->alpha, &c.output->data->alpha + 4);
+    };
+    m_Plugin.after[PF_Cmd_RENDER] = [&](Command& c) { std::memcpy(c.output->data, patternLike.data(), 4); };
+    RenderOnce();
+}
+
 TEST_F(FrameTest, CopyAndFillWorkOnWholeWorldsAndParts) {
     m_Input = Gradient(6, 4);
     m_Plugin.does[PF_Cmd_RENDER] = [](Command& c) {
