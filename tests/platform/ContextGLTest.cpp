@@ -54,21 +54,21 @@ TEST_F(ContextGLTest, TwoThreadsSwapTheirContexts) {
     thread.join();
 }
 
-TEST_F(ContextGLTest, DestroyingTurnsWaitersAway) {
+TEST_F(ContextGLTest, DestroyingLetsGoFirst) {
     CGLSetCurrentContext(m_First);
-    std::thread waiter([&] { EXPECT_EQ(CGLSetCurrentContext(m_First), kCGLBadContext); });
-    std::this_thread::sleep_for(s_TimeToAsk);
     EXPECT_EQ(CGLDestroyContext(m_First), kCGLNoError);
-    waiter.join();
     EXPECT_EQ(CGLGetCurrentContext(), nullptr);
-    EXPECT_FALSE(GLWorks()) << "it was let go first";
+    EXPECT_FALSE(GLWorks());
     EXPECT_EQ(CGLDestroyContext(m_First), kCGLBadContext) << "destroyed twice";
     EXPECT_EQ(CGLDestroyContext(nullptr), kCGLBadContext);
 }
 
-TEST_F(ContextGLTest, AContextDestroyedElsewhereWorksUntilItsThreadLetsGo) {
+TEST_F(ContextGLTest, DestroyedElsewhereItWorksUntilItsThreadLetsGoAndTurnsWaitersAway) {
     CGLSetCurrentContext(m_First);
+    std::thread waiter([&] { EXPECT_EQ(CGLSetCurrentContext(m_First), kCGLBadContext); });
+    std::this_thread::sleep_for(s_TimeToAsk);
     std::thread([&] { EXPECT_EQ(CGLDestroyContext(m_First), kCGLNoError); }).join();
+    waiter.join();
     EXPECT_TRUE(GLWorks());
     EXPECT_EQ(CGLGetCurrentContext(), nullptr) << "nothing that could be made current again";
     EXPECT_EQ(CGLSetCurrentContext(nullptr), kCGLNoError);
