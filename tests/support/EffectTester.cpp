@@ -40,10 +40,10 @@ void EffectTester::ReleaseInstance(void* instance) {
     m_Instances.erase(instance);
 }
 
-// Gives the rows their padding, and turns the engine's, which begin at the bottom.
-std::vector<unsigned char> EffectTester::FrameBytes(const void* packed, unsigned width, unsigned height,
-                                                    unsigned depth, std::size_t padding, double time,
-                                                    unsigned& outWidth, unsigned& outHeight) {
+// Gives the rows their padding, and turns the engine's, which begin at the bottom. The size becomes the
+// output's.
+std::vector<unsigned char> EffectTester::FrameBytes(const void* packed, unsigned depth, std::size_t padding,
+                                                    double time, unsigned& width, unsigned& height) {
     const std::size_t used = std::size_t{width} * depth / 2, rowBytes = used + padding;
     std::vector<unsigned char> rows(rowBytes * height, 0xA5), result;
     for (unsigned y = 0; y < height; ++y)
@@ -52,15 +52,16 @@ std::vector<unsigned char> EffectTester::FrameBytes(const void* packed, unsigned
     engine.begin(true);
     if (!engine.lockFrame())
         return result;
-    engine.preRender(width, height, outWidth, outHeight);
-    engine.grabIntoTexture(IPlugin::InputLayer, rows.data(), width, height, depth,
+    const unsigned inWidth = width, inHeight = height;
+    engine.preRender(inWidth, inHeight, width, height);
+    engine.grabIntoTexture(IPlugin::InputLayer, rows.data(), inWidth, inHeight, depth,
                            static_cast<long>(rowBytes));
-    engine.render(time, outWidth, outHeight, depth, 1.0f);
+    engine.render(time, width, height, depth, 1.0f);
     if (void* const pixels = engine.grabResultBegin()) {
-        const auto* const from = static_cast<const unsigned char*>(pixels);
-        const std::size_t outBytes = std::size_t{outWidth} * depth / 2;
-        for (unsigned y = outHeight; y-- > 0;)
-            result.insert(result.end(), from + y * outBytes, from + (y + 1) * outBytes);
+        const std::size_t outBytes = std::size_t{width} * depth / 2;
+        const auto* row = static_cast<const unsigned char*>(pixels) + outBytes * height;
+        for (unsigned y = 0; y < height; ++y, row -= outBytes)
+            result.insert(result.end(), row - outBytes, row);
         engine.grabResultEnd(pixels);
     }
     engine.end();

@@ -56,9 +56,8 @@ protected:
     void* m_Instance = nullptr; // of Start
 
 private:
-    std::vector<unsigned char> FrameBytes(const void* packed, unsigned width, unsigned height, unsigned depth,
-                                          std::size_t padding, double time, unsigned& outWidth,
-                                          unsigned& outHeight);
+    std::vector<unsigned char> FrameBytes(const void* packed, unsigned depth, std::size_t padding,
+                                          double time, unsigned& width, unsigned& height);
 
     TemporaryFolder m_Folder;
     std::unique_ptr<AEShaderVexel2> m_Engine;
@@ -67,9 +66,8 @@ private:
 
 template <class Channel>
 TestPicture<Channel> EffectTester::Frame(TestPicture<Channel> input, double time, std::size_t padding) {
-    unsigned width = 0, height = 0;
-    const auto bytes = FrameBytes(input.channels.data(), input.width, input.height, sizeof(Channel) * 8,
-                                  padding, time, width, height);
+    unsigned width = input.width, height = input.height;
+    const auto bytes = FrameBytes(input.channels.data(), sizeof(Channel) * 8, padding, time, width, height);
     TestPicture<Channel> output(width, height);
     if (bytes.empty() || bytes.size() != output.channels.size() * sizeof(Channel))
         ADD_FAILURE() << "the engine returned no frame";

@@ -71,9 +71,7 @@ public:
     }
     void end() override { Record("end"); }
     void preUIUpdate() override { Record("preUIUpdate"); }
-    unsigned getNumParams() const override {
-        return Answer("getNumParams", static_cast<unsigned>(params.size()));
-    }
+    unsigned getNumParams() const override { return Answer("getNumParams", unsigned(params.size())); }
     Parameter& getParamDesc(unsigned index) const override;
     Parameter& getParam(unsigned index) const override { return getParamDesc(index); }
     void setParam(unsigned index, Parameter::Value& value) override;
@@ -102,8 +100,8 @@ public:
     int flatten(void* buffer) override;
     void unflatten(void* buffer) override;
     void showOptions(void*) override { Record("showOptions"); }
-    void setCompositionSize(unsigned w, unsigned h, float scale) override {
-        Record("setCompositionSize", w, h, scale);
+    void setCompositionSize(unsigned w, unsigned h, float s) override {
+        Record("setCompositionSize", w, h, s);
     }
     void setInputOrigin(int x, int y) override { Record("setInputOrigin", x, y); }
 
