@@ -120,6 +120,7 @@ TEST(ParamsSetupTest, HiddenParametersTakeNoIndexAndUnknownOnesDo) {
         EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE) << known;
         EXPECT_EQ(Engine().Count("setParam 7"), 0u);
     }
+    host.before = nullptr;
     // Only colours before the first 3-D point have events of their own.
     std::vector<int> handled;
     for (const A_long index : {1, 2, 3, 4, 5, 6}) {
