@@ -78,14 +78,14 @@ TEST_F(RenderGLTest, ParametersLayersTimeAndSizeReachTheEffect) {
 }
 
 TEST_F(RenderGLTest, WrongUseIsRefusedInWordsAndWritesNothing) {
-    WritePicture(at("cut.tif"), SomePicture(40, 40, 8, 0));
-    fs::resize_file(at("cut.tif"), fs::file_size(at("cut.tif")) / 2);
+    WritePicture(at("cut.png"), SomePicture(40, 40, 8, 0));
+    fs::resize_file(at("cut.png"), fs::file_size(at("cut.png")) / 2);
     const std::string out = " -o " + at("out.png "), simple = "render " + s_Simple + out;
     const std::pair<std::string, const char*> rows[] = {
         {"", "subcommand"},
         {simple, "--input"},
         {simple + "-i README.md", "README.md: cannot be read"},
-        {simple + "-i " + at("cut.tif"), "cut.tif: cannot be read"},
+        {simple + "-i " + at("cut.png"), "cut.png: cannot be read"},
         {simple + "-i samples/photo.png --size 4x4", "cannot be given with --input"},
         {simple + "--size 4", "WIDTHxHEIGHT"},
         {simple + "--size 0x4", "from 1 to"},
@@ -106,7 +106,7 @@ TEST_F(RenderGLTest, WrongUseIsRefusedInWordsAndWritesNothing) {
         EXPECT_EQ(run.status, 2) << arguments;
         EXPECT_THAT(run.err, HasSubstr(part)) << arguments;
     }
-    EXPECT_THAT(names(), testing::ElementsAre("cut.tif"));
+    EXPECT_THAT(names(), testing::ElementsAre("cut.png"));
 }
 
 TEST_F(RenderGLTest, FailingEffectsAreToldAndTheirPictureIsStillWritten) {
