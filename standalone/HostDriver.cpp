@@ -184,9 +184,12 @@ Picture HostDriver::render(const FrameRequest& request) {
     stricthost::Instance& instance = instanceFor(request.input);
     setValues(instance, request);
 
-    const Picture input = ordered(Reduced(request.input, m_Settings.across, m_Settings.down));
+    const bool asItIs = m_Settings.across <= 1 && m_Settings.down <= 1 &&
+                        m_Settings.personality != stricthost::Personality::Premiere;
+    const Picture changed =
+        asItIs ? Picture() : ordered(Reduced(request.input, m_Settings.across, m_Settings.down));
     stricthost::FrameRequest frame;
-    frame.input = &input;
+    frame.input = asItIs ? &request.input : &changed;
     frame.timeScale = s_UnitsPerSecond;
     frame.time = static_cast<A_long>(std::lround(request.time * s_UnitsPerSecond));
     frame.timeStep = s_UnitsPerSecond / 25;

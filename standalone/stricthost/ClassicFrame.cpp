@@ -86,8 +86,7 @@ public:
                             static_cast<unsigned>(m_Place.size.height), m_Frame.format,
                             m_Host.options.rowPadding},
                            "the output of RENDER");
-        if (m_Host.options.checkPixels)
-            output->FillWithPattern(m_Frame.patternSeed);
+        ClearOutput(*output, m_Frame, m_Host.options.checkPixels);
         output->Def().pix_aspect_ratio = m_Frame.request.pixelAspect;
         output->Def().world_flags |= PF_WorldFlag_WRITEABLE;
         const PF_Err err = Send(call, *output);
@@ -149,6 +148,13 @@ void Collect(const Call& call, PF_Err err, FrameResult& result) {
     result.outFlags |= call.out.out_flags;
     if (result.message.empty())
         result.message.assign(call.out.return_msg, strnlen(call.out.return_msg, sizeof call.out.return_msg));
+}
+
+void ClearOutput(World& output, const FrameState& frame, bool checkPixels) {
+    if (checkPixels)
+        output.FillWithPattern(frame.patternSeed);
+    else
+        output.Clear();
 }
 
 void Deliver(const World& output, const FrameState& frame, bool checkPixels, FrameResult& result,

@@ -130,7 +130,9 @@ PF_Err CreatePluginWorld(PF_ProgPtr effect, A_long width, A_long height, std::ui
         return PF_Err_BAD_CALLBACK_PARAM;
     const WorldShape shape = {static_cast<unsigned>(width), static_cast<unsigned>(height), format,
                               call->host.options.rowPadding};
-    *def = call->host.worlds.Create(shape, std::string("a world made in ") + call->Name(), true).Def();
+    World& world = call->host.worlds.Create(shape, std::string("a world made in ") + call->Name(), true);
+    world.Clear();
+    *def = world.Def();
     return PF_Err_NONE;
 }
 

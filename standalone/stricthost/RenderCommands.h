@@ -18,6 +18,8 @@ FrameResult RenderSmart(Instance& instance, const FrameState& frame, std::vector
 double Factor(const PF_RationalScale& scale);
 // Adds what a command left to the frame's result.
 void Collect(const Call& call, PF_Err err, FrameResult& result);
+// What an output holds before the plug-in is called.
+void ClearOutput(World& output, const FrameState& frame, bool checkPixels);
 // The output after a successful command: its picture, and its pixels that hold the pattern.
 void Deliver(const World& output, const FrameState& frame, bool checkPixels, FrameResult& result,
              std::vector<std::uint32_t>& unwritten);

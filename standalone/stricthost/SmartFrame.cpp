@@ -99,8 +99,7 @@ private:
     }
 
     void PrepareOutput(World& output) {
-        if (m_Host.options.checkPixels)
-            output.FillWithPattern(m_Frame.patternSeed);
+        ClearOutput(output, m_Frame, m_Host.options.checkPixels);
         m_State.output = &output;
         m_State.outputDef = output.Def();
         m_State.outputDef.origin_x = m_PreRendered.result_rect.left;

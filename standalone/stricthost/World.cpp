@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "standalone/stricthost/Pattern.h"
 #include "standalone/stricthost/PixelFormats.h"
 
 namespace stricthost {
@@ -12,37 +13,6 @@ namespace {
 constexpr std::size_t s_GuardBytes = 256; // a multiple of any pixel, so that rows without padding are aligned
 constexpr std::uint8_t s_Guard = 0xA5;
 
-std::uint32_t Mix(std::uint32_t value) {
-    value ^= value >> 16;
-    value *= 0x7FEB352D;
-    value ^= value >> 15;
-    value *= 0x846CA68B;
-    return value ^ (value >> 16);
-}
-
-// The pattern's value for one pixel, which fills the pixel as often as it fits.
-std::uint32_t PatternWord(unsigned bits, unsigned x, unsigned y, std::uint32_t seed) {
-    const std::uint32_t hash = Mix(Mix(x + 0x9E3779B9u * y) + seed);
-    switch (bits) {
-    case 16:
-        return hash | 0x80018001; // two channels beyond white
-    case 32:
-        return 0x7FC00001 | (hash & 0x3FFFFF); // not a number
-    default:
-        return hash;
-    }
-}
-
-bool IsFilledWith(const std::uint8_t* pixel, std::size_t bytes, std::uint32_t word) {
-    for (std::size_t i = 0; i < bytes; i += sizeof word) {
-        std::uint32_t value;
-        std::memcpy(&value, pixel + i, sizeof value);
-        if (value != word)
-            return false;
-    }
-    return true;
-}
-
 bool AllGuard(const std::uint8_t* begin, std::size_t count) {
     return std::all_of(begin, begin + count, [](std::uint8_t byte) { return byte == s_Guard; });
 }
@@ -51,9 +21,13 @@ bool AllGuard(const std::uint8_t* begin, std::size_t count) {
 
 World::World(const WorldShape& shape, std::string name)
     : m_Shape(shape), m_Name(std::move(name)), m_Bits(FormatBits(shape.format)),
-      m_RowBytes(UsedRowBytes() + shape.padding),
-      m_Memory(2 * s_GuardBytes + m_RowBytes * shape.height, s_Guard),
-      m_Pixels(m_Memory.data() + s_GuardBytes) {
+      m_RowBytes(UsedRowBytes() + shape.padding), m_Size(2 * s_GuardBytes + m_RowBytes * shape.height),
+      m_Memory(std::make_unique_for_overwrite<std::uint8_t[]>(m_Size)),
+      m_Pixels(m_Memory.get() + s_GuardBytes) {
+    std::memset(m_Memory.get(), s_Guard, s_GuardBytes);
+    std::memset(m_Memory.get() + m_Size - s_GuardBytes, s_Guard, s_GuardBytes);
+    for (unsigned y = 0; y < shape.height; ++y)
+        std::memset(Row(y) + UsedRowBytes(), s_Guard, shape.padding);
     m_Def.data = reinterpret_cast<PF_PixelPtr>(m_Pixels);
     m_Def.rowbytes = static_cast<A_long>(m_RowBytes);
     m_Def.width = static_cast<A_long>(shape.width);
@@ -61,7 +35,6 @@ World::World(const WorldShape& shape, std::string name)
     m_Def.extent_hint = {0, 0, m_Def.width, m_Def.height};
     m_Def.pix_aspect_ratio = {1, 1};
     m_Def.world_flags = m_Bits == 16 ? PF_WorldFlag_DEEP : 0;
-    Clear();
 }
 
 void World::Clear() {
@@ -70,46 +43,44 @@ void World::Clear() {
 }
 
 void World::Load(const fxhost::Picture& picture, long left, long top) {
-    const long x0 = std::max(0l, -left);
-    const long x1 = std::min<long>(m_Shape.width, static_cast<long>(picture.width) - left);
-    for (long y = 0; y < static_cast<long>(m_Shape.height); ++y) {
-        std::uint8_t* row = Row(static_cast<unsigned>(y));
-        std::memset(row, 0, UsedRowBytes());
+    const long width = m_Shape.width, height = m_Shape.height;
+    const long x0 = std::clamp(-left, 0l, width);
+    const long x1 = std::clamp(static_cast<long>(picture.width) - left, x0, width);
+    const auto bytes = [&](long pixels) { return static_cast<std::size_t>(pixels) * PixelBytes(); };
+    for (long y = 0; y < height; ++y) {
+        std::uint8_t* const row = Row(static_cast<unsigned>(y));
         const long from = y + top;
-        if (from < 0 || from >= static_cast<long>(picture.height) || x1 <= x0)
+        if (from < 0 || from >= static_cast<long>(picture.height) || x0 == x1) {
+            std::memset(row, 0, bytes(width));
             continue;
-        const auto pixel = static_cast<long>(PixelBytes());
-        std::memcpy(row + x0 * pixel, picture.Row(static_cast<unsigned>(from)) + (x0 + left) * pixel,
-                    static_cast<std::size_t>((x1 - x0) * pixel));
+        }
+        std::memset(row, 0, bytes(x0));
+        std::memcpy(row + bytes(x0), picture.Row(static_cast<unsigned>(from)) + bytes(x0 + left),
+                    bytes(x1 - x0));
+        std::memset(row + bytes(x1), 0, bytes(width - x1));
     }
 }
 
 fxhost::Picture World::ToPicture() const {
-    fxhost::Picture picture(m_Shape.width, m_Shape.height, m_Bits);
+    fxhost::Picture picture(m_Shape.width, m_Shape.height, 0); // its bytes follow
+    picture.depth = m_Bits;
+    picture.bytes.reserve(UsedRowBytes() * m_Shape.height);
     for (unsigned y = 0; y < m_Shape.height; ++y)
-        std::copy_n(Row(y), UsedRowBytes(), picture.Row(y));
+        picture.bytes.insert(picture.bytes.end(), Row(y), Row(y) + UsedRowBytes());
     return picture;
 }
 
 void World::FillWithPattern(std::uint32_t seed) {
-    for (unsigned y = 0; y < m_Shape.height; ++y) {
-        std::uint8_t* pixel = Row(y);
-        for (unsigned x = 0; x < m_Shape.width; ++x, pixel += PixelBytes()) {
-            const std::uint32_t word = PatternWord(m_Bits, x, y, seed);
-            for (std::size_t i = 0; i < PixelBytes(); i += sizeof word)
-                std::memcpy(pixel + i, &word, sizeof word);
-        }
-    }
+    const Pattern pattern(m_Bits, seed);
+    for (unsigned y = 0; y < m_Shape.height; ++y)
+        pattern.FillRow(Row(y), m_Shape.width, y);
 }
 
 std::vector<std::uint32_t> World::FindPattern(std::uint32_t seed) const {
+    const Pattern pattern(m_Bits, seed);
     std::vector<std::uint32_t> found;
-    for (unsigned y = 0; y < m_Shape.height; ++y) {
-        const std::uint8_t* pixel = Row(y);
-        for (unsigned x = 0; x < m_Shape.width; ++x, pixel += PixelBytes())
-            if (IsFilledWith(pixel, PixelBytes(), PatternWord(m_Bits, x, y, seed)))
-                found.push_back(y * m_Shape.width + x);
-    }
+    for (unsigned y = 0; y < m_Shape.height; ++y)
+        pattern.FindInRow(Row(y), m_Shape.width, y, found);
     return found;
 }
 
@@ -117,21 +88,34 @@ bool World::GuardsIntact() const {
     for (unsigned y = 0; y < m_Shape.height; ++y)
         if (!AllGuard(Row(y) + UsedRowBytes(), m_Shape.padding))
             return false;
-    return AllGuard(m_Memory.data(), s_GuardBytes) &&
-           AllGuard(m_Memory.data() + m_Memory.size() - s_GuardBytes, s_GuardBytes);
+    return AllGuard(m_Memory.get(), s_GuardBytes) &&
+           AllGuard(m_Memory.get() + m_Size - s_GuardBytes, s_GuardBytes);
 }
 
 std::uint64_t World::Checksum() const {
-    std::uint64_t sum = 0xCBF29CE484222325;
+    // Several sums side by side, as each waits for its own last step. Every step can be undone, so that no
+    // single change goes lost.
+    constexpr std::size_t sums = 16;
+    std::uint32_t sum[sums] = {};
+    const auto add = [](std::uint32_t& to, const std::uint8_t* from) {
+        std::uint32_t word;
+        std::memcpy(&word, from, sizeof word);
+        to = (to ^ word) * 33;
+    };
+    const std::size_t words = UsedRowBytes() / 4;
     for (unsigned y = 0; y < m_Shape.height; ++y) {
-        const std::uint8_t* row = Row(y);
-        for (std::size_t i = 0; i + 4 <= UsedRowBytes(); i += 4) {
-            std::uint32_t word;
-            std::memcpy(&word, row + i, 4);
-            sum = (sum ^ word) * 0x100000001B3;
-        }
+        const std::uint8_t* const row = Row(y);
+        std::size_t i = 0;
+        for (; words - i >= sums; i += sums)
+            for (std::size_t k = 0; k < sums; ++k)
+                add(sum[k], row + (i + k) * 4);
+        for (; i < words; ++i)
+            add(sum[i % sums], row + i * 4);
     }
-    return sum;
+    std::uint64_t total = 0;
+    for (const std::uint32_t part : sum)
+        total = (total ^ part) * 0x100000001B3;
+    return total;
 }
 
 } // namespace stricthost

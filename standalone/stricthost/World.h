@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@ struct WorldShape {
 // and after the last row. Not for several threads at once.
 class World {
 public:
+    // Its pixels hold anything until one of Clear, Load and FillWithPattern is called.
     World(const WorldShape& shape, std::string name);
     World(const World&) = delete;
     World& operator=(const World&) = delete;
@@ -40,8 +42,7 @@ public:
     void Load(const fxhost::Picture& picture, long left, long top);
     fxhost::Picture ToPicture() const;
 
-    // Fills every pixel with values that a rendered pixel does not have: 16-bit ones beyond 32768, floats
-    // that are no numbers, and for 8 bits a pattern that depends on place and seed.
+    // Fills every pixel with the pattern of this seed.
     void FillWithPattern(std::uint32_t seed);
     // The numbers, row by row from the top left, of the pixels that still hold that pattern.
     std::vector<std::uint32_t> FindPattern(std::uint32_t seed) const;
@@ -61,7 +62,8 @@ private:
     std::string m_Name;
     unsigned m_Bits;
     std::size_t m_RowBytes;
-    std::vector<std::uint8_t> m_Memory;
+    std::size_t m_Size;
+    std::unique_ptr<std::uint8_t[]> m_Memory;
     std::uint8_t* m_Pixels;
     PF_EffectWorld m_Def = {};
 };

@@ -16,7 +16,7 @@ class WorldStore {
 public:
     explicit WorldStore(ViolationList& violations) : m_Violations(violations) {}
 
-    // name is for messages. ownedByPlugin: the plug-in has to dispose of it.
+    // Its pixels are not set yet. name is for messages. ownedByPlugin: the plug-in has to dispose of it.
     World& Create(const WorldShape& shape, const std::string& name, bool ownedByPlugin = false);
     // Checks the guard bytes and frees the world.
     void Retire(World& world);
