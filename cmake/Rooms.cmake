@@ -28,6 +28,19 @@ function(fx_room name)
   target_link_libraries(${name} PUBLIC ${ROOM_PUBLIC} PRIVATE project_options ${ROOM_PRIVATE})
 endfunction()
 
+# GoogleTest's headers, compiled once for all test programs.
+function(fx_precompile_tests name)
+  if(NOT TARGET tests_precompiled)
+    # A program, as they are compiled like it.
+    file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/tests_precompiled.cpp CONTENT "int main() {}\n")
+    add_executable(tests_precompiled ${PROJECT_BINARY_DIR}/tests_precompiled.cpp)
+    target_link_libraries(tests_precompiled PRIVATE project_options GTest::gtest GTest::gmock)
+    target_compile_options(tests_precompiled PRIVATE $<$<CONFIG:Release>:-O1>)
+    target_precompile_headers(tests_precompiled PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  endif()
+  target_precompile_headers(${name} REUSE_FROM tests_precompiled)
+endfunction()
+
 # fx_room_tests(NAME SOURCES FooTest.cpp ... LINK rooms) makes one test program, which links only what it
 # tests, so that a wrong dependency fails to link. Run from the source folder.
 function(fx_room_tests name)
@@ -36,6 +49,11 @@ function(fx_room_tests name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE project_options ${TESTS_LINK} GTest::gtest GTest::gmock GTest::gtest_main)
   target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>) # what is tested is optimised; this compiles faster
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # As -Wrestrict above, once headers are precompiled.
+    target_compile_options(${name} PRIVATE -Wno-array-bounds -Wno-stringop-overflow)
+  endif()
+  fx_precompile_tests(${name})
   add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
