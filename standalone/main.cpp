@@ -1,41 +1,5 @@
-#include <vector>
-
-#include "standalone/Errors.h"
-#include "standalone/cli/Commands.h"
-#include "standalone/guard/Memory.h"
-#include "standalone/guard/Outcome.h"
-
-namespace {
-
-using namespace fxhost;
-
-using AddCommand = Command (*)(CLI::App&);
-constexpr AddCommand s_Commands[] = {AddRender, AddInfo,  AddCheck, AddNew, AddPack,      AddUnpack,
-                                     AddBundle, AddSheet, AddBench, AddMan, AddCompletion};
-
-int RunChosen(const std::vector<Command>& commands) {
-    for (const Command& command : commands)
-        if (command.app->parsed())
-            return command.run();
-    return ExitWrongUse;
-}
-
-} // namespace
+#include "standalone/cli/Tool.h"
 
 int main(int argc, char** argv) {
-    KeepFreedMemory();
-    CLI::App tool("Runs shader effects from the command line.", "fxhost");
-    tool.set_version_flag("--version", std::string("fxhost ") + FX_VERSION);
-    tool.require_subcommand(1);
-    tool.footer("Exit status: 0 done; 1 the effect failed; 2 wrong use; 4 the effect crashed or hung.\n"
-                "`fxhost COMMAND --help` tells a command's options, with examples.");
-    std::vector<Command> commands;
-    for (const AddCommand add : s_Commands)
-        commands.push_back(add(tool));
-    try {
-        tool.parse(argc, argv);
-        return StatusOf([&] { return RunChosen(commands); });
-    } catch (const CLI::ParseError& error) {
-        return tool.exit(error) == 0 ? ExitOk : ExitWrongUse;
-    }
+    return fxhost::RunTool(argc, argv);
 }
