@@ -75,7 +75,7 @@ TEST(GuardTest, WhatRunsAwayOrCrashesIsNamedWithItsFrameAndStage) {
         {time, 12, Stage::Draw, Forever, "some: frame 12, draw: no end after 0.2 s (--frame-timeout)"},
         {{}, 3, Stage::ReadBack, [] { raise(SIGKILL); }, "some: frame 3, read-back: crashed with signal 9"},
         {memory, -1, Stage::Draw, Grow, "some: draw: " + tooLarge},
-        {memory, 3, Stage::Draw, [] { std::vector<char>(std::size_t{1} << 40); }, tooLarge},
+        {memory, 3, Stage::Draw, [] { std::vector<char>(1u << 30); }, tooLarge},
     };
     for (const auto& row : rows) {
         const bool resumable = row.frame == 12;
