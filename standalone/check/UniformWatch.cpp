@@ -105,12 +105,12 @@ std::string Obstacle(const GLUniform& uniform, const Parameter& record, const Pa
                "such)";
     if (!parameter)
         return "";
-    const std::string both = std::string("is a ") + kind->name + ", but the parameter of this name is a " +
-                             TypeName(parameter->type);
+    const std::string both = std::string("is a ") + kind->name +
+                             ", but the parameter of this name is of type " + TypeName(parameter->type);
     if (std::find(kind->fits.begin(), kind->fits.end(), parameter->type) == kind->fits.end())
         return both + ", whose value does not reach it";
     if (record.type != parameter->type)
-        return both + " that was declared after the shader was loaded, so its value does not reach it; "
+        return both + " and was declared after the shader was loaded, so its value does not reach it; "
                       "declare parameters first";
     return "";
 }

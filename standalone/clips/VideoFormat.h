@@ -35,8 +35,8 @@ struct VideoFormat {
 VideoFormat ChooseVideoFormat(const std::string& path, const VideoWishes& wishes, const VideoContent& content,
                               unsigned width, unsigned height, unsigned depth);
 
-// How many threads FFmpeg takes to read or to write: half as many as there are processors, as the others render.
-// More of them also cost more in all.
+// How many threads FFmpeg takes to read or to write: half as many as there are processors, as the others
+// render. More of them also cost more in all.
 std::string CodecThreads();
 
 // Throws WrongUse when videos with this ending are not written; the text lists those that are.
