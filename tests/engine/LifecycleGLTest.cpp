@@ -70,9 +70,12 @@ TEST_F(LifecycleGLTest, InstancesThatAResetupDroppedGiveNoFrames) {
 TEST_F(LifecycleGLTest, EightThreadsEachGetTheirOwnPicture) {
     Start({{"fx.js", OneShaderScript()}, {"pixel.frag", PixelShader("vec4(c.rgb + amount, c.a)")}});
     std::atomic<int> wrong = 0;
+    void* instances[8];
+    for (void*& instance : instances) // before the threads start: only frames take the lock
+        instance = NewInstance();
     std::vector<std::thread> workers;
     for (unsigned t = 0; t < 8; ++t)
-        workers.emplace_back([&, t, instance = NewInstance()] {
+        workers.emplace_back([&, t, instance = instances[t]] {
             const unsigned width = 3 + t, height = 11 - t;
             std::vector<std::uint32_t> input(width * height, 0x0A0A0A0Au * t), expected = input;
             for (std::uint32_t& pixel : expected)
