@@ -12,16 +12,19 @@ std::size_t PixelCount(const PipeFormat& format) {
     return std::size_t{format.width} * format.height;
 }
 
-// Where the channels of pixel i lie: at `at` + i * `step`.
+// Where a channel of pixel i lies: at its own place + i * `step`.
 struct Layout {
     std::size_t red, green, blue, alpha, step;
 };
+
+constexpr Layout s_Argb{1, 2, 3, 0, 4}; // the host's pictures
+constexpr Layout s_Rgba{0, 1, 2, 3, 4}; // the files'
 
 Layout LayoutOf(const PipeFormat& format) {
     const std::size_t pixels = PixelCount(format);
     if (format.isPlanar)
         return {2 * pixels, 0, pixels, 3 * pixels, 1};
-    return format.isDeep ? Layout{0, 1, 2, 3, 4} : Layout{1, 2, 3, 0, 4};
+    return format.isDeep ? s_Rgba : s_Argb;
 }
 
 template <class T>
@@ -40,8 +43,6 @@ void Rearrange(const T* from, const Layout& source, T* to, const Layout& target,
     if (withAlpha)
         CopyChannel(from + source.alpha, source.step, to + target.alpha, target.step, pixels);
 }
-
-constexpr Layout s_Argb{1, 2, 3, 0, 4};
 
 std::uint16_t ToSixteenBits(float unit) {
     const float scaled = unit * 65535 + 0.5f;
@@ -87,9 +88,8 @@ Picture PictureOf(std::vector<std::uint8_t> frame, const PipeFormat& format, uns
             return ToPicture(file, depth);
         }
         file.bytes.assign(pixels * 8, 255);
-        const Layout rgba{0, 1, 2, 3, 4};
         Rearrange(reinterpret_cast<const std::uint16_t*>(frame.data()), LayoutOf(format),
-                  reinterpret_cast<std::uint16_t*>(file.bytes.data()), rgba, pixels, format.hasAlpha);
+                  reinterpret_cast<std::uint16_t*>(file.bytes.data()), s_Rgba, pixels, format.hasAlpha);
         return ToPicture(file, depth);
     }
     Picture picture(format.width, format.height, 0); // without bytes yet
