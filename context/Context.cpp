@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 
 Context& Context::Current() {
     static Context context;

@@ -8,7 +8,7 @@
 
 #include "context/EntityFactory.h"
 #include "context/Sequence.h"
-#include "context/parameters/Parameter.h"
+#include "parameters/Parameter.h"
 #include "gpu/RenderTarget.h"
 #include "gpu/Shader.h"
 #include "gpu/Surface.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "context/parameters/Parameter.h"
+#include "parameters/Parameter.h"
 
 class Context;
 class RenderTarget;

@@ -6,8 +6,8 @@
 
 #include "context/Context.h"
 #include "engine/Config.h"
-#include "engine/utils/BlobReader.h"
-#include "engine/utils/Utils.h"
+#include "utils/BlobReader.h"
+#include "utils/Utils.h"
 #include "gpu/DrawText.h"
 #include "gpu/OpenGLContext.h"
 #include "platform/GL.h"

@@ -2,7 +2,7 @@
 
 #include <rapidxml.hpp>
 
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 
 struct Config::Document {
     std::string text; // parsed in place: the document points into it

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "context/parameters/Parameter.h"
+#include "parameters/Parameter.h"
 
 // The strings that a host may ask for.
 enum class PluginString : std::uint32_t {

@@ -1,6 +1,6 @@
 #include "gpu/Shader.h"
 
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 #include "gpu/ShaderPitcher.h"
 #include "platform/GL.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "context/parameters/Parameter.h"
+#include "parameters/Parameter.h"
 
 // A GLSL program: a fixed vertex shader and one effect fragment shader, drawn as a rectangle over the whole
 // viewport. Owns its GL names; needs the engine's GL context current for everything but plain getters.

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 #include "gpu/ImageDecoder.h"
 #include "gpu/PixelDepth.h"
 #include "gpu/Surface.h"

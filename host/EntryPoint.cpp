@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 #include "host/Commands.h"
 
 namespace {

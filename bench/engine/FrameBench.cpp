@@ -7,7 +7,7 @@
 #include "bench/Pairs.h"
 #include "bench/engine/BareFrame.h"
 #include "engine/IPlugin.h"
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 #include "platform/GL.h"
 
 namespace {

@@ -1,8 +1,8 @@
-#include "standalone/clips/FrameList.h"
+#include "clips/FrameList.h"
 
 #include <gtest/gtest.h>
 
-#include "standalone/Errors.h"
+#include "toolkit/Errors.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "standalone/Errors.h"
-#include "standalone/clips/Clip.h"
-#include "tests/standalone/TestFiles.h"
+#include "toolkit/Errors.h"
+#include "clips/Clip.h"
+#include "tests/support/TestFiles.h"
 
 namespace {
 

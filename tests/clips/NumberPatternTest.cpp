@@ -1,7 +1,7 @@
-#include "standalone/clips/NumberPattern.h"
+#include "clips/NumberPattern.h"
 
-#include "standalone/Errors.h"
-#include "tests/standalone/TestFiles.h"
+#include "toolkit/Errors.h"
+#include "tests/support/TestFiles.h"
 
 namespace {
 

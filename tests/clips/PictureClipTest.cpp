@@ -2,10 +2,10 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
-#include "standalone/Errors.h"
-#include "standalone/guard/Guard.h"
-#include "standalone/guard/Stage.h"
-#include "standalone/images/PictureFile.h"
+#include "toolkit/Errors.h"
+#include "guard/Guard.h"
+#include "guard/Stage.h"
+#include "toolkit/PictureFile.h"
 #include "tests/clips/ClipFixture.h"
 
 namespace {

@@ -1,11 +1,11 @@
-#include "standalone/clips/RawFrames.h"
+#include "clips/RawFrames.h"
 
 #include <csignal>
 #include <unistd.h>
 
-#include "standalone/Errors.h"
-#include "standalone/clips/Progress.h"
-#include "tests/standalone/TestFiles.h"
+#include "toolkit/Errors.h"
+#include "clips/Progress.h"
+#include "tests/support/TestFiles.h"
 
 namespace {
 

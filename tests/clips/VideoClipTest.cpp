@@ -3,12 +3,12 @@
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
-#include "standalone/Errors.h"
-#include "standalone/clips/EncoderFormats.h"
-#include "standalone/clips/VideoFormat.h"
-#include "standalone/clips/VideoProbe.h"
-#include "standalone/clips/VideoSource.h"
-#include "standalone/images/PictureFile.h"
+#include "toolkit/Errors.h"
+#include "clips/EncoderFormats.h"
+#include "clips/VideoFormat.h"
+#include "clips/VideoProbe.h"
+#include "clips/VideoSource.h"
+#include "toolkit/PictureFile.h"
 #include "tests/clips/ClipFixture.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "engine/AEShaderVexel2.h"
 #include "engine/Config.h"
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 #include "gpu/OpenGLContext.h"
 #include "gpu/RenderTarget.h"
 #include "gpu/Shader.h"

@@ -1,7 +1,7 @@
 #include <cstdlib>
 
-#include "tests/standalone/RunTool.h"
-#include "tests/standalone/TestFiles.h"
+#include "tests/support/RunTool.h"
+#include "tests/support/TestFiles.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "standalone/guard/Guard.h"
+#include "guard/Guard.h"
 
 #include <chrono>
 #include <csignal>
@@ -10,9 +10,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "standalone/Errors.h"
-#include "standalone/guard/Stage.h"
-#include "standalone/guard/StopRequest.h"
+#include "toolkit/Errors.h"
+#include "guard/Stage.h"
+#include "guard/StopRequest.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include "AE_EffectCB.h"
 #include "host/EntryPoint.h"
 #include "host/HostState.h"
-#include "standalone/stricthost/Call.h"
-#include "standalone/stricthost/SuiteTable.h"
+#include "stricthost/Call.h"
+#include "stricthost/SuiteTable.h"
 
 namespace {
 TestHost* s_Current = nullptr;

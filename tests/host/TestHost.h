@@ -11,7 +11,7 @@
 
 #include "host/SequenceRecord.h"
 #include "platform/CGL.h"
-#include "standalone/stricthost/StrictHost.h"
+#include "stricthost/StrictHost.h"
 #include "tests/support/RecordingPlugin.h"
 
 using fxhost::Picture;

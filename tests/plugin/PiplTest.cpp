@@ -1,9 +1,9 @@
-#include "standalone/bundle/Pipl.h"
+#include "packaging/Pipl.h"
 
 #include <gtest/gtest.h>
 #include <map>
 
-#include "standalone/bundle/InfoPlist.h"
+#include "packaging/InfoPlist.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "standalone/stricthost/StrictHost.h"
+#include "stricthost/StrictHost.h"
 
 // The probe effects, in bundles, and what they must make of a picture.
 namespace probe {

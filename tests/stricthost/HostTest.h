@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <numeric>
 
-#include "standalone/stricthost/StrictHost.h"
+#include "stricthost/StrictHost.h"
 #include "tests/stricthost/StandIn.h"
 
 using stricthost::FrameResult;

@@ -1,6 +1,6 @@
 #include "tests/support/EffectTester.h"
 
-#include "engine/utils/Utils.h"
+#include "utils/Utils.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "engine/utils/BlobReader.h"
-#include "engine/utils/BlobScrambling.h"
-#include "engine/utils/Utils.h"
+#include "utils/BlobReader.h"
+#include "utils/BlobScrambling.h"
+#include "utils/Utils.h"
 #include "tests/support/TestPackage.h"
 
 namespace {

@@ -1,0 +1,187 @@
+#include "check/EffectCheck.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+
+#include "utils/Utils.h"
+#include "drivers/EffectReport.h"
+#include "drivers/EngineDriver.h"
+#include "drivers/LiveResources.h"
+#include "drivers/ScriptWatch.h"
+#include "check/ParameterChecks.h"
+#include "check/ShaderText.h"
+#include "check/UniformWatch.h"
+#include "packaging/ScriptScan.h"
+#include "guard/Stage.h"
+
+namespace fxhost {
+
+namespace {
+
+struct FrameKind {
+    unsigned width, height, depth;
+};
+constexpr FrameKind s_Frames[] = {{64, 48, 8}, {37, 23, 16}, {128, 9, 32}, {1, 1, 8}};
+constexpr FrameKind s_Small = {16, 16, 8};
+constexpr unsigned s_LeakFrames = 50;
+constexpr std::size_t s_MostVariations = 64;
+
+// Every channel of every pixel differs from its neighbours'.
+Picture TestPicture(const FrameKind& kind) {
+    Picture picture(kind.width, kind.height, kind.depth);
+    const std::size_t channels = std::size_t{kind.width} * kind.height * 4;
+    for (std::size_t i = 0; i < channels; ++i) {
+        if (kind.depth == 8)
+            picture.bytes[i] = static_cast<std::uint8_t>(i * 37);
+        else if (kind.depth == 16)
+            reinterpret_cast<std::uint16_t*>(picture.bytes.data())[i] =
+                static_cast<std::uint16_t>(i * 997 % 32769);
+        else
+            reinterpret_cast<float*>(picture.bytes.data())[i] = static_cast<float>(i % 17) / 16.0f;
+    }
+    return picture;
+}
+
+class Checker {
+public:
+    Checker(const std::string& effect, const std::function<void(const Diagnostic&)>& listener)
+        : m_Listener(listener), m_Source(EffectSource::Open(effect)), m_Watch(m_Source), m_Driver(m_Source),
+          m_Uniforms(m_Source), m_Parameters(m_Driver.parameters()) {}
+
+    void run() {
+        tellScript();
+        const bool setUp = !m_Failed;
+        tellFiles();
+        checkTexts();
+        if (!setUp)
+            return;
+        runFrames();
+        tellFiles();                          // what draw loads
+        if (!m_Driver.shaderErrors().empty()) // then draw no longer runs
+            return;
+        runVariations();
+        checkLeaks();
+        m_Driver.whileLocked([&] { tell(m_Uniforms.findings(m_Parameters)); });
+    }
+
+private:
+    void checkTexts() {
+        const std::string script = m_Source.ReadText("fx.js").value_or("");
+        tell(CheckParameters(m_Source.Shown("fx.js"), script, m_Parameters));
+        std::vector<std::string> files;
+        for (const Shader* shader : LiveResources<Shader>())
+            if (!shader->filePath().empty())
+                files.push_back(Utils::ToNarrow(shader->filePath()));
+        std::sort(files.begin(), files.end());
+        files.erase(std::unique(files.begin(), files.end()), files.end());
+        for (const auto& file : files)
+            if (const auto text = m_Source.ReadText(file))
+                tell(CheckShaderText(m_Source.Shown(file), *text));
+    }
+
+    void frame(const FrameKind& kind, const std::vector<ParameterSetting>& settings = {}) {
+        ReportFrame(m_Frame++);
+        FrameRequest request;
+        request.input = TestPicture(kind);
+        request.time = 0.5 * static_cast<double>(m_Frame);
+        request.settings = settings;
+        if (m_Frame > 1) // layers are empty in the first frame
+            for (unsigned i = 0; i < m_Parameters.size(); ++i)
+                if (m_Parameters[i].type == Parameter::LAYER)
+                    request.layers.push_back({i, TestPicture(kind)});
+        m_Driver.updateUI();
+        m_Driver.whileLocked([&] { m_Uniforms.beforeFrame(); });
+        m_Driver.render(request);
+        m_Driver.whileLocked([&] { m_Uniforms.afterFrame(); });
+        tellScript();
+    }
+
+    void runFrames() {
+        for (const FrameKind& kind : s_Frames)
+            frame(kind);
+    }
+
+    // A frame for every entry of every pop-up and every switch, the rest being as declared.
+    void runVariations() {
+        std::size_t count = 0;
+        for (unsigned i = 0; i < m_Parameters.size(); ++i) {
+            const Parameter& parameter = m_Parameters[i];
+            const bool isSwitch = parameter.type == Parameter::BOOL;
+            if (!isSwitch && parameter.type != Parameter::POPUP)
+                continue;
+            const int first = isSwitch ? 0 : 1;
+            const int last = isSwitch ? 1 : static_cast<int>(parameter.choiceCount);
+            for (int value = first; value <= last && count < s_MostVariations; ++value, ++count) {
+                ParameterSetting setting{i, {}};
+                setting.value.SetInt(0, value);
+                frame(s_Small, {setting});
+            }
+            frame(s_Small, {{i, parameter.value}}); // back to the declared value
+        }
+    }
+
+    std::map<const char*, std::size_t> countResources() {
+        std::map<const char*, std::size_t> counts;
+        m_Driver.whileLocked([&] {
+            counts = {{"parameters", LiveResources<Parameter>().size()},
+                      {"shaders", LiveResources<Shader>().size()},
+                      {"render targets", LiveResources<RenderTarget>().size()},
+                      {"textures", LiveResources<Texture>().size()},
+                      {"surfaces", LiveResources<Surface>().size()}};
+        });
+        return counts;
+    }
+
+    void checkLeaks() {
+        frame(s_Small);
+        const auto before = countResources();
+        for (unsigned i = 0; i < s_LeakFrames; ++i)
+            frame(s_Small);
+        const auto after = countResources();
+        const int line = LineOfWord(m_Source.ReadText("fx.js").value_or(""), "function draw");
+        for (const auto& [type, count] : after)
+            if (count > before.at(type) + 1)
+                tell({{m_Source.Shown("fx.js"),
+                       line,
+                       Severity::Warning,
+                       "draw leaves " + std::to_string(count - before.at(type)) + " " + type + " behind in " +
+                           std::to_string(s_LeakFrames) +
+                           " frames; keep them between frames or give them to SV_release",
+                       {}}});
+    }
+
+    void tellScript() { tell(m_Watch.take()); }
+    void tellFiles() {
+        tell(ShaderFindings(m_Driver.shaderErrors(), m_Source));
+        tell(MissingFileFindings(m_Source));
+    }
+    // Each finding once.
+    void tell(const std::vector<Diagnostic>& findings) {
+        for (const Diagnostic& finding : findings) {
+            if (std::find(m_Told.begin(), m_Told.end(), finding) != m_Told.end())
+                continue;
+            m_Told.push_back(finding);
+            m_Failed |= finding.severity == Severity::Error;
+            m_Listener(finding);
+        }
+    }
+
+    const std::function<void(const Diagnostic&)>& m_Listener;
+    EffectSource m_Source;
+    ScriptWatch m_Watch;
+    EngineDriver m_Driver;
+    UniformWatch m_Uniforms;
+    std::vector<Parameter> m_Parameters;
+    std::vector<Diagnostic> m_Told;
+    long m_Frame = 0;
+    bool m_Failed = false;
+};
+
+} // namespace
+
+void CheckEffect(const std::string& effect, const std::function<void(const Diagnostic&)>& tell) {
+    Checker(effect, tell).run();
+}
+
+} // namespace fxhost

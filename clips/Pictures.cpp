@@ -1,0 +1,111 @@
+#include "clips/Pictures.h"
+
+#include <filesystem>
+
+#include "toolkit/Errors.h"
+#include "clips/PictureHeader.h"
+#include "toolkit/PictureFile.h"
+
+namespace fxhost {
+
+namespace {
+
+std::string Size(unsigned width, unsigned height) {
+    return std::to_string(width) + "x" + std::to_string(height);
+}
+
+class PictureSource final : public FrameSource {
+public:
+    PictureSource(const NumberPattern& pattern, long first, std::optional<unsigned> depth)
+        : m_Pattern(pattern) {
+        const Picture picture = readFile(first, depth);
+        m_Width = picture.width;
+        m_Height = picture.height;
+        m_Depth = picture.depth;
+        const auto header = ReadPictureHeader(pattern.path(first));
+        m_HasAlpha = header && header->hasAlpha;
+    }
+
+    std::optional<Picture> read(long number) override {
+        Picture picture = readFile(number, m_Depth);
+        if (picture.width != m_Width || picture.height != m_Height)
+            throw WrongUse(m_Pattern.path(number) + ": " + Size(picture.width, picture.height) +
+                           " pixels, but --input " + m_Pattern.text() + " began with " +
+                           Size(m_Width, m_Height) + "; one size was expected");
+        return picture;
+    }
+    bool isParallel() const override { return true; }
+
+private:
+    Picture readFile(long number, std::optional<unsigned> depth) const {
+        const std::string path = m_Pattern.path(number);
+        if (!std::filesystem::exists(path))
+            throw WrongUse(path + ": no such file; --input " + m_Pattern.text() + " needs it for frame " +
+                           std::to_string(number));
+        return ReadPicture(path, depth);
+    }
+
+    const NumberPattern m_Pattern;
+};
+
+class StillSource final : public FrameSource {
+public:
+    explicit StillSource(Picture picture) : m_Picture(std::move(picture)) {
+        m_Width = m_Picture.width;
+        m_Height = m_Picture.height;
+        m_Depth = m_Picture.depth;
+    }
+    std::optional<Picture> read(long) override { return m_Picture; }
+    bool isParallel() const override { return true; }
+
+private:
+    const Picture m_Picture;
+};
+
+class PictureSink final : public FrameSink {
+public:
+    PictureSink(const NumberPattern& pattern, bool resume, const std::set<long>& planned)
+        : m_Pattern(pattern), m_Resume(resume) {
+        RequireWritable(pattern.path(0));
+        pattern.removeLeftovers(planned);
+    }
+    bool has(const FrameId& frame) const override {
+        return m_Resume && ReadPictureHeader(m_Pattern.path(frame.number));
+    }
+    void write(const FrameId& frame, const Picture& picture) override {
+        WritePicture(m_Pattern.path(frame.number), picture);
+    }
+    bool isParallel() const override { return true; }
+    bool isResumable() const override { return true; }
+
+private:
+    const NumberPattern m_Pattern;
+    const bool m_Resume;
+};
+
+class NoSink final : public FrameSink {
+public:
+    void write(const FrameId&, const Picture&) override {}
+};
+
+} // namespace
+
+std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, long first,
+                                          std::optional<unsigned> depth) {
+    return std::make_unique<PictureSource>(pattern, first, depth);
+}
+
+std::unique_ptr<FrameSource> RepeatPicture(Picture picture) {
+    return std::make_unique<StillSource>(std::move(picture));
+}
+
+std::unique_ptr<FrameSink> WritePictures(const NumberPattern& pattern, bool resume,
+                                         const std::set<long>& planned) {
+    return std::make_unique<PictureSink>(pattern, resume, planned);
+}
+
+std::unique_ptr<FrameSink> DiscardFrames() {
+    return std::make_unique<NoSink>();
+}
+
+} // namespace fxhost

@@ -1,0 +1,99 @@
+#include "clips/RawFrames.h"
+
+#include <bit>
+#include <cerrno>
+#include <cstring>
+
+#include "toolkit/Errors.h"
+#include "clips/PipeIO.h"
+#include "toolkit/Conversion.h"
+
+namespace fxhost {
+
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "raw frames are little-endian");
+
+class RawSource final : public FrameSource {
+public:
+    RawSource(int descriptor, unsigned frameWidth, unsigned frameHeight, unsigned bits, long last)
+        : m_Descriptor(descriptor), m_Last(last) {
+        m_Width = frameWidth;
+        m_Height = frameHeight;
+        m_Depth = bits;
+    }
+
+    std::optional<Picture> read(long number) override {
+        while (m_Next < number)
+            if (!readNext())
+                return std::nullopt;
+        const auto frame = readNext();
+        if (!frame)
+            return std::nullopt;
+        return ToPicture(*frame, m_Depth);
+    }
+    bool isParallel() const override { return false; }
+
+private:
+    std::optional<FilePixels> readNext() {
+        FilePixels frame;
+        frame.width = m_Width;
+        frame.height = m_Height;
+        frame.depth = m_Depth;
+        frame.bytes.resize(RawFrameBytes(m_Width, m_Height, m_Depth));
+        const std::size_t got = ReadFully(m_Descriptor, frame.bytes.data(), frame.bytes.size());
+        if (got == frame.bytes.size()) {
+            ++m_Next;
+            return frame;
+        }
+        if (got == 0 && m_Last == 0 && m_Next > 1)
+            return std::nullopt;
+        const std::string name = "standard input (--input -): ";
+        if (got == 0)
+            throw WrongUse(name + "ends before frame " + std::to_string(m_Next) +
+                           (m_Last ? "; --frames asks for " + std::to_string(m_Last) : ""));
+        throw WrongUse(name + "ends within frame " + std::to_string(m_Next) + ", after " +
+                       std::to_string(got) + " of the " + std::to_string(frame.bytes.size()) +
+                       " bytes that --raw and --depth stand for");
+    }
+
+    const int m_Descriptor;
+    const long m_Last;
+    long m_Next = 1;
+};
+
+class RawSink final : public FrameSink {
+public:
+    explicit RawSink(int descriptor) : m_Descriptor(descriptor) {}
+
+    void write(const FrameId& frame, const Picture& picture) override {
+        const FilePixels pixels = ToFilePixels(picture, true);
+        const int error = WriteFully(m_Descriptor, pixels.bytes.data(), pixels.bytes.size());
+        if (error == 0)
+            return;
+        const std::string name = "standard output (--output -): frame " + std::to_string(frame.number);
+        if (error == EPIPE)
+            throw EffectFailure(name + ": the reading side has closed the pipe");
+        throw EffectFailure(name + ": cannot be written: " + std::strerror(error));
+    }
+
+private:
+    const int m_Descriptor;
+};
+
+} // namespace
+
+std::size_t RawFrameBytes(unsigned width, unsigned height, unsigned depth) {
+    return std::size_t{width} * height * depth / 2;
+}
+
+std::unique_ptr<FrameSource> ReadRawFrames(int descriptor, unsigned width, unsigned height, unsigned depth,
+                                           long last) {
+    return std::make_unique<RawSource>(descriptor, width, height, depth, last);
+}
+
+std::unique_ptr<FrameSink> WriteRawFrames(int descriptor) {
+    return std::make_unique<RawSink>(descriptor);
+}
+
+} // namespace fxhost

@@ -1,0 +1,134 @@
+#include "clips/VideoFormat.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+#include <thread>
+
+#include "toolkit/Errors.h"
+#include "clips/EncoderFormats.h"
+#include "clips/VideoColours.h"
+
+namespace fxhost {
+
+namespace {
+
+struct Row {
+    const char* ending;
+    bool deep;  // more than 8 bits a channel
+    bool alpha; // whether the row is for pictures with alpha
+    const char* codec;
+    const char* pixelFormat;
+    const char* oddFormat; // when width or height is odd and chroma is halved both ways
+    const char* options;
+    const char* partEnding;
+};
+
+constexpr const char* s_X264 = "-preset veryfast -crf 16";
+constexpr const char* s_X265 = "-preset veryfast -crf 16 -tag:v hvc1 -x265-params log-level=error";
+constexpr const char* s_Vp9 = "-b:v 0 -crf 20 -deadline good -cpu-used 4 -row-mt 1";
+constexpr const char* s_Ffv1 = "-level 3 -g 1 -slices 4 -slicecrc 1";
+
+// The first row that fits holds; a row without alpha fits pictures with alpha too.
+constexpr Row s_Rows[] = {
+    {".mp4", false, false, "libx264", "yuv420p", "yuv444p", s_X264, ".mov"},
+    {".mp4", true, false, "libx265", "yuv420p10le", "yuv444p10le", s_X265, ".mov"},
+    {".m4v", false, false, "libx264", "yuv420p", "yuv444p", s_X264, ".mov"},
+    {".m4v", true, false, "libx265", "yuv420p10le", "yuv444p10le", s_X265, ".mov"},
+    {".mov", false, true, "prores_ks", "yuva444p10le", nullptr, "-profile:v 4444 -vendor apl0", ".mov"},
+    {".mov", true, true, "prores_ks", "yuva444p10le", nullptr, "-profile:v 4444 -vendor apl0", ".mov"},
+    {".mov", false, false, "prores_ks", "yuv422p10le", nullptr, "-profile:v 3 -vendor apl0", ".mov"},
+    {".mov", true, false, "prores_ks", "yuv422p10le", nullptr, "-profile:v 3 -vendor apl0", ".mov"},
+    {".mkv", false, true, "ffv1", "bgra", nullptr, s_Ffv1, ".mkv"},
+    {".mkv", true, true, "ffv1", "gbrap16le", nullptr, s_Ffv1, ".mkv"},
+    {".mkv", false, false, "ffv1", "bgr0", nullptr, s_Ffv1, ".mkv"},
+    {".mkv", true, false, "ffv1", "gbrp16le", nullptr, s_Ffv1, ".mkv"},
+    {".webm", false, true, "libvpx-vp9", "yuva420p", nullptr, s_Vp9, ".webm"},
+    {".webm", false, false, "libvpx-vp9", "yuv420p", "yuv444p", s_Vp9, ".webm"},
+    {".webm", true, false, "libvpx-vp9", "yuv420p10le", "yuv444p10le", s_Vp9, ".webm"},
+};
+
+const Row* FindRow(const std::string& ending, bool deep, bool alpha) {
+    for (const Row& row : s_Rows)
+        if (ending == row.ending && row.deep == deep && (alpha || !row.alpha))
+            return &row;
+    return nullptr;
+}
+
+std::string Ending(const std::string& path) {
+    return std::filesystem::path(path).extension().string();
+}
+
+void AddWords(std::vector<std::string>& list, const std::string& text) {
+    std::istringstream words(text);
+    for (std::string word; words >> word;)
+        list.push_back(word);
+}
+
+// Conversion from RGB, and what the file says about it. Some encoders listen to the frames, some to options.
+void AddColours(std::vector<std::string>& list, const ColourTags& tags, unsigned width, unsigned height) {
+    list.insert(list.end(), {"-vf", FromRgbFilter(tags, width, height), "-color_range",
+                             tags.isFullRange ? "pc" : "tv", "-colorspace", tags.matrix, "-color_primaries",
+                             tags.primaries, "-color_trc", tags.transfer});
+}
+
+ColourTags TagsFor(const std::string& pixelFormat, const VideoContent& content, unsigned width,
+                   unsigned height) {
+    if (pixelFormat.starts_with("yuvj")) // JPEG's, which no tag can change
+        return {"bt470bg", "bt470bg", "bt709", true};
+    const bool known = !content.matrix.empty() && content.matrix != "gbr" && content.matrix != "rgb";
+    const std::string matrix = known ? content.matrix : UsualMatrix(width, height);
+    const auto orMatrix = [&](const std::string& said) { return said.empty() ? matrix : said; };
+    return {matrix, orMatrix(content.primaries), orMatrix(content.transfer)};
+}
+
+bool IsRgb(const std::string& pixelFormat) {
+    return pixelFormat.starts_with("gbr") || pixelFormat.starts_with("rgb") ||
+           pixelFormat.starts_with("bgr") || pixelFormat.starts_with("argb") ||
+           pixelFormat.starts_with("abgr");
+}
+
+} // namespace
+
+std::string CodecThreads() {
+    return std::to_string(std::max(1u, std::thread::hardware_concurrency() / 2));
+}
+
+void RequireVideoEnding(const std::string& path) {
+    if (!FindRow(Ending(path), false, false))
+        throw WrongUse("--output " + path +
+                       ": videos are written as .mp4, .m4v, .mov, .mkv or .webm; pictures of a clip need a "
+                       "number, such as out_####.png");
+}
+
+VideoFormat ChooseVideoFormat(const std::string& path, const VideoWishes& wishes, const VideoContent& content,
+                              unsigned width, unsigned height, unsigned depth) {
+    RequireVideoEnding(path);
+    const Row& row = *FindRow(Ending(path), depth > 8, content.hasAlpha);
+    const bool own = wishes.codec.empty() || wishes.codec == row.codec;
+    const bool odd = (width % 2 || height % 2) && row.oddFormat;
+    std::string pixelFormat = wishes.pixelFormat;
+    if (pixelFormat.empty() && own)
+        pixelFormat = odd ? row.oddFormat : row.pixelFormat;
+    if (pixelFormat.empty())
+        pixelFormat =
+            UsualFormat(EncoderFormats(wishes.codec), depth > 8, content.hasAlpha, width % 2 || height % 2);
+
+    VideoFormat format;
+    format.partEnding = row.partEnding;
+    format.keepsAlpha = row.alpha || (content.hasAlpha && (!own || !wishes.pixelFormat.empty()));
+    format.arguments = {"-c:v", own ? row.codec : wishes.codec};
+    if (own) {
+        AddWords(format.arguments, row.options);
+        format.arguments.insert(format.arguments.end(), {"-threads", CodecThreads()});
+    }
+    if (!pixelFormat.empty())
+        format.arguments.insert(format.arguments.end(), {"-pix_fmt", pixelFormat});
+    format.isYuv = !IsRgb(pixelFormat);
+    if (format.isYuv)
+        AddColours(format.arguments, TagsFor(pixelFormat, content, width, height), width, height);
+    AddWords(format.arguments, wishes.options);
+    return format;
+}
+
+} // namespace fxhost

@@ -1,0 +1,183 @@
+#include "clips/VideoParts.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <unistd.h>
+
+#include "toolkit/Errors.h"
+#include "clips/ChildProcess.h"
+#include "clips/VideoProbe.h"
+
+namespace fxhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+constexpr const char* s_PlanFile = "plan.json";
+
+fs::path Beside(const fs::path& target, const std::string& infix) {
+    return target.parent_path() / ("." + target.stem().string() + "." + infix + target.extension().string());
+}
+
+void RequireFolder(const fs::path& target) {
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    if (!fs::is_directory(folder))
+        throw WrongUse("--output " + target.string() + ": there is no folder " + folder.string());
+    if (fs::is_directory(target))
+        throw WrongUse("--output " + target.string() + ": is a folder; a video file was expected");
+}
+
+// One that is on the disk wholly before it has its name.
+void WriteWhole(const fs::path& path, const std::string& text) {
+    const fs::path unfinished = path.string() + ".new";
+    std::ofstream file(unfinished, std::ios::binary);
+    file << text << std::flush;
+    file.close();
+    if (!file)
+        throw EffectFailure(path.string() + ": cannot be written: " + std::strerror(errno));
+    fs::rename(unfinished, path);
+}
+
+std::string Seconds(double seconds) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.6f", seconds);
+    return text;
+}
+
+} // namespace
+
+std::string PartsFolder(const std::string& path) {
+    const fs::path target(path);
+    return (target.parent_path() / ("." + target.filename().string() + ".parts")).string();
+}
+
+VideoParts::VideoParts(const VideoJob& job) : m_Job(job), m_Folder(PartsFolder(job.path)) {
+    RequireFolder(job.path);
+    RequireVideoEnding(job.path);
+    const fs::path plan = m_Folder / s_PlanFile;
+    if (job.resume && fs::exists(plan)) {
+        readPlan(plan.string());
+        return;
+    }
+    if (job.resume && fs::exists(job.path)) {
+        m_AllDone = job.frames > 0 && ProbeVideo(job.path).frames == static_cast<long>(job.frames);
+        if (m_AllDone)
+            return;
+    }
+    try {
+        fs::remove_all(m_Folder);
+        fs::create_directory(m_Folder);
+        WriteWhole(plan, Json{{"plan", job.plan}}.dump());
+    } catch (const fs::filesystem_error& error) {
+        throw EffectFailure("--output " + job.path + ": the folder " + m_Folder.string() +
+                            " cannot be made: " + error.code().message());
+    }
+}
+
+void VideoParts::readPlan(const std::string& path) {
+    std::ifstream file(path);
+    const Json plan = Json::parse(file, nullptr, false);
+    if (!plan.is_object() || plan.value("plan", "") != m_Job.plan)
+        throw WrongUse("--resume: " + m_Folder.string() +
+                       " holds parts of a clip with other options; give the same options, or leave --resume "
+                       "out to begin anew");
+    if (plan.contains("width")) {
+        m_Shape = {plan.value("width", 0u), plan.value("height", 0u), plan.value("depth", 0u)};
+        m_Ending = plan.value("ending", "");
+    }
+}
+
+void VideoParts::setShape(const Shape& shape, const std::string& ending) {
+    m_Shape = shape;
+    m_Ending = ending;
+    WriteWhole(m_Folder / s_PlanFile, Json{{"plan", m_Job.plan},
+                                           {"width", shape.width},
+                                           {"height", shape.height},
+                                           {"depth", shape.depth},
+                                           {"ending", ending}}
+                                          .dump());
+}
+
+fs::path VideoParts::part(std::size_t index) const {
+    char name[32];
+    std::snprintf(name, sizeof name, "part%06zu", index);
+    return m_Folder / (name + m_Ending);
+}
+
+// The process's number keeps encoders apart that outlive a killed run.
+fs::path VideoParts::unfinished(std::size_t index) const {
+    return Beside(part(index), std::to_string(getpid()));
+}
+
+bool VideoParts::has(std::size_t index) const {
+    return m_AllDone || (m_Shape && fs::exists(part(index)));
+}
+
+// The list says how long each part is to the microsecond; the files themselves round.
+std::string VideoParts::listFile(std::size_t frames) const {
+    std::string list = "ffconcat version 1.0\n";
+    for (std::size_t first = 0, index = 0; first < frames; first += PartFrames, ++index) {
+        const std::size_t count = std::min(PartFrames, frames - first);
+        list += "file " + part(index).filename().string() + "\nduration " +
+                Seconds(m_Job.content.rate.timeOf(static_cast<double>(count))) + "\n";
+    }
+    return list;
+}
+
+void VideoParts::runJoin(const fs::path& target, bool copySound) const {
+    const FrameRate& rate = m_Job.content.rate;
+    std::vector<std::string> arguments = {"ffmpeg",   "-v", "error",
+                                          "-nostdin", "-y", "-f",
+                                          "concat",   "-i", FileArgument((m_Folder / "list").string())};
+    const SoundTrack& sound = m_Job.sound;
+    const auto add = [&](std::initializer_list<std::string> more) {
+        arguments.insert(arguments.end(), more);
+    };
+    if (!sound.path.empty()) {
+        if (sound.start > 0)
+            add({"-ss", Seconds(sound.start)});
+        if (sound.seconds > 0)
+            add({"-t", Seconds(sound.seconds)});
+        add({"-i", FileArgument(sound.path)});
+    }
+    add({"-map", "0:v:0", "-c:v", "copy"});
+    if (!sound.path.empty())
+        add({"-map", "1:a"});
+    if (!sound.path.empty() && copySound)
+        add({"-c:a", "copy"});
+    // Time stamps back on the frame grid, away from the parts' rounding.
+    const std::string r = rate.text();
+    add({"-bsf:v",
+         "setts=pts=round(PTS*TB*" + r + ")/TB/(" + r + "):dts=round(DTS*TB*" + r + ")/TB/(" + r + ")",
+         "-video_track_timescale", std::to_string(rate.frames), "-fflags", "+bitexact",
+         FileArgument(target.string())});
+
+    ChildProcess process(std::move(arguments), ChildProcess::Pipe::ToItsInput);
+    process.closePipe();
+    if (const int status = process.wait()) {
+        std::error_code ignored;
+        fs::remove(target, ignored);
+        throw EffectFailure(m_Job.path + ": the parts in " + m_Folder.string() +
+                            " cannot be joined: " + FailureText("ffmpeg", status, process.said()));
+    }
+}
+
+void VideoParts::join(std::size_t frames) {
+    WriteWhole(m_Folder / "list", listFile(frames));
+    const fs::path target(m_Job.path), unfinished = Beside(target, std::to_string(getpid()));
+    try {
+        runJoin(unfinished, true);
+    } catch (const EffectFailure&) {
+        if (m_Job.sound.path.empty())
+            throw;
+        runJoin(unfinished, false); // the container may not take the sound as it is
+    }
+    fs::rename(unfinished, target);
+    fs::remove_all(m_Folder);
+}
+
+} // namespace fxhost

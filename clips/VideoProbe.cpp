@@ -1,0 +1,156 @@
+#include "clips/VideoProbe.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "toolkit/Errors.h"
+#include "clips/ChildProcess.h"
+#include "toolkit/Picture.h"
+
+namespace fxhost {
+
+namespace {
+
+using Json = nlohmann::json;
+
+std::vector<std::string> Probe(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"ffprobe", "-v", "error", "-of", "json"});
+    return arguments;
+}
+
+// ffprobe writes most numbers as texts.
+double Number(const Json& object, const char* name) {
+    const auto found = object.find(name);
+    if (found == object.end())
+        return 0;
+    if (found->is_number())
+        return found->get<double>();
+    return found->is_string() ? std::atof(found->get<std::string>().c_str()) : 0;
+}
+
+std::string Text(const Json& object, const char* name) {
+    const auto found = object.find(name);
+    if (found == object.end() || !found->is_string() || *found == "unknown" || *found == "reserved")
+        return "";
+    return found->get<std::string>();
+}
+
+FrameRate Rate(const Json& stream, const std::string& path) {
+    for (const char* name : {"avg_frame_rate", "r_frame_rate"}) {
+        long frames = 0, seconds = 0;
+        if (std::sscanf(Text(stream, name).c_str(), "%ld/%ld", &frames, &seconds) == 2 && frames > 0 &&
+            seconds > 0)
+            return {frames, seconds};
+    }
+    throw WrongUse(path + ": the video has no frame rate; a video file was expected for --input");
+}
+
+// "00:00:03.870000000", as Matroska keeps it.
+double ClockSeconds(const std::string& text) {
+    int hours = 0, minutes = 0;
+    double seconds = 0;
+    if (std::sscanf(text.c_str(), "%d:%d:%lf", &hours, &minutes, &seconds) != 3)
+        return 0;
+    return hours * 3600 + minutes * 60 + seconds;
+}
+
+long Promised(const Json& stream, const FrameRate& rate) {
+    if (const double frames = Number(stream, "nb_frames"); frames > 0)
+        return std::lround(frames);
+    double seconds = Number(stream, "duration");
+    if (seconds <= 0)
+        seconds = ClockSeconds(Text(stream.value("tags", Json::object()), "DURATION"));
+    return std::lround(seconds * rate.perSecond());
+}
+
+bool IsTurned(const Json& stream) {
+    double degrees = 0;
+    const Json sideData = stream.value("side_data_list", Json::array());
+    for (const Json& side : sideData)
+        if (side.contains("rotation"))
+            degrees = Number(side, "rotation");
+    return std::lround(degrees / 90) % 2 != 0;
+}
+
+void FillPixelFormat(const std::string& name, VideoInfo& info) {
+    const auto formats = Json::parse(OutputOf(Probe({"-show_pixel_formats"}), "the pixel formats"));
+    for (const Json& format : formats.at("pixel_formats")) {
+        if (format.value("name", "") != name)
+            continue;
+        const Json flags = format.value("flags", Json::object());
+        info.hasAlpha = Number(flags, "alpha") > 0;
+        info.isYuv = Number(flags, "rgb") == 0 && Number(flags, "palette") == 0 &&
+                     Number(format, "nb_components") >= 3;
+        const Json components = format.value("components", Json::array());
+        for (const Json& component : components)
+            info.bits = std::max(info.bits, static_cast<unsigned>(Number(component, "bit_depth")));
+    }
+}
+
+Json ProbeFile(const std::string& path) {
+    if (!std::filesystem::exists(path))
+        throw WrongUse("--input " + path + ": no such file");
+    try {
+        return Json::parse(OutputOf(Probe({"-count_packets", "-show_streams", FileArgument(path)}), path));
+    } catch (const EffectFailure& error) {
+        const std::string text = error.what();
+        if (text.find("is it installed") != std::string::npos)
+            throw;
+        throw WrongUse("--input " + text + " (a picture or a video was expected)");
+    }
+}
+
+} // namespace
+
+std::string FileArgument(const std::string& path) {
+    return "file:" + path;
+}
+
+bool IsVideoName(const std::string& path) {
+    constexpr const char* endings[] = {".mp4", ".m4v",  ".mov", ".mkv",  ".webm", ".avi", ".mxf",
+                                       ".mpg", ".mpeg", ".ts",  ".m2ts", ".ogv",  ".wmv", ".y4m"};
+    std::string ending = std::filesystem::path(path).extension().string();
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
+}
+
+VideoInfo ProbeVideo(const std::string& path) {
+    const Json found = ProbeFile(path);
+    VideoInfo info;
+    const Json* video = nullptr;
+    const Json streams = found.value("streams", Json::array());
+    for (const Json& stream : streams) {
+        const std::string type = Text(stream, "codec_type");
+        const bool isCover = Number(stream.value("disposition", Json::object()), "attached_pic") > 0;
+        if (type == "video" && !video && !isCover)
+            video = &stream;
+        info.hasSound |= type == "audio";
+    }
+    if (!video)
+        throw WrongUse("--input " + path + ": holds no video");
+    info.width = static_cast<unsigned>(Number(*video, "width"));
+    info.height = static_cast<unsigned>(Number(*video, "height"));
+    if (IsTurned(*video))
+        std::swap(info.width, info.height);
+    if (info.width < 1 || info.height < 1 || info.width > MaxExtent || info.height > MaxExtent)
+        throw WrongUse("--input " + path + ": " + std::to_string(info.width) + "x" +
+                       std::to_string(info.height) + " pixels; at most " + std::to_string(MaxExtent) +
+                       " either way are expected");
+    info.rate = Rate(*video, path);
+    info.frames = std::lround(Number(*video, "nb_read_packets"));
+    info.promised = Promised(*video, info.rate);
+    info.codec = Text(*video, "codec_name");
+    info.matrix = Text(*video, "color_space");
+    info.primaries = Text(*video, "color_primaries");
+    info.transfer = Text(*video, "color_transfer");
+    FillPixelFormat(Text(*video, "pix_fmt"), info);
+    const Json tags = video->value("tags", Json::object());
+    for (const char* name : {"alpha_mode", "ALPHA_MODE"}) // WebM keeps alpha beside the codec's own format
+        info.hasAlpha |= Text(tags, name) == "1";
+    return info;
+}
+
+} // namespace fxhost

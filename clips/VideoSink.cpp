@@ -1,0 +1,155 @@
+#include "clips/VideoSink.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "toolkit/Errors.h"
+#include "clips/ChildProcess.h"
+#include "clips/PipeFrames.h"
+#include "clips/PipeIO.h"
+#include "clips/VideoParts.h"
+#include "clips/VideoProbe.h"
+
+namespace fxhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class VideoSink final : public FrameSink {
+public:
+    explicit VideoSink(const VideoJob& job) : m_Job(job), m_Parts(job) {}
+
+    bool has(const FrameId& frame) const override { return m_Parts.has(frame.place / PartFrames); }
+
+    void write(const FrameId& frame, const Picture& picture) override {
+        checkShape(frame, picture);
+        if (m_Encoder && frame.place / PartFrames != m_Part)
+            closePart();
+        if (m_Closed && m_Closed->hasEnded())
+            finishClosed();
+        m_Part = frame.place / PartFrames;
+        if (!m_Encoder)
+            m_Encoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::ToItsInput);
+        const auto bytes = FrameOf(picture, pipeFormat());
+        const int error = WriteFully(m_Encoder->pipe(), bytes.data(), bytes.size());
+        if (error)
+            failed(*m_Encoder, frame.number, error);
+    }
+
+    void finish(std::size_t frames) override {
+        closePart();
+        finishClosed();
+        if (!m_Parts.isAllDone())
+            m_Parts.join(frames);
+    }
+
+    // The part that is under way begins anew in a later run; until then it can be played.
+    void keep() override {
+        try {
+            finishClosed();
+        } catch (const std::exception&) { // the run has failed already
+        }
+        if (!m_Encoder)
+            return;
+        m_Encoder->closePipe();
+        m_Encoder->wait();
+        m_Encoder.reset();
+    }
+
+    std::size_t safe(std::size_t written) const override {
+        while (m_WholeParts * PartFrames < written && m_Parts.has(m_WholeParts))
+            ++m_WholeParts;
+        return std::min(written, m_WholeParts * PartFrames);
+    }
+    bool isResumable() const override { return true; }
+    std::string keptIn() const override { return PartsFolder(m_Job.path); }
+
+private:
+    void checkShape(const FrameId& frame, const Picture& picture) {
+        const VideoParts::Shape shape{picture.width, picture.height, picture.depth};
+        if (m_Parts.shape() && shape != *m_Parts.shape())
+            throw EffectFailure(m_Job.path + ": frame " + std::to_string(frame.number) + " has " +
+                                std::to_string(shape.width) + "x" + std::to_string(shape.height) +
+                                " pixels, but the video began with " +
+                                std::to_string(m_Parts.shape()->width) + "x" +
+                                std::to_string(m_Parts.shape()->height) +
+                                "; numbered pictures may change size, a video may not");
+        if (m_Format.arguments.empty())
+            m_Format = ChooseVideoFormat(m_Job.path, m_Job.wishes, m_Job.content, shape.width, shape.height,
+                                         shape.depth);
+        if (!m_Parts.shape())
+            m_Parts.setShape(shape, m_Format.partEnding);
+    }
+
+    PipeFormat pipeFormat() const {
+        const auto& shape = *m_Parts.shape();
+        return {shape.width, shape.height, shape.depth > 8, m_Format.isYuv, m_Format.keepsAlpha};
+    }
+
+    std::vector<std::string> arguments() const {
+        const auto& shape = *m_Parts.shape();
+        std::vector<std::string> list = {"ffmpeg",
+                                         "-v",
+                                         "error",
+                                         "-nostdin",
+                                         "-y",
+                                         "-f",
+                                         "rawvideo",
+                                         "-pix_fmt",
+                                         pipeFormat().name(),
+                                         "-video_size",
+                                         std::to_string(shape.width) + "x" + std::to_string(shape.height),
+                                         "-framerate",
+                                         m_Job.content.rate.text(),
+                                         "-i",
+                                         "pipe:0"};
+        list.insert(list.end(), m_Format.arguments.begin(), m_Format.arguments.end());
+        list.insert(list.end(), {"-video_track_timescale", std::to_string(m_Job.content.rate.frames),
+                                 "-fflags", "+bitexact", "-flags:v", "+bitexact",
+                                 FileArgument(m_Parts.unfinished(m_Part).string())});
+        return list;
+    }
+
+    // Tells the encoder that this was all; it ends while the next part is under way.
+    void closePart() {
+        finishClosed();
+        if (!m_Encoder)
+            return;
+        m_Encoder->closePipe();
+        m_Closed = std::move(m_Encoder);
+        m_ClosedPart = m_Part;
+    }
+
+    void finishClosed() {
+        if (!m_Closed)
+            return;
+        const auto encoder = std::move(m_Closed);
+        if (encoder->wait() != 0)
+            failed(*encoder, -1, 0);
+        fs::rename(m_Parts.unfinished(m_ClosedPart), m_Parts.part(m_ClosedPart));
+    }
+
+    [[noreturn]] void failed(ChildProcess& encoder, long number, int error) {
+        encoder.closePipe();
+        const int status = encoder.wait();
+        throw EffectFailure(m_Job.path + ": " + (number < 0 ? "" : "frame " + std::to_string(number) + ": ") +
+                            (status ? FailureText("ffmpeg", status, encoder.said())
+                                    : std::string("cannot be encoded: ") + std::strerror(error)));
+    }
+
+    const VideoJob m_Job;
+    VideoParts m_Parts;
+    VideoFormat m_Format;
+    std::unique_ptr<ChildProcess> m_Encoder, m_Closed;
+    std::size_t m_Part = 0, m_ClosedPart = 0;
+    mutable std::size_t m_WholeParts = 0; // from the beginning, as far as known
+};
+
+} // namespace
+
+std::unique_ptr<FrameSink> WriteVideo(const VideoJob& job) {
+    return std::make_unique<VideoSink>(job);
+}
+
+} // namespace fxhost

@@ -1,0 +1,86 @@
+#include "clips/VideoSource.h"
+
+#include "toolkit/Errors.h"
+#include "clips/ChildProcess.h"
+#include "clips/PipeFrames.h"
+#include "clips/PipeIO.h"
+#include "clips/VideoColours.h"
+#include "clips/VideoFormat.h"
+
+namespace fxhost {
+
+namespace {
+
+class VideoSource final : public FrameSource {
+public:
+    VideoSource(const std::string& path, const VideoInfo& info, std::optional<unsigned> asked, long last)
+        : m_Path(path), m_Info(info), m_Last(last) {
+        m_Width = info.width;
+        m_Height = info.height;
+        m_Depth = asked.value_or(info.bits > 8 ? 16 : 8);
+        m_HasAlpha = info.hasAlpha;
+        m_Pipe = {info.width, info.height, m_Depth > 8, info.isYuv, info.hasAlpha};
+    }
+
+    std::optional<Picture> read(long number) override {
+        if (!m_Decoder)
+            m_Decoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::FromItsOutput);
+        std::optional<Picture> picture;
+        do
+            picture = readNext();
+        while (picture && m_Next <= number);
+        return picture;
+    }
+    bool isParallel() const override { return false; }
+
+private:
+    std::vector<std::string> arguments() const {
+        std::vector<std::string> list = {"ffmpeg", "-v", "error", "-nostdin", "-threads", CodecThreads()};
+        if (m_Info.codec == "vp9" && m_Info.hasAlpha) // the built-in decoder drops it
+            list.insert(list.end(), {"-c:v", "libvpx-vp9"});
+        list.insert(list.end(),
+                    {"-i", FileArgument(m_Path), "-map", "0:v:0", "-fps_mode", "passthrough", "-vf",
+                     ToRgbFilter(m_Info), "-pix_fmt", m_Pipe.name(), "-f", "rawvideo", "pipe:1"});
+        return list;
+    }
+
+    std::optional<Picture> readNext() {
+        std::vector<std::uint8_t> frame(m_Pipe.bytes());
+        if (ReadFully(m_Decoder->pipe(), frame.data(), frame.size()) != frame.size()) {
+            reportEnd();
+            return std::nullopt;
+        }
+        ++m_Next;
+        return PictureOf(std::move(frame), m_Pipe, m_Depth);
+    }
+
+    // Whether the end is where it may be.
+    void reportEnd() {
+        const int status = m_Decoder->wait();
+        const std::string said = m_Decoder->said();
+        const std::string where = "--input " + m_Path + ": ";
+        if (status != 0 && m_Next == 1)
+            throw WrongUse(where + FailureText("ffmpeg", status, said));
+        if (status == 0 && said.empty() && m_Last == 0 && m_Next > 1)
+            return;
+        throw WrongUse(where + "the video ends early, before frame " + std::to_string(m_Next) + " of " +
+                       std::to_string(m_Last ? m_Last : std::max(m_Info.promised, m_Info.frames)) +
+                       (said.empty() ? "" : " (" + said + ")"));
+    }
+
+    const std::string m_Path;
+    const VideoInfo m_Info;
+    const long m_Last;
+    PipeFormat m_Pipe;
+    std::unique_ptr<ChildProcess> m_Decoder;
+    long m_Next = 1;
+};
+
+} // namespace
+
+std::unique_ptr<FrameSource> OpenVideo(const std::string& path, const VideoInfo& info,
+                                       std::optional<unsigned> depth, long last) {
+    return std::make_unique<VideoSource>(path, info, depth, last);
+}
+
+} // namespace fxhost

@@ -1,0 +1,173 @@
+#include "drivers/EngineDriver.h"
+
+#include <cstring>
+#include <exception>
+
+#include "engine/IPlugin.h"
+#include "platform/CGL.h"
+#include "platform/GLProblem.h"
+#include "toolkit/Errors.h"
+#include "guard/Stage.h"
+
+namespace fxhost {
+
+namespace {
+
+// Holds the frame lock; gives the context that was current before back, which nested locks do not.
+class FrameLock {
+public:
+    explicit FrameLock(IPlugin& engine) : m_Engine(engine), m_Previous(CGLGetCurrentContext()) {
+        if (!m_Engine.lockFrame())
+            throw EffectFailure("the engine's GL context cannot be made current");
+    }
+    ~FrameLock() {
+        m_Engine.releaseFrame();
+        CGLSetCurrentContext(m_Previous);
+    }
+    FrameLock(const FrameLock&) = delete;
+    FrameLock& operator=(const FrameLock&) = delete;
+
+private:
+    IPlugin& m_Engine;
+    CGLContextObj m_Previous;
+};
+
+void* Writable(const Picture& picture) {
+    return const_cast<std::uint8_t*>(picture.bytes.data()); // the engine only reads
+}
+
+// The engine's 0..65535 to the host's 0..32768.
+void CopyRow16(const std::uint8_t* from, std::uint8_t* to, std::size_t bytes) {
+    const auto* in = reinterpret_cast<const std::uint16_t*>(from);
+    auto* out = reinterpret_cast<std::uint16_t*>(to);
+    for (std::size_t i = 0; i < bytes / 2; ++i)
+        out[i] = static_cast<std::uint16_t>((in[i] >> 1) + (in[i] > 32768 ? 1 : 0));
+}
+
+} // namespace
+
+EngineDriver::EngineDriver(const EffectSource& source) : m_Engine(*GetPlugin()) {
+    const StageSpan span(Stage::Setup);
+    source.Select();
+    bool ready = false;
+    try {
+        // The engine reads the path as narrow text when there is no bundle.
+        ready = m_Engine.globalSetup(nullptr,
+                                     reinterpret_cast<const unsigned short*>(source.BundlePath().c_str()));
+    } catch (const std::exception& error) {
+        throw EffectFailure(source.Shown("config.xml"), std::string("not well-formed XML: ") + error.what());
+    }
+    if (!ready)
+        throw EffectFailure("no OpenGL context could be made: " + PlatformGLProblem());
+    m_Sequence = m_Engine.initSequenceData();
+}
+
+EngineDriver::~EngineDriver() {
+    m_Engine.releaseSequenceData(m_Sequence);
+    m_Engine.setSequenceData(nullptr);
+    m_Engine.release();
+}
+
+std::vector<Parameter> EngineDriver::parameters() {
+    m_Engine.setSequenceData(m_Sequence);
+    std::vector<Parameter> parameters;
+    for (unsigned i = 0; i < m_Engine.getNumParams(); ++i)
+        parameters.push_back(m_Engine.getParamDesc(i));
+    return parameters;
+}
+
+EffectInfo EngineDriver::info() {
+    const std::uint32_t version = m_Engine.getVersion();
+    return {m_Engine.getString(PluginString::Name),
+            m_Engine.getString(PluginString::About),
+            m_Engine.getString(PluginString::HostId),
+            version & 0x3F,
+            version >> 6 & 0xFF,
+            version >> 14 & 0xFFFF,
+            version >> 30};
+}
+
+void EngineDriver::updateUI() {
+    const StageSpan span(Stage::UpdateUI);
+    const FrameLock lock(m_Engine);
+    m_Engine.setSequenceData(m_Sequence);
+    m_Engine.preUIUpdate();
+}
+
+void EngineDriver::whileLocked(const std::function<void()>& work) {
+    const FrameLock lock(m_Engine);
+    m_Engine.setSequenceData(m_Sequence);
+    work();
+}
+
+std::string EngineDriver::shaderErrors() {
+    return m_Engine.getErrorText();
+}
+
+void EngineDriver::setValues(const FrameRequest& request) {
+    for (ParameterSetting setting : request.settings)
+        m_Engine.setParam(setting.index, setting.value);
+}
+
+Picture EngineDriver::render(const FrameRequest& request) {
+    const Picture& input = request.input;
+    StageSpan span(Stage::PreRender);
+    const FrameLock lock(m_Engine);
+    m_Engine.setSequenceData(m_Sequence);
+    m_Engine.setCompositionSize(input.width, input.height, 1);
+    step(FrameStep::PreRender);
+    setValues(request);
+    unsigned width = input.width, height = input.height;
+    m_Engine.preRender(input.width, input.height, width, height);
+    if (width > MaxExtent || height > MaxExtent)
+        throw EffectFailure("the effect asks for an output of " + std::to_string(width) + "x" +
+                            std::to_string(height) + " pixels; at most " + std::to_string(MaxExtent) +
+                            " either way are possible");
+
+    m_Engine.setInputOrigin(static_cast<int>(width / 2) - static_cast<int>(input.width / 2),
+                            static_cast<int>(height / 2) - static_cast<int>(input.height / 2));
+    m_Engine.begin(true);
+    span.next(Stage::Upload);
+    step(FrameStep::Upload);
+    for (const LayerInput& layer : request.layers)
+        m_Engine.grabIntoTexture(layer.index, Writable(layer.picture), layer.picture.width,
+                                 layer.picture.height, layer.picture.depth,
+                                 static_cast<long>(layer.picture.RowBytes()));
+    m_Engine.grabIntoTexture(IPlugin::InputLayer, Writable(input), input.width, input.height, input.depth,
+                             static_cast<long>(input.RowBytes()));
+    span.next(Stage::Draw);
+    step(FrameStep::Script);
+    m_Engine.render(request.time, width, height, input.depth, 1);
+    step(FrameStep::Draw);
+    span.next(Stage::ReadBack);
+    step(FrameStep::ReadBack);
+    Picture picture = result(width, height, input.depth);
+    m_Engine.end();
+    step(FrameStep::Done);
+    return picture;
+}
+
+void EngineDriver::step(FrameStep begins) {
+    if (m_OnStep)
+        m_OnStep(begins);
+}
+
+Picture EngineDriver::result(unsigned width, unsigned height, unsigned depth) {
+    Picture picture(width, height, depth); // before anything is mapped: it may be too large
+    void* pixels = m_Engine.grabResultBegin();
+    if (!pixels)
+        throw EffectFailure("the engine has no picture of this frame (out of graphics memory?)");
+    step(FrameStep::CopyOut);
+    const std::size_t rowBytes = picture.RowBytes();
+    for (unsigned y = 0; y < height; ++y) { // the last row comes first
+        const auto* from = static_cast<const std::uint8_t*>(pixels) + y * rowBytes;
+        if (depth == 16)
+            CopyRow16(from, picture.Row(height - 1 - y), rowBytes);
+        else
+            std::memcpy(picture.Row(height - 1 - y), from, rowBytes);
+    }
+    m_Engine.grabResultEnd(pixels);
+    return picture;
+}
+
+} // namespace fxhost

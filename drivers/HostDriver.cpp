@@ -1,0 +1,219 @@
+#include "drivers/HostDriver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <exception>
+
+#include "engine/Config.h"
+#include "engine/IPlugin.h"
+#include "host/EntryPoint.h"
+#include "platform/CGL.h"
+#include "platform/GLProblem.h"
+#include "toolkit/Errors.h"
+#include "drivers/HostValues.h"
+#include "guard/Stage.h"
+#include "toolkit/Reduce.h"
+
+namespace fxhost {
+
+namespace {
+
+// Divisible by the usual frame rates, their 1000/1001 forms included; a clip may last two hours.
+constexpr A_u_long s_UnitsPerSecond = 240000;
+constexpr double s_MostSeconds = 8900;
+
+PF_FilterProc s_Entry = nullptr; // of the plug-in that is driven
+
+Stage StageOf(PF_Cmd command) {
+    switch (command) {
+    case PF_Cmd_GLOBAL_SETUP:
+    case PF_Cmd_PARAMS_SETUP:
+        return Stage::Setup;
+    case PF_Cmd_UPDATE_PARAMS_UI:
+        return Stage::UpdateUI;
+    case PF_Cmd_FRAME_SETUP:
+    case PF_Cmd_SMART_PRE_RENDER:
+        return Stage::PreRender;
+    case PF_Cmd_RENDER:
+    case PF_Cmd_SMART_RENDER:
+        return Stage::Draw;
+    default:
+        return Stage::Idle;
+    }
+}
+
+// Tells the guard what the plug-in is asked, then asks it.
+PF_Err WatchedEntry(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamList params, PF_LayerDef* output,
+                    void* extra) {
+    const StageSpan span(StageOf(command));
+    return s_Entry(command, in, out, params, output, extra);
+}
+
+void* CurrentContext() {
+    return CGLGetCurrentContext();
+}
+
+// Why global set-up failed, as far as the effect itself tells.
+std::string SetupProblem(const EffectSource* source, const stricthost::CommandError& error) {
+    if (source) {
+        try {
+            const Config config(nullptr);
+        } catch (const std::exception& problem) {
+            throw EffectFailure(source->Shown("config.xml"),
+                                std::string("not well-formed XML: ") + problem.what());
+        }
+    }
+    if (error.Code() == PF_Err_INTERNAL_STRUCT_DAMAGED)
+        return "no OpenGL context could be made: " + PlatformGLProblem();
+    return error.what();
+}
+
+PF_RationalScale Ratio(double value) {
+    constexpr unsigned denominator = 1000;
+    return {static_cast<A_long>(std::lround(value * denominator)), denominator};
+}
+
+} // namespace
+
+HostDriver::HostDriver(const HostSettings& settings, const EffectSource* source) : m_Settings(settings) {
+    stricthost::Options options;
+    options.personality = settings.personality;
+    options.currentContext = CurrentContext;
+    options.allowParamGap = true; // an effect may declare a type that hosts do not know
+    if (source) {
+        source->Select();
+        s_Entry = EntryPointFunc;
+        options.pluginPath = source->BundlePath();
+    } else {
+        try {
+            m_Module = std::make_unique<stricthost::PluginModule>(settings.bundle);
+        } catch (const std::runtime_error& error) {
+            throw WrongUse("--plugin " + settings.bundle + ": " + error.what());
+        }
+        s_Entry = m_Module->Entry();
+        options.pluginPath = settings.bundle;
+    }
+    m_Host = std::make_unique<stricthost::StrictHost>(WatchedEntry, options);
+    setUp(source);
+}
+
+HostDriver::~HostDriver() {
+    m_Host.reset(); // before the module that it drives
+    if (!m_Module)
+        GetPlugin()->release();
+}
+
+void HostDriver::setUp(const EffectSource* source) {
+    try {
+        m_Host->GlobalSetup();
+        m_Host->ParamsSetup();
+    } catch (const stricthost::CommandError& error) {
+        throw EffectFailure(SetupProblem(source, error));
+    }
+    if (source)
+        listLinkedParameters();
+    else
+        listPublishedParameters();
+}
+
+// The plug-in publishes in the engine's order, without parameters that are not shown and without kinds that
+// hosts do not know.
+void HostDriver::listLinkedParameters() {
+    std::size_t next = 1;
+    for (unsigned i = 0; i < GetPlugin()->getNumParams(); ++i) {
+        const Parameter& parameter = GetPlugin()->getParamDesc(i);
+        const bool known = parameter.type > Parameter::UNKNOWN && parameter.type <= Parameter::ANGLE;
+        const bool shown = known && (parameter.flags & Parameter::NotPublished) == 0;
+        m_Rows.push_back({parameter, shown ? next++ : 0});
+    }
+}
+
+void HostDriver::listPublishedParameters() {
+    const auto& params = m_Host->Params();
+    for (std::size_t i = 1; i < params.size(); ++i)
+        m_Rows.push_back({DescribeParam(params[i]), i});
+}
+
+std::vector<Parameter> HostDriver::parameters() {
+    std::vector<Parameter> list;
+    for (const Row& row : m_Rows)
+        list.push_back(row.parameter);
+    return list;
+}
+
+stricthost::Instance& HostDriver::instanceFor(const Picture& full) {
+    const auto width = static_cast<A_long>(full.width), height = static_cast<A_long>(full.height);
+    if (!m_Instance) {
+        try {
+            m_Instance = &m_Host->NewInstance(width, height);
+        } catch (const stricthost::CommandError& error) {
+            throw EffectFailure(error.what());
+        }
+        m_Instance->UpdateUI();
+    }
+    m_Instance->SetLayerSize(width, height);
+    return *m_Instance;
+}
+
+// Premiere Pro holds a picture as blue, green, red, alpha: the same bytes from the other end.
+Picture HostDriver::ordered(Picture picture) const {
+    if (m_Settings.personality == stricthost::Personality::Premiere)
+        ReverseChannels(picture);
+    return picture;
+}
+
+void HostDriver::setValues(stricthost::Instance& instance, const FrameRequest& request) {
+    const auto index = [&](unsigned number) {
+        const Row& row = m_Rows.at(number);
+        if (row.hostIndex == 0)
+            throw WrongUse("\"" + row.parameter.name + "\" has no control in the host and cannot be set");
+        return row.hostIndex;
+    };
+    for (const ParameterSetting& setting : request.settings)
+        instance.SetValue(index(setting.index),
+                          ToHostValue(m_Rows[setting.index].parameter.type, setting.value));
+    for (const LayerInput& layer : request.layers)
+        instance.SetValue(index(layer.index), std::make_shared<const Picture>(ordered(Reduced(
+                                                  layer.picture, m_Settings.across, m_Settings.down))));
+}
+
+Picture HostDriver::render(const FrameRequest& request) {
+    if (!(std::abs(request.time) <= s_MostSeconds))
+        throw WrongUse("a frame's time must lie within " + std::to_string(static_cast<int>(s_MostSeconds)) +
+                       " seconds");
+    stricthost::Instance& instance = instanceFor(request.input);
+    setValues(instance, request);
+
+    const bool asItIs = m_Settings.across <= 1 && m_Settings.down <= 1 &&
+                        m_Settings.personality != stricthost::Personality::Premiere;
+    const Picture changed =
+        asItIs ? Picture() : ordered(Reduced(request.input, m_Settings.across, m_Settings.down));
+    stricthost::FrameRequest frame;
+    frame.input = asItIs ? &request.input : &changed;
+    frame.timeScale = s_UnitsPerSecond;
+    frame.time = static_cast<A_long>(std::lround(request.time * s_UnitsPerSecond));
+    frame.timeStep = s_UnitsPerSecond / 25;
+    frame.totalTime = std::max(frame.time, 0) + frame.timeStep;
+    frame.downsampleX = {1, m_Settings.across};
+    frame.downsampleY = {1, m_Settings.down};
+    frame.pixelAspect = Ratio(m_Settings.pixelAspect);
+    frame.layerWidth = static_cast<A_long>(request.input.width);
+    frame.layerHeight = static_cast<A_long>(request.input.height);
+
+    stricthost::FrameResult result = instance.Render(frame);
+    if (result.error != PF_Err_NONE)
+        throw EffectFailure("the plug-in answered the frame with error " + std::to_string(result.error) +
+                            (result.message.empty() ? "" : ": " + result.message));
+    if (result.picture.width > MaxExtent || result.picture.height > MaxExtent)
+        throw EffectFailure("the effect made an output of " + std::to_string(result.picture.width) + "x" +
+                            std::to_string(result.picture.height) + " pixels; at most " +
+                            std::to_string(MaxExtent) + " either way are possible");
+    return ordered(std::move(result.picture));
+}
+
+const std::vector<std::string>& HostDriver::finish() {
+    m_Host->Finish();
+    return m_Host->Violations();
+}
+
+} // namespace fxhost

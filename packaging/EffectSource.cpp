@@ -1,0 +1,128 @@
+#include "packaging/EffectSource.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "utils/Utils.h"
+#include "toolkit/Errors.h"
+#include "packaging/Packing.h"
+
+namespace fxhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr wchar_t s_PackageSuffix[] = L"//blob.dat"; // how the engine asks for the package
+constexpr char s_BundlePackage[] = "Contents/Resources/blob.dat";
+
+// What the engine's readers see; they are plain functions.
+struct Selected {
+    fs::path folder;
+    Bytes package;
+    std::vector<std::string> missing;
+};
+Selected s_Selected;
+
+std::wstring PathInFolder(const std::wstring& name) {
+    if (name.ends_with(s_PackageSuffix))
+        return L""; // a loose effect: there is nothing to open
+    const std::string narrow = Utils::ToNarrow(name);
+    const fs::path path = s_Selected.folder / fs::path(narrow).relative_path();
+    std::error_code ignored;
+    auto& missing = s_Selected.missing;
+    const std::string file = fs::path(narrow).relative_path().string();
+    if (!fs::is_regular_file(path, ignored) &&
+        std::find(missing.begin(), missing.end(), file) == missing.end())
+        missing.push_back(file);
+    return Utils::ToWide(path.string());
+}
+
+// Serves the package once, to the reader that opens it and then serves all files itself.
+Bytes PackageBytes(const std::wstring& name) {
+    return name.ends_with(s_PackageSuffix) ? s_Selected.package : Bytes();
+}
+
+} // namespace
+
+std::string BaseName(const std::string& name) {
+    return name.substr(name.rfind('/') + 1);
+}
+
+std::string FoldCase(std::string name) {
+    for (char& c : name)
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    return name;
+}
+
+std::optional<Bytes> ReadFileBytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file || !fs::is_regular_file(path))
+        return std::nullopt;
+    return Bytes(std::istreambuf_iterator<char>(file), {});
+}
+
+EffectSource EffectSource::Open(const std::string& path) {
+    EffectSource source;
+    source.m_Path = path;
+    while (source.m_Path.size() > 1 && source.m_Path.ends_with('/'))
+        source.m_Path.pop_back();
+    if (!fs::exists(path))
+        throw WrongUse(path + ": no such effect; a folder with fx.js or a package file was expected");
+
+    std::string file = path;
+    if (fs::is_directory(path)) {
+        if (const fs::path inside = fs::path(path) / s_BundlePackage; fs::is_regular_file(inside))
+            file = inside.string();
+        else if (!fs::is_regular_file(fs::path(path) / "fx.js"))
+            throw WrongUse(path + ": the folder holds no fx.js, so it is no effect");
+    }
+    if (!fs::is_directory(file)) {
+        Package package = ReadPackage(file);
+        source.m_Files = std::move(package.files);
+        source.m_Scrambled = std::move(package.scrambled);
+        source.m_IsPackage = true;
+        if (!source.Has("fx.js"))
+            throw WrongUse(file + ": the package holds no fx.js, so it is no effect");
+    }
+    if (!source.Has("config.xml"))
+        throw EffectFailure(source.Shown("config.xml"), "not found; every effect needs one");
+    return source;
+}
+
+std::string EffectSource::Shown(const std::string& file) const {
+    return (fs::path(m_Path) / fs::path(file).relative_path()).string();
+}
+
+std::optional<std::string> EffectSource::ReadText(const std::string& name) const {
+    if (!m_IsPackage) {
+        const auto bytes = ReadFileBytes(Shown(name));
+        return bytes ? std::optional(std::string(bytes->begin(), bytes->end())) : std::nullopt;
+    }
+    const std::string wanted = FoldCase(BaseName(name));
+    for (const auto& [entry, bytes] : m_Files)
+        if (FoldCase(entry) == wanted)
+            return std::string(bytes.begin(), bytes.end());
+    return std::nullopt;
+}
+
+bool EffectSource::Has(const std::string& name) const {
+    return ReadText(name).has_value();
+}
+
+void EffectSource::Select() const {
+    s_Selected = {fs::absolute(m_Path), m_Scrambled, {}};
+    if (m_IsPackage)
+        Utils::ReadWholeFileCallback = PackageBytes;
+    else
+        Utils::ProcessPath = PathInFolder;
+}
+
+std::vector<std::string> EffectSource::MissingFiles() {
+    return s_Selected.missing;
+}
+
+} // namespace fxhost

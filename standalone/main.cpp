@@ -1,5 +1,0 @@
-#include "standalone/cli/Tool.h"
-
-int main(int argc, char** argv) {
-    return fxhost::RunTool(argc, argv);
-}

@@ -1,0 +1,121 @@
+#include "stricthost/World.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "stricthost/Pattern.h"
+#include "stricthost/PixelFormats.h"
+
+namespace stricthost {
+
+namespace {
+
+constexpr std::size_t s_GuardBytes = 256; // a multiple of any pixel, so that rows without padding are aligned
+constexpr std::uint8_t s_Guard = 0xA5;
+
+bool AllGuard(const std::uint8_t* begin, std::size_t count) {
+    return std::all_of(begin, begin + count, [](std::uint8_t byte) { return byte == s_Guard; });
+}
+
+} // namespace
+
+World::World(const WorldShape& shape, std::string name)
+    : m_Shape(shape), m_Name(std::move(name)), m_Bits(FormatBits(shape.format)),
+      m_RowBytes(UsedRowBytes() + shape.padding), m_Size(2 * s_GuardBytes + m_RowBytes * shape.height),
+      m_Memory(std::make_unique_for_overwrite<std::uint8_t[]>(m_Size)),
+      m_Pixels(m_Memory.get() + s_GuardBytes) {
+    std::memset(m_Memory.get(), s_Guard, s_GuardBytes);
+    std::memset(m_Memory.get() + m_Size - s_GuardBytes, s_Guard, s_GuardBytes);
+    for (unsigned y = 0; y < shape.height; ++y)
+        std::memset(Row(y) + UsedRowBytes(), s_Guard, shape.padding);
+    m_Def.data = reinterpret_cast<PF_PixelPtr>(m_Pixels);
+    m_Def.rowbytes = static_cast<A_long>(m_RowBytes);
+    m_Def.width = static_cast<A_long>(shape.width);
+    m_Def.height = static_cast<A_long>(shape.height);
+    m_Def.extent_hint = {0, 0, m_Def.width, m_Def.height};
+    m_Def.pix_aspect_ratio = {1, 1};
+    m_Def.world_flags = m_Bits == 16 ? PF_WorldFlag_DEEP : 0;
+}
+
+void World::Clear() {
+    for (unsigned y = 0; y < m_Shape.height; ++y)
+        std::memset(Row(y), 0, UsedRowBytes());
+}
+
+void World::Load(const fxhost::Picture& picture, long left, long top) {
+    const long width = m_Shape.width, height = m_Shape.height;
+    const long x0 = std::clamp(-left, 0l, width);
+    const long x1 = std::clamp(static_cast<long>(picture.width) - left, x0, width);
+    const auto bytes = [&](long pixels) { return static_cast<std::size_t>(pixels) * PixelBytes(); };
+    for (long y = 0; y < height; ++y) {
+        std::uint8_t* const row = Row(static_cast<unsigned>(y));
+        const long from = y + top;
+        if (from < 0 || from >= static_cast<long>(picture.height) || x0 == x1) {
+            std::memset(row, 0, bytes(width));
+            continue;
+        }
+        std::memset(row, 0, bytes(x0));
+        std::memcpy(row + bytes(x0), picture.Row(static_cast<unsigned>(from)) + bytes(x0 + left),
+                    bytes(x1 - x0));
+        std::memset(row + bytes(x1), 0, bytes(width - x1));
+    }
+}
+
+fxhost::Picture World::ToPicture() const {
+    fxhost::Picture picture(m_Shape.width, m_Shape.height, 0); // its bytes follow
+    picture.depth = m_Bits;
+    picture.bytes.reserve(UsedRowBytes() * m_Shape.height);
+    for (unsigned y = 0; y < m_Shape.height; ++y)
+        picture.bytes.insert(picture.bytes.end(), Row(y), Row(y) + UsedRowBytes());
+    return picture;
+}
+
+void World::FillWithPattern(std::uint32_t seed) {
+    const Pattern pattern(m_Bits, seed);
+    for (unsigned y = 0; y < m_Shape.height; ++y)
+        pattern.FillRow(Row(y), m_Shape.width, y);
+}
+
+std::vector<std::uint32_t> World::FindPattern(std::uint32_t seed) const {
+    const Pattern pattern(m_Bits, seed);
+    std::vector<std::uint32_t> found;
+    for (unsigned y = 0; y < m_Shape.height; ++y)
+        pattern.FindInRow(Row(y), m_Shape.width, y, found);
+    return found;
+}
+
+bool World::GuardsIntact() const {
+    for (unsigned y = 0; y < m_Shape.height; ++y)
+        if (!AllGuard(Row(y) + UsedRowBytes(), m_Shape.padding))
+            return false;
+    return AllGuard(m_Memory.get(), s_GuardBytes) &&
+           AllGuard(m_Memory.get() + m_Size - s_GuardBytes, s_GuardBytes);
+}
+
+std::uint64_t World::Checksum() const {
+    // Several sums side by side, as each waits for its own last step. Every step can be undone, so that no
+    // single change goes lost.
+    constexpr std::size_t sums = 16;
+    std::uint32_t sum[sums] = {};
+    const auto add = [](std::uint32_t& to, const std::uint8_t* from) {
+        std::uint32_t word;
+        std::memcpy(&word, from, sizeof word);
+        to = (to ^ word) * 33;
+    };
+    const std::size_t words = UsedRowBytes() / 4;
+    for (unsigned y = 0; y < m_Shape.height; ++y) {
+        const std::uint8_t* const row = Row(y);
+        std::size_t i = 0;
+        for (; words - i >= sums; i += sums)
+            for (std::size_t k = 0; k < sums; ++k)
+                add(sum[k], row + (i + k) * 4);
+        for (; i < words; ++i)
+            add(sum[i % sums], row + i * 4);
+    }
+    std::uint64_t total = 0;
+    for (const std::uint32_t part : sum)
+        total = (total ^ part) * 0x100000001B3;
+    return total;
+}
+
+} // namespace stricthost

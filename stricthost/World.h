@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "AE_Effect.h"
+#include "toolkit/Picture.h"
+
+namespace stricthost {
+
+// How a world is laid out in memory.
+struct WorldShape {
+    unsigned width = 0;  // pixels
+    unsigned height = 0; // rows
+    std::uint32_t format = 0;
+    unsigned padding = 0; // bytes after each row's pixels
+};
+
+// One picture in memory that a plug-in sees. Guard bytes stand before the first row, after each row's pixels
+// and after the last row. Not for several threads at once.
+class World {
+public:
+    // Its pixels hold anything until one of Clear, Load and FillWithPattern is called.
+    World(const WorldShape& shape, std::string name);
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+
+    // What the plug-in gets; copies of it name the same world through `data`.
+    PF_EffectWorld& Def() { return m_Def; }
+    const PF_EffectWorld& Def() const { return m_Def; }
+    const std::string& Name() const { return m_Name; }
+    std::uint32_t Format() const { return m_Shape.format; }
+    unsigned Bits() const { return m_Bits; }
+    const WorldShape& Shape() const { return m_Shape; }
+
+    void Clear(); // transparent black
+    // Copies the part of the picture that starts at (left, top) and has the size of this world; what lies
+    // outside the picture is transparent. The picture has this world's depth.
+    void Load(const fxhost::Picture& picture, long left, long top);
+    fxhost::Picture ToPicture() const;
+
+    // Fills every pixel with the pattern of this seed.
+    void FillWithPattern(std::uint32_t seed);
+    // The numbers, row by row from the top left, of the pixels that still hold that pattern.
+    std::vector<std::uint32_t> FindPattern(std::uint32_t seed) const;
+
+    bool GuardsIntact() const;
+    // A sum over the pixels, to find out whether somebody wrote.
+    std::uint64_t Checksum() const;
+
+    std::uint8_t* Row(unsigned y) { return m_Pixels + static_cast<std::size_t>(y) * m_RowBytes; }
+    const std::uint8_t* Row(unsigned y) const { return m_Pixels + static_cast<std::size_t>(y) * m_RowBytes; }
+    std::size_t PixelBytes() const { return m_Bits / 2; }
+
+private:
+    std::size_t UsedRowBytes() const { return std::size_t{m_Shape.width} * PixelBytes(); }
+
+    WorldShape m_Shape;
+    std::string m_Name;
+    unsigned m_Bits;
+    std::size_t m_RowBytes;
+    std::size_t m_Size;
+    std::unique_ptr<std::uint8_t[]> m_Memory;
+    std::uint8_t* m_Pixels;
+    PF_EffectWorld m_Def = {};
+};
+
+} // namespace stricthost

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+#include "stricthost/ViolationList.h"
+#include "stricthost/World.h"
+
+namespace stricthost {
+
+// The worlds that live at the moment, found by their pixels. Any thread may call; a world itself belongs to
+// the call that made it.
+class WorldStore {
+public:
+    explicit WorldStore(ViolationList& violations) : m_Violations(violations) {}
+
+    // Its pixels are not set yet. name is for messages. ownedByPlugin: the plug-in has to dispose of it.
+    World& Create(const WorldShape& shape, const std::string& name, bool ownedByPlugin = false);
+    // Checks the guard bytes and frees the world.
+    void Retire(World& world);
+    // Null for a world that the host never gave or that has died.
+    World* Find(const PF_EffectWorld* def);
+    // Frees a world that a plug-in made; false when it is none of those.
+    bool DisposeOfPlugins(PF_EffectWorld* def);
+
+    // Reports worlds that are still there.
+    void CheckAtEnd();
+
+private:
+    struct Entry {
+        std::unique_ptr<World> world;
+        bool ownedByPlugin;
+    };
+
+    ViolationList& m_Violations;
+    std::mutex m_Mutex;
+    std::unordered_map<const void*, Entry> m_Worlds;
+};
+
+// A world for a scope.
+class ScopedWorld {
+public:
+    ScopedWorld(WorldStore& store, const WorldShape& shape, const std::string& name)
+        : m_Store(store), m_World(store.Create(shape, name)) {}
+    ~ScopedWorld() { m_Store.Retire(m_World); }
+    ScopedWorld(const ScopedWorld&) = delete;
+    ScopedWorld& operator=(const ScopedWorld&) = delete;
+    World& operator*() const { return m_World; }
+    World* operator->() const { return &m_World; }
+
+private:
+    WorldStore& m_Store;
+    World& m_World;
+};
+
+} // namespace stricthost

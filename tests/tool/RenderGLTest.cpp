@@ -1,0 +1,126 @@
+#include <filesystem>
+
+#include "toolkit/PictureFile.h"
+#include "tests/support/RunTool.h"
+#include "tests/support/TestFiles.h"
+
+namespace {
+
+using namespace fxhost;
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+const std::string s_Simple = "tests/effects/simple";
+
+class RenderGLTest : public FolderTest {
+protected:
+    // What the test effect makes.
+    Picture render(const std::string& arguments, const std::string& file) const {
+        const ToolRun run = RunTool("render " + s_Simple + " " + arguments + " -o " + at(file));
+        EXPECT_EQ(run.status, 0) << arguments << run.err;
+        return ReadPicture(at(file), std::nullopt);
+    }
+};
+
+// Mode 1 of the test effect copies the layer: upload, draw, read-back and files must lose nothing.
+TEST_F(RenderGLTest, ACopyKeepsEveryValueAtEveryDepth) {
+    const struct {
+        unsigned depth;
+        const char *ending, *host;
+    } rows[] = {{8, ".png", "ae"}, {8, ".png", "premiere"}, {16, ".tif", "ae-plain"}, {32, ".exr", "ae"}};
+    for (const auto& row : rows) {
+        const Picture picture = SomePicture(13, 7, row.depth, 0);
+        const std::string input = at(std::string("in") + row.ending);
+        WritePicture(input, picture);
+        const Picture result = render("-i " + input + " --host " + row.host, std::string("out") + row.ending);
+        ASSERT_EQ(result.bytes.size(), picture.bytes.size()) << row.host << row.depth;
+        if (row.depth != 32) {
+            EXPECT_EQ(result.bytes, picture.bytes) << row.host << row.depth;
+            continue;
+        }
+        // Filtering between float texels costs the last bits, also in a texel's middle.
+        const auto* got = reinterpret_cast<const float*>(result.bytes.data());
+        const auto* wanted = reinterpret_cast<const float*>(picture.bytes.data());
+        for (std::size_t i = 0; i < 13 * 7 * 4; ++i)
+            EXPECT_NEAR(got[i], wanted[i], 1e-5) << i;
+    }
+    EXPECT_EQ(names().size(), 6u) << "temporary files are left";
+}
+
+TEST_F(RenderGLTest, ParametersLayersTimeAndSizeReachTheEffect) {
+    Picture small(2, 2, 8);
+    small.bytes = {255, 200, 2, 3, 0, 9, 9, 9, 0, 9, 9, 9, 0, 9, 9, 9}; // one pixel is there
+    WritePicture(at("small.png"), small);
+    writeFile("rows.ppm", "P6\n1 2\n255\n\xff\x10\x20\x01\x02\x03");
+    using Pixel = std::vector<std::uint8_t>; // alpha, red, green, blue
+    const struct {
+        std::string arguments;
+        unsigned width, height;
+        Pixel first;
+    } rows[] = {
+        // The second mode fills with the colour. Premiere Pro's shaders see green, red, alpha, blue.
+        {"--size 5x3 -p Mode=Fill -p fill=1,0.2,0,0.4", 5, 3, {102, 255, 51, 0}},
+        {"--size 5x3 -p Mode=Fill -p fill=1,0.2,0,0.4 --host premiere", 5, 3, {0, 51, 255, 102}},
+        // The third shows time / 10 as red and the output's size / 100 as green and blue.
+        {"--size 20x40 --param mode=3 --time 4", 20, 40, {255, 102, 51, 102}},
+        // The fourth copies the layer parameter, the fifth asks for an output of twice the size.
+        {"--size 2x2 --param mode=4 --layer Other=" + at("small.png"), 2, 2, {255, 200, 2, 3}},
+        {"--size 4x3 --param mode=5", 8, 6, {0, 0, 0, 0}},
+        {"-i " + at("rows.ppm"), 1, 2, {255, 255, 16, 32}},
+        {"-i " + at("small.png") + " --downsample 1/2", 1, 1, {64, 200, 2, 3}},
+    };
+    for (const auto& row : rows) {
+        const Picture result = render(row.arguments, "out.png");
+        EXPECT_EQ(result.width, row.width) << row.arguments;
+        EXPECT_EQ(result.height, row.height) << row.arguments;
+        EXPECT_EQ(Pixel(result.bytes.begin(), result.bytes.begin() + 4), row.first) << row.arguments;
+    }
+}
+
+TEST_F(RenderGLTest, WrongUseIsRefusedInWordsAndWritesNothing) {
+    WritePicture(at("cut.png"), SomePicture(40, 40, 8, 0));
+    fs::resize_file(at("cut.png"), fs::file_size(at("cut.png")) / 2);
+    const std::string out = " -o " + at("out.png "), simple = "render " + s_Simple + out;
+    const std::pair<std::string, const char*> rows[] = {
+        {"", "subcommand"},
+        {simple, "--input"},
+        {simple + "-i README.md", "README.md: cannot be read"},
+        {simple + "-i " + at("cut.png"), "cut.png: cannot be read"},
+        {simple + "-i samples/photo.png --size 4x4", "cannot be given with --input"},
+        {simple + "--size 4", "WIDTHxHEIGHT"},
+        {simple + "--size 0x4", "from 1 to"},
+        {simple + "--size 4x4 --depth 12", "--depth"},
+        {simple + "--size 4x4 --downsample 1/0", "--downsample 1/0"},
+        {simple + "--size 4x4 -p nothing=1", "it has mode, fill, other"},
+        {simple + "--size 4x4 -l mode=samples/photo.png", "not a layer"},
+        {simple + "--size 4x4 -l other=none.png", "none.png"},
+        {"render " + s_Simple + " --size 4x4 -o " + at("out.unknown"), "ending; .png"},
+        {"render " + s_Simple + " --size 4x4 -o " + at("no/out.png"), "there is no folder"},
+        {"sheet " + s_Simple + " --size 4x4 --vary mode=9" + out, "from 1 to 5"},
+        {"sheet " + s_Simple + " --size 4x4 --vary mode=" + out, "--vary mode="},
+        {"sheet " + s_Simple + " --size 16380x1 --cell 16380 --vary mode=1" + out, "larger than 16384"},
+        {"info nowhere", "no such effect"},
+    };
+    for (const auto& [arguments, part] : rows) {
+        const ToolRun run = RunTool(arguments);
+        EXPECT_EQ(run.status, 2) << arguments;
+        EXPECT_THAT(run.err, HasSubstr(part)) << arguments;
+    }
+    EXPECT_THAT(names(), testing::ElementsAre("cut.png"));
+}
+
+TEST_F(RenderGLTest, FailingEffectsAreToldAndTheirPictureIsStillWritten) {
+    const std::pair<std::string, const char*> rows[] = {
+        {"throws", "throws/fx.js:17: error: Error: no drawing today\n    at draw (fx.js:17)"},
+        {"shader-error", "shader-error/wrong.frag:5: error: "},
+    };
+    for (const auto& [effect, part] : rows) {
+        const ToolRun run =
+            RunTool("render tests/effects/broken/" + effect + " --size 300x64 -o " + at(effect + ".png"));
+        EXPECT_EQ(run.status, 1) << effect;
+        EXPECT_THAT(run.err, HasSubstr(part));
+        EXPECT_TRUE(exists(effect + ".png")) << effect;
+    }
+}
+
+} // namespace

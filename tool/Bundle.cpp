@@ -1,0 +1,70 @@
+#include "packaging/Bundle.h"
+
+#include <filesystem>
+#include <memory>
+
+#include "toolkit/Errors.h"
+#include "packaging/InfoPlist.h"
+#include "packaging/Pipl.h"
+#include "tool/Commands.h"
+#include "packaging/Packing.h"
+#include "stricthost/StrictHost.h"
+
+namespace fxhost {
+
+namespace {
+
+constexpr char s_Category[] = "Shader Effects";
+
+struct BundleOptions {
+    BundleParts parts;
+    bool pipl = false;
+};
+
+// What the module in the bundle answers at global set-up is what its property list must say.
+void AddPropertyList(const std::filesystem::path& bundle) {
+    PiplInfo info;
+    info.name = bundle.stem();
+    info.category = s_Category;
+    info.matchName = IdentifierOf(info.name);
+    info.entry = "EntryPointFunc";
+    try {
+        stricthost::StrictHost host(bundle, stricthost::Options{});
+        host.GlobalSetup();
+        info.version = host.Version();
+        info.outFlags = static_cast<std::uint32_t>(host.OutFlags());
+        info.outFlags2 = static_cast<std::uint32_t>(host.OutFlags2());
+    } catch (const std::runtime_error& error) {
+        throw EffectFailure(bundle.string(), std::string("the bundle does not start: ") + error.what());
+    }
+    WriteFileBytes(bundle / "Contents/Resources" / (info.name + ".rsrc"), PiplResourceFile(info));
+}
+
+int MakeBundle(const BundleOptions& options) {
+    const std::filesystem::path bundle = WriteBundle(options.parts);
+    if (options.pipl)
+        AddPropertyList(bundle);
+    return ExitOk;
+}
+
+} // namespace
+
+Command AddBundle(CLI::App& tool) {
+    const auto options = std::make_shared<BundleOptions>();
+    BundleParts& parts = options->parts;
+    CLI::App* app =
+        tool.add_subcommand("bundle", "Make a plug-in bundle from an effect folder, without a compiler");
+    app->add_option("FOLDER", parts.effect, "Folder that holds fx.js")->required();
+    app->add_option("-o,--output", parts.bundle, "Bundle to make")->required()->type_name("DIR/NAME.plugin");
+    app->add_option("--module", parts.module,
+                    "Built plug-in module; the one that came with this tool if not given")
+        ->type_name("FILE");
+    app->add_flag("--force", parts.replace, "Replace a bundle that is there");
+    app->add_flag("--pipl", options->pipl,
+                  "Add the property list that After Effects on macOS reads first; starts the module once");
+    app->footer("Examples:\n  fxhost bundle effects/blur -o Blur.plugin\n"
+                "  fxhost render --plugin Blur.plugin -i in.png -o out.png");
+    return {app, [options] { return MakeBundle(*options); }};
+}
+
+} // namespace fxhost

@@ -1,0 +1,90 @@
+#include "tool/FrameOptions.h"
+
+#include <charconv>
+
+#include "toolkit/Errors.h"
+#include "toolkit/PictureFile.h"
+
+namespace fxhost {
+
+CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options) {
+    CLI::Option* const effect = command.add_option(
+        "EFFECT", options.effect, "Folder that holds fx.js, a package file, or a plug-in bundle");
+    command.add_option("-i,--input", options.input, "Picture that the effect is applied to")
+        ->type_name("IMAGE");
+    command
+        .add_option("-p,--param", options.parameters, "Set a parameter by its name or label; may be repeated")
+        ->type_name("NAME=VALUE")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    command.add_option("-l,--layer", options.layers, "Give a layer parameter a picture; may be repeated")
+        ->type_name("NAME=IMAGE")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    command.add_option("-t,--time", options.time, "Time of the frame")->type_name("SECONDS");
+    command
+        .add_option("-d,--depth", options.depth,
+                    "Bits per channel, 32 being float; the input's own otherwise")
+        ->check(CLI::IsMember({8, 16, 32}))
+        ->type_name("BITS");
+    command.add_option("-s,--size", options.size, "Without --input: size of a transparent black layer")
+        ->type_name("WxH");
+    return effect;
+}
+
+Picture EmptyLayer(const std::string& size, unsigned depth) {
+    unsigned extent[2] = {};
+    const auto cross = size.find('x');
+    const std::string parts[2] = {size.substr(0, cross),
+                                  cross == std::string::npos ? "" : size.substr(cross + 1)};
+    for (int i = 0; i < 2; ++i) {
+        const char* end = parts[i].data() + parts[i].size();
+        const auto [stop, error] = std::from_chars(parts[i].data(), end, extent[i]);
+        if (error != std::errc() || stop != end || extent[i] < 1 || extent[i] > MaxExtent)
+            throw WrongUse("--size " + size + ": WIDTHxHEIGHT expected, such as 1920x1080, each from 1 to " +
+                           std::to_string(MaxExtent));
+    }
+    return Picture(extent[0], extent[1], depth);
+}
+
+void RequireOneInput(const FrameOptions& options) {
+    if (options.input.empty() && options.size.empty())
+        throw WrongUse(
+            "give a picture with --input IMAGE, or --size WIDTHxHEIGHT for an effect that needs none");
+    if (!options.input.empty() && !options.size.empty())
+        throw WrongUse("--size is for effects without a picture and cannot be given with --input");
+}
+
+Picture InputLayer(const FrameOptions& options) {
+    RequireOneInput(options);
+    if (options.input.empty())
+        return EmptyLayer(options.size, options.depth.value_or(8));
+    return ReadPicture(options.input, options.depth);
+}
+
+std::vector<LayerInput> ReadLayers(const std::vector<std::string>& assignments,
+                                   const std::vector<Parameter>& parameters, unsigned depth) {
+    std::vector<LayerInput> layers;
+    for (const auto& text : assignments) {
+        const auto [name, path] = SplitAssignment("--layer", text);
+        const unsigned index = FindParameter("--layer", name, parameters);
+        if (parameters[index].type != Parameter::LAYER)
+            throw WrongUse("--layer " + text + ": \"" + name + "\" is a " + TypeName(parameters[index].type) +
+                           ", not a layer; use --param");
+        layers.push_back({index, ReadPicture(path, depth)});
+    }
+    return layers;
+}
+
+FrameRequest MakeFrameRequest(const FrameOptions& options, Picture input,
+                              const std::vector<Parameter>& parameters) {
+    FrameRequest request;
+    request.input = std::move(input);
+    request.time = options.time;
+    for (const auto& text : options.parameters)
+        request.settings.push_back(ParseSetting(text, parameters));
+    request.layers = ReadLayers(options.layers, parameters, request.input.depth);
+    return request;
+}
+
+} // namespace fxhost

@@ -1,0 +1,73 @@
+#include "tool/HostOptions.h"
+
+#include <charconv>
+#include <filesystem>
+#include <map>
+
+#include "toolkit/Errors.h"
+
+namespace fxhost {
+
+namespace {
+
+using stricthost::Personality;
+
+const std::map<std::string, Personality> s_Hosts = {
+    {"ae", Personality::AfterEffects},
+    {"ae-plain", Personality::AfterEffectsPlain},
+    {"premiere", Personality::Premiere},
+};
+constexpr unsigned s_MostReduced = 64;
+
+unsigned ParseReduction(const std::string& text) {
+    unsigned by = 0;
+    const char* const begin = text.data() + 2;
+    const char* const end = text.data() + text.size();
+    if (text.rfind("1/", 0) == 0) {
+        const auto [stop, error] = std::from_chars(begin, end, by);
+        if (error != std::errc() || stop != end)
+            by = 0;
+    }
+    if (by < 1 || by > s_MostReduced)
+        throw WrongUse("--downsample " + text + ": 1/1, 1/2, 1/3 ... 1/" + std::to_string(s_MostReduced) +
+                       " was expected");
+    return by;
+}
+
+bool IsBundle(const std::string& path) {
+    return std::filesystem::path(path).lexically_normal().extension() == ".plugin" ||
+           std::filesystem::path(path).parent_path().extension() == ".plugin";
+}
+
+} // namespace
+
+void AddHostOptions(CLI::App& command, HostOptions& options) {
+    command
+        .add_option("--host", options.host,
+                    "Program to play: After Effects with smart render or without, Premiere Pro")
+        ->check(CLI::IsMember(s_Hosts))
+        ->capture_default_str()
+        ->type_name("ae|ae-plain|premiere");
+    command.add_option("--downsample", options.downsample, "Preview resolution: the layer is reduced first")
+        ->capture_default_str()
+        ->type_name("1/N");
+    command.add_option("--pixel-aspect", options.pixelAspect, "Width of a pixel by its height")
+        ->check(CLI::Range(0.01, 100.0))
+        ->capture_default_str()
+        ->type_name("RATIO");
+    command.add_option("--plugin", options.plugin, "Load this bundle as a host does, instead of EFFECT")
+        ->type_name("NAME.plugin");
+}
+
+HostSettings ToHostSettings(const HostOptions& options, const std::string& effect) {
+    if (effect.empty() == options.plugin.empty())
+        throw WrongUse("give either EFFECT, a folder or package, or --plugin NAME.plugin");
+    HostSettings settings;
+    settings.personality = s_Hosts.at(options.host);
+    settings.across = settings.down = ParseReduction(options.downsample);
+    settings.pixelAspect = options.pixelAspect;
+    settings.bundle = !options.plugin.empty() ? options.plugin : IsBundle(effect) ? effect : std::string();
+    return settings;
+}
+
+} // namespace fxhost

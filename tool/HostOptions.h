@@ -1,0 +1,25 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "drivers/HostDriver.h"
+
+namespace fxhost {
+
+// How the tool plays the editing program, as the user gives it.
+struct HostOptions {
+    std::string host = "ae";
+    std::string downsample = "1/1";
+    double pixelAspect = 1;
+    std::string plugin;
+};
+
+// Adds --host, --downsample, --pixel-aspect and --plugin.
+void AddHostOptions(CLI::App& command, HostOptions& options);
+
+// The settings for an effect, which may be a bundle itself. Throws WrongUse unless exactly one of EFFECT and
+// --plugin is given.
+HostSettings ToHostSettings(const HostOptions& options, const std::string& effect);
+
+} // namespace fxhost

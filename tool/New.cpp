@@ -1,0 +1,45 @@
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "toolkit/Errors.h"
+#include "tool/Commands.h"
+#include "packaging/Packing.h"
+#include "packaging/Template.h"
+
+namespace fxhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+int New(const std::string& folder) {
+    fs::path path(folder);
+    if (!path.has_filename())
+        path = path.parent_path();
+    const std::string name = path.filename().string();
+    const bool printable = name.find_first_of("\n\r") == std::string::npos;
+    if (name.empty() || name == "." || name == ".." || !printable)
+        throw WrongUse("new " + folder + ": the name of a folder to make was expected");
+    if (fs::exists(path))
+        throw WrongUse(folder + ": is there already; choose another name");
+    std::error_code error;
+    if (!fs::create_directories(path, error))
+        throw EffectFailure(folder, "the folder cannot be made: " + error.message());
+    for (const auto& [file, bytes] : TemplateEffect(name))
+        WriteFileBytes((path / file).string(), bytes);
+    std::printf("Made %s. Try it: fxhost render %s -i IMAGE -o out.png\n", path.c_str(), path.c_str());
+    return ExitOk;
+}
+
+} // namespace
+
+Command AddNew(CLI::App& tool) {
+    const auto folder = std::make_shared<std::string>();
+    CLI::App* app = tool.add_subcommand("new", "Make an effect folder to start from");
+    app->add_option("NAME", *folder, "Folder to make; its last part becomes the effect's name")->required();
+    app->footer("Example:\n  fxhost new effects/Dusk");
+    return {app, [folder] { return New(*folder); }};
+}
+
+} // namespace fxhost

@@ -1,0 +1,73 @@
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+#include "toolkit/Errors.h"
+#include "tool/Commands.h"
+#include "packaging/EffectSource.h"
+#include "packaging/Packing.h"
+
+namespace fxhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct PackOptions {
+    std::string from, to;
+};
+
+int Pack(const PackOptions& options) {
+    if (fs::is_directory(options.to))
+        throw WrongUse(options.to + ": is a folder; a file name such as blob.dat was expected");
+    const Packing packing = CollectPackage(options.from);
+    for (const Diagnostic& finding : packing.findings)
+        std::fprintf(stderr, "%s\n", ToText(finding).c_str());
+    if (!packing.findings.empty())
+        return ExitEffectFailed;
+    WriteFileBytes(options.to, ToPackage(packing.files));
+    return ExitOk;
+}
+
+int Unpack(const PackOptions& options) {
+    const Package package = ReadPackage(options.from);
+    const fs::path folder(options.to);
+    if (fs::exists(folder) && !(fs::is_directory(folder) && fs::is_empty(folder)))
+        throw WrongUse(options.to + ": is there already; a new or empty folder was expected");
+    // Packages come from anywhere: nothing may be written outside the folder.
+    for (const auto& [name, bytes] : package.files)
+        if (BaseName(name) != name || name.empty() || name == "." || name == "..")
+            throw WrongUse(options.from + ": entry \"" + name +
+                           "\" is not a plain file name; packages are flat");
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+        throw EffectFailure(options.to, "the folder cannot be made: " + error.message());
+    for (const auto& [name, bytes] : package.files)
+        WriteFileBytes((folder / name).string(), bytes);
+    return ExitOk;
+}
+
+} // namespace
+
+Command AddPack(CLI::App& tool) {
+    const auto options = std::make_shared<PackOptions>();
+    CLI::App* app =
+        tool.add_subcommand("pack", "Make the package that a plug-in ships from an effect folder");
+    app->add_option("FOLDER", options->from, "Folder that holds fx.js")->required();
+    app->add_option("-o,--output", options->to, "Package to write")->required()->type_name("FILE");
+    app->footer("Hidden files and packages in the folder are left out; equal folders give equal packages.\n\n"
+                "Example:\n  fxhost pack effects/blur -o blob.dat");
+    return {app, [options] { return Pack(*options); }};
+}
+
+Command AddUnpack(CLI::App& tool) {
+    const auto options = std::make_shared<PackOptions>();
+    CLI::App* app = tool.add_subcommand("unpack", "Put a package's files into a folder");
+    app->add_option("PACKAGE", options->from, "Package file")->required();
+    app->add_option("-o,--output", options->to, "Folder to make")->required()->type_name("FOLDER");
+    app->footer("Example:\n  fxhost unpack blob.dat -o blur");
+    return {app, [options] { return Unpack(*options); }};
+}
+
+} // namespace fxhost

@@ -1,0 +1,118 @@
+#include <memory>
+#include <sstream>
+
+#include "toolkit/Errors.h"
+#include "tool/ClipFlags.h"
+#include "tool/Commands.h"
+#include "tool/FrameOptions.h"
+#include "tool/HostOptions.h"
+#include "tool/HostSession.h"
+#include "clips/Clip.h"
+#include "tool/GuardOptions.h"
+#include "toolkit/PictureFile.h"
+
+namespace fxhost {
+
+namespace {
+
+struct RenderOptions {
+    FrameOptions frame;
+    std::string output;
+    ClipOptions clip;
+    HostOptions host;
+    GuardLimits limits;
+};
+
+HostSession OpenSession(const RenderOptions& options) {
+    return HostSession(ToHostSettings(options.host, options.frame.effect), options.frame.effect);
+}
+
+int RenderPicture(const RenderOptions& options) {
+    RequireWritable(options.output);
+    Picture input = InputLayer(options.frame);
+    HostSession session = OpenSession(options);
+    const auto parameters = session.driver().parameters();
+    const FrameRate rate = options.clip.fps.empty() ? FrameRate{} : FrameRate::Parse(options.clip.fps);
+    FrameRequest request;
+    request.settings =
+        ReadAnimation(options.clip, options.frame.parameters, parameters, rate).at(options.frame.time);
+    request.layers = ReadLayers(options.frame.layers, parameters, input.depth);
+    request.input = std::move(input);
+    request.time = options.frame.time;
+
+    WritePicture(options.output, session.driver().render(request));
+    return session.finish();
+}
+
+// Everything that decides what frames look like: a run that is resumed must have the same.
+std::vector<std::string> Identity(const RenderOptions& options) {
+    std::ostringstream aspect;
+    aspect << options.host.pixelAspect;
+    std::vector<std::string> identity = {options.frame.effect, options.host.plugin, options.host.host,
+                                         options.host.downsample, aspect.str()};
+    for (const auto* texts : {&options.frame.parameters, &options.frame.layers})
+        identity.insert(identity.end(), texts->begin(), texts->end());
+    return identity;
+}
+
+int RenderClip(const RenderOptions& options) {
+    ClipRequest request;
+    request.input = options.frame.input;
+    request.output = options.output;
+    request.depth = options.frame.depth;
+    request.time = options.frame.time;
+    if (options.frame.input.empty()) {
+        const Picture layer = EmptyLayer(options.frame.size, 8);
+        request.width = layer.width;
+        request.height = layer.height;
+    }
+    request.identity = Identity(options);
+    Clip clip(options.clip, request);
+
+    HostSession session = OpenSession(options);
+    const auto parameters = session.driver().parameters();
+    const Animation animation =
+        ReadAnimation(options.clip, options.frame.parameters, parameters, clip.rate());
+    const auto layers = ReadLayers(options.frame.layers, parameters, clip.depth());
+    const int status = clip.run(session.driver(), animation, layers, [&] { session.reportScript(); });
+    const int effectStatus = session.finish();
+    return status == ExitOk ? effectStatus : status;
+}
+
+int Render(const RenderOptions& options) {
+    RequireOneInput(options.frame);
+    const bool isClip = IsClip(options.clip, options.frame.input, options.output);
+    const std::string& shown = options.host.plugin.empty() ? options.frame.effect : options.host.plugin;
+    return RunGuarded(options.limits, shown,
+                      [&] { return isClip ? RenderClip(options) : RenderPicture(options); });
+}
+
+} // namespace
+
+Command AddRender(CLI::App& tool) {
+    const auto options = std::make_shared<RenderOptions>();
+    CLI::App* app = tool.add_subcommand("render", "Render a picture or a clip through an effect");
+    AddFrameOptions(*app, options->frame);
+    app->get_option("--input")->type_name("FILE")->description(
+        "Picture that the effect is applied to; for clips numbered ones (in_%04d.exr, in_####.exr), a video, "
+        "or - for raw frames");
+    app->get_option("--param")->description(
+        "Set a parameter by its name or label, or its keys (TIME:VALUE, ...); may be repeated");
+    app->add_option("-o,--output", options->output,
+                    "Picture to write, the ending chooses the format; for clips out_####.png, a video, or -")
+        ->required()
+        ->type_name("FILE");
+    AddClipOptions(*app, options->clip);
+    AddHostOptions(*app, options->host);
+    AddGuardOptions(*app, options->limits);
+    app->footer("Values: a number; x,y or x,y,z in pixels; red,green,blue[,alpha] from 0 to 1; on or off;\n"
+                "a pop-up's number from 1 or its entry's text.\n\n"
+                "Examples:\n"
+                "  fxhost render effects/blur -i samples/photo.png -o out.png --param Radius=12\n"
+                "  fxhost render effects/plasma --size 1280x720 --time 2.5 -o out.exr --depth 32\n"
+                "  fxhost render effects/blur -i clip.mp4 -o out.mp4 --param \"Radius=0:0, 1s:12\"\n"
+                "  fxhost render effects/blur -i in_%04d.exr --frames 1-240 -o out_####.exr --resume");
+    return {app, [options] { return Render(*options); }};
+}
+
+} // namespace fxhost

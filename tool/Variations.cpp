@@ -1,0 +1,37 @@
+#include "tool/Variations.h"
+
+#include <sstream>
+
+#include "toolkit/Errors.h"
+
+namespace fxhost {
+
+namespace {
+
+bool HasCommas(Parameter::Type type) {
+    return type == Parameter::POINT || type == Parameter::POINT2D || type == Parameter::COLOR;
+}
+
+std::string Trimmed(const std::string& text) {
+    const auto first = text.find_first_not_of(" \t");
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+} // namespace
+
+Variation ParseVariation(const std::string& text, const std::vector<Parameter>& parameters) {
+    const auto [name, values] = SplitAssignment("--vary", text);
+    const unsigned index = FindParameter("--vary", name, parameters);
+    Variation variation{name, {}, {}};
+    const bool bySemicolon = HasCommas(parameters[index].type) || values.find(';') != std::string::npos;
+    std::istringstream parts(values);
+    for (std::string part; std::getline(parts, part, bySemicolon ? ';' : ',');) {
+        variation.texts.push_back(Trimmed(part));
+        variation.settings.push_back({index, ParseValue(variation.texts.back(), parameters[index])});
+    }
+    if (variation.texts.empty())
+        throw WrongUse("--vary " + text + ": NAME=VALUE,VALUE,... expected");
+    return variation;
+}
+
+} // namespace fxhost

@@ -1,0 +1,254 @@
+#include "toolkit/ParameterValues.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <iterator>
+#include <optional>
+
+#include "toolkit/Errors.h"
+
+namespace fxhost {
+
+namespace {
+
+enum class Form { None, Layer, Numbers, Switch, Choice };
+
+struct TypeRow {
+    const char* name;
+    Form form;
+    unsigned atLeast; // numbers that a value needs
+    unsigned atMost;
+    const char* shape; // what a value looks like
+};
+
+// By Parameter::Type.
+constexpr TypeRow s_Types[] = {
+    {"unknown", Form::None, 0, 0, ""},
+    {"slider", Form::Numbers, 1, 1, "one number"},
+    {"3-D point", Form::Numbers, 3, 3, "three numbers: x,y,z"},
+    {"colour", Form::Numbers, 3, 4,
+     "three or four numbers from 0 to 1: red,green,blue or red,green,blue,alpha"},
+    {"layer", Form::Layer, 0, 0, ""},
+    {"2-D point", Form::Numbers, 2, 2, "two numbers in pixels: x,y"},
+    {"texture pop-up", Form::Choice, 0, 0, "a number from 1 or an entry's text"},
+    {"path", Form::None, 0, 0, ""},
+    {"check box", Form::Switch, 0, 0, "on or off"},
+    {"pop-up", Form::Choice, 0, 0, "a number from 1 or an entry's text"},
+    {"group start", Form::None, 0, 0, ""},
+    {"group end", Form::None, 0, 0, ""},
+    {"angle", Form::Numbers, 1, 1, "one number, in degrees"},
+};
+
+const TypeRow& Row(Parameter::Type type) {
+    return type < std::size(s_Types) ? s_Types[type] : s_Types[0];
+}
+
+std::string Quoted(const std::string& text) {
+    return "\"" + text + "\"";
+}
+
+std::string ShownName(const Parameter& parameter) {
+    return parameter.name.empty() ? parameter.label : parameter.name;
+}
+
+[[noreturn]] void Refuse(const Parameter& parameter, const std::string& text, const std::string& expected) {
+    throw WrongUse("parameter " + Quoted(ShownName(parameter)) + " (" + TypeName(parameter.type) +
+                   "): " + Quoted(text) + " given, " + expected + " expected");
+}
+
+std::string Trimmed(const std::string& text) {
+    const auto first = text.find_first_not_of(" \t");
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+    std::vector<std::string> parts(1);
+    for (const char c : text)
+        if (c == separator)
+            parts.emplace_back();
+        else
+            parts.back() += c;
+    return parts;
+}
+
+// A finite number that is the whole text.
+std::optional<double> Number(const std::string& raw) {
+    std::string text = Trimmed(raw);
+    if (text.starts_with('+'))
+        text.erase(0, 1);
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number))
+        return std::nullopt;
+    return number;
+}
+
+std::string Text(double number) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.7g", number);
+    return text;
+}
+
+Parameter::Value ParseNumbers(const std::string& text, const Parameter& parameter) {
+    const TypeRow& row = Row(parameter.type);
+    const auto parts = Split(text, ',');
+    if (parts.size() < row.atLeast || parts.size() > row.atMost)
+        Refuse(parameter, text, row.shape);
+    Parameter::Value value;
+    if (parameter.type == Parameter::COLOR)
+        value.SetFloat(3, 1);
+    for (unsigned i = 0; i < parts.size(); ++i) {
+        const auto number = Number(parts[i]);
+        if (!number)
+            Refuse(parameter, text, row.shape);
+        value.SetFloat(i, static_cast<float>(*number));
+    }
+    const float low = parameter.min.Float(0), high = parameter.max.Float(0), x = value.Float(0);
+    if (parameter.type == Parameter::FLOAT && (x < low || x > high))
+        Refuse(parameter, text, "a number from " + Text(low) + " to " + Text(high));
+    return value;
+}
+
+Parameter::Value ParseSwitch(const std::string& text, const Parameter& parameter) {
+    constexpr const char* on[] = {"on", "true", "1"};
+    constexpr const char* off[] = {"off", "false", "0"};
+    const auto among = [&](const auto& words) {
+        return std::any_of(std::begin(words), std::end(words),
+                           [&](const char* word) { return text == word; });
+    };
+    if (!among(on) && !among(off))
+        Refuse(parameter, text, Row(parameter.type).shape);
+    Parameter::Value value;
+    value.SetInt(0, among(on) ? 1 : 0);
+    return value;
+}
+
+// The entry's text wins, so that a pop-up of numbers can be named by what it shows.
+Parameter::Value ParseChoice(const std::string& text, const Parameter& parameter) {
+    const auto choices = Choices(parameter);
+    const auto entry = std::find(choices.begin(), choices.end(), text);
+    Parameter::Value value;
+    if (entry != choices.end()) {
+        value.SetInt(0, static_cast<int>(entry - choices.begin()) + 1);
+        return value;
+    }
+    const auto number = Number(text);
+    if (!number || *number != std::floor(*number) || *number < 1 ||
+        *number > static_cast<double>(choices.size())) {
+        std::string list;
+        for (const auto& choice : choices)
+            list += (list.empty() ? "" : ", ") + Quoted(choice);
+        Refuse(parameter, text,
+               "a number from 1 to " + std::to_string(choices.size()) + " or one of " + list);
+    }
+    value.SetInt(0, static_cast<int>(*number));
+    return value;
+}
+
+bool IsShown(const Parameter& parameter) {
+    const Form form = Row(parameter.type).form;
+    return form != Form::None && !(parameter.flags & Parameter::NotPublished);
+}
+
+} // namespace
+
+NamedText SplitAssignment(const std::string& option, const std::string& assignment) {
+    const auto equals = assignment.find('=');
+    if (equals == std::string::npos)
+        throw WrongUse(option + " " + assignment + ": NAME=VALUE expected");
+    return {assignment.substr(0, equals), assignment.substr(equals + 1)};
+}
+
+unsigned FindParameter(const std::string& option, const std::string& name,
+                       const std::vector<Parameter>& parameters) {
+    for (const auto field : {&Parameter::name, &Parameter::label})
+        for (unsigned i = 0; i < parameters.size(); ++i)
+            if (IsShown(parameters[i]) && !name.empty() && parameters[i].*field == name)
+                return i;
+    std::string known;
+    for (const auto& parameter : parameters)
+        if (IsShown(parameter))
+            known += (known.empty() ? "" : ", ") + ShownName(parameter);
+    throw WrongUse(option + ": the effect has no parameter " + Quoted(name) +
+                   (known.empty() ? "; it has none at all" : "; it has " + known));
+}
+
+ParameterSetting ParseSetting(const std::string& assignment, const std::vector<Parameter>& parameters) {
+    const auto [name, text] = SplitAssignment("--param", assignment);
+    const unsigned index = FindParameter("--param", name, parameters);
+    return {index, ParseValue(text, parameters[index])};
+}
+
+Parameter::Value ParseValue(const std::string& text, const Parameter& parameter) {
+    switch (Row(parameter.type).form) {
+    case Form::Numbers:
+        return ParseNumbers(text, parameter);
+    case Form::Switch:
+        return ParseSwitch(text, parameter);
+    case Form::Choice:
+        return ParseChoice(text, parameter);
+    case Form::Layer:
+        throw WrongUse("parameter " + Quoted(ShownName(parameter)) +
+                       " is a layer: give its picture with --layer " + ShownName(parameter) + "=IMAGE");
+    case Form::None:
+        break;
+    }
+    throw WrongUse("parameter " + Quoted(ShownName(parameter)) + " is a " + TypeName(parameter.type) +
+                   " and takes no value");
+}
+
+std::vector<std::string> Choices(const Parameter& parameter) {
+    return Split(parameter.choices, '|');
+}
+
+const char* TypeName(Parameter::Type type) {
+    return Row(type).name;
+}
+
+std::vector<double> HostDefault(const Parameter& parameter) {
+    const auto number = [&](unsigned index) { return static_cast<double>(parameter.value.Float(index)); };
+    // The low byte of the truncated number.
+    const auto byte = [&](unsigned index) {
+        return static_cast<double>(static_cast<std::uint8_t>(static_cast<std::int64_t>(number(index)))) / 255;
+    };
+    // A fixed-point number shifted up once more than it should be, in 32 bits.
+    const auto percent = [&](unsigned index) {
+        const double rounded = number(index) * 65536 + (number(index) < 0 ? -0.5 : 0.5);
+        return static_cast<double>(static_cast<std::int16_t>(static_cast<std::int64_t>(rounded)));
+    };
+    switch (parameter.type) {
+    case Parameter::FLOAT:
+    case Parameter::ANGLE:
+        return {number(0)};
+    case Parameter::POINT2D:
+        return {percent(0), percent(1)};
+    case Parameter::POINT:
+        return {number(0), number(1), number(1)};
+    case Parameter::COLOR:
+        return {byte(0), byte(1), byte(2), byte(3)};
+    default:
+        return {};
+    }
+}
+
+std::string DefaultText(const Parameter& parameter) {
+    switch (Row(parameter.type).form) {
+    case Form::Numbers: {
+        std::string text;
+        for (const double number : HostDefault(parameter))
+            text +=
+                (text.empty() ? "" : ",") + Text(number) + (parameter.type == Parameter::POINT2D ? "%" : "");
+        return text;
+    }
+    case Form::Switch:
+        return parameter.value.Int(0) ? "on" : "off";
+    case Form::Choice:
+        return std::to_string(parameter.value.Int(0));
+    default:
+        return "";
+    }
+}
+
+} // namespace fxhost

@@ -1,0 +1,151 @@
+#include "toolkit/PictureFile.h"
+
+#include <OpenImageIO/filesystem.h>
+#include <OpenImageIO/imageio.h>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <unistd.h>
+
+#include "toolkit/Errors.h"
+#include "toolkit/Conversion.h"
+
+namespace fxhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+unsigned FileDepth(OIIO::TypeDesc type) {
+    switch (type.basetype) {
+    case OIIO::TypeDesc::UINT8:
+    case OIIO::TypeDesc::INT8:
+        return 8;
+    case OIIO::TypeDesc::UINT16:
+    case OIIO::TypeDesc::INT16:
+    case OIIO::TypeDesc::UINT32:
+    case OIIO::TypeDesc::INT32:
+        return 16;
+    default:
+        return 32;
+    }
+}
+
+OIIO::TypeDesc TypeOf(unsigned depth) {
+    return depth == 8 ? OIIO::TypeDesc::UINT8 : depth == 16 ? OIIO::TypeDesc::UINT16 : OIIO::TypeDesc::FLOAT;
+}
+
+std::string Reason(const std::string& text) {
+    return text.substr(0, text.find('\n'));
+}
+
+// Removes the unfinished file unless it got its name.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const fs::path& target)
+        : m_Target(target),
+          m_Path(target.parent_path() / ("." + target.stem().string() + "." + std::to_string(::getpid()) +
+                                         target.extension().string())) {}
+    ~TemporaryFile() {
+        std::error_code ignored;
+        fs::remove(m_Path, ignored);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    std::string Name() const { return m_Path.string(); }
+    void Finish() const { fs::rename(m_Path, m_Target); }
+
+private:
+    fs::path m_Target, m_Path;
+};
+
+void WriteBytes(const std::string& name, const std::vector<unsigned char>& bytes) {
+    std::ofstream stream(name, std::ios::binary);
+    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    if (!stream)
+        throw EffectFailure(std::strerror(errno));
+}
+
+void Write(const std::string& name, const Picture& picture) {
+    const auto fail = [](const std::string& why) { throw EffectFailure(Reason(why)); };
+    const auto output = OIIO::ImageOutput::create(name);
+    if (!output)
+        fail(OIIO::geterror());
+    const FilePixels file = ToFilePixels(picture, output->supports("alpha"));
+    const OIIO::TypeDesc type = TypeOf(file.depth);
+    OIIO::ImageSpec spec(static_cast<int>(file.width), static_cast<int>(file.height),
+                         static_cast<int>(file.channels), type);
+    spec.attribute("oiio:UnassociatedAlpha", 1);
+    // Not every format's writer notices a full disk, so the bytes are written here where that is possible,
+    // and looked at once more where it is not.
+    std::vector<unsigned char> bytes;
+    OIIO::Filesystem::IOVecOutput memory(bytes);
+    const bool inMemory = output->supports("ioproxy") && output->set_ioproxy(&memory);
+    if (!output->open(name, spec) || !output->write_image(type, file.bytes.data()) || !output->close())
+        fail(output->geterror());
+    if (inMemory)
+        WriteBytes(name, bytes);
+    else
+        ReadPicture(name, std::nullopt);
+}
+
+} // namespace
+
+Picture ReadPicture(const std::string& path, std::optional<unsigned> depth) {
+    const auto fail = [&](const std::string& why) {
+        throw WrongUse(path + ": cannot be read as a picture: " + Reason(why));
+    };
+    if (fs::is_directory(path))
+        fail("it is a folder");
+    OIIO::ImageSpec config;
+    config.attribute("oiio:UnassociatedAlpha", 1);
+    const auto input = OIIO::ImageInput::open(path, &config);
+    if (!input)
+        fail(OIIO::geterror());
+    const OIIO::ImageSpec& spec = input->spec();
+    const auto inRange = [](int extent) { return extent >= 1 && extent <= static_cast<int>(MaxExtent); };
+    if (!inRange(spec.width) || !inRange(spec.height) || spec.depth > 1 || spec.nchannels < 1)
+        fail(std::to_string(spec.width) + "x" + std::to_string(spec.height) + " pixels; at most " +
+             std::to_string(MaxExtent) + " either way are expected");
+
+    FilePixels file;
+    file.width = static_cast<unsigned>(spec.width);
+    file.height = static_cast<unsigned>(spec.height);
+    file.channels = static_cast<unsigned>(spec.nchannels);
+    file.alpha = spec.alpha_channel;
+    file.depth = FileDepth(spec.format);
+    file.bytes.resize(std::size_t{file.width} * file.height * file.channels * file.depth / 8);
+    if (!input->read_image(0, 0, 0, spec.nchannels, TypeOf(file.depth), file.bytes.data()))
+        fail(input->geterror());
+    return ToPicture(file, depth.value_or(file.depth));
+}
+
+void WritePicture(const std::string& path, const Picture& picture) {
+    try {
+        const TemporaryFile temporary(path);
+        Write(temporary.Name(), picture);
+        temporary.Finish();
+    } catch (const std::exception& error) {
+        throw EffectFailure(path, std::string("cannot be written: ") + error.what());
+    }
+}
+
+void RequireWritable(const std::string& path) {
+    const fs::path target(path);
+    if (!OIIO::ImageOutput::create(path)) {
+        OIIO::geterror();
+        throw WrongUse(path +
+                       ": no picture format has this ending; .png, .tif, .exr and .jpg are some that do");
+    }
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    if (!fs::is_directory(folder))
+        throw WrongUse(path + ": there is no folder " + folder.string());
+    if (fs::is_directory(target))
+        throw WrongUse(path + ": is a folder; a picture file was expected");
+}
+
+} // namespace fxhost
