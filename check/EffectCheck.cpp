@@ -4,16 +4,16 @@
 #include <iterator>
 #include <map>
 
-#include "utils/Utils.h"
+#include "check/ParameterChecks.h"
+#include "check/ShaderText.h"
+#include "check/UniformWatch.h"
 #include "drivers/EffectReport.h"
 #include "drivers/EngineDriver.h"
 #include "drivers/LiveResources.h"
 #include "drivers/ScriptWatch.h"
-#include "check/ParameterChecks.h"
-#include "check/ShaderText.h"
-#include "check/UniformWatch.h"
-#include "packaging/ScriptScan.h"
 #include "guard/Stage.h"
+#include "packaging/ScriptScan.h"
+#include "utils/Utils.h"
 
 namespace fxhost {
 

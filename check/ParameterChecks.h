@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "parameters/Parameter.h"
 #include "packaging/Diagnostic.h"
+#include "parameters/Parameter.h"
 
 namespace fxhost {
 

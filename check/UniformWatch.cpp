@@ -4,12 +4,12 @@
 #include <iterator>
 #include <regex>
 
-#include "utils/Utils.h"
-#include "platform/GL.h"
-#include "drivers/LiveResources.h"
 #include "check/ShaderText.h"
+#include "drivers/LiveResources.h"
 #include "packaging/ScriptScan.h"
+#include "platform/GL.h"
 #include "toolkit/ParameterValues.h"
+#include "utils/Utils.h"
 
 namespace fxhost {
 

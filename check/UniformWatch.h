@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "parameters/Parameter.h"
 #include "packaging/Diagnostic.h"
 #include "packaging/EffectSource.h"
+#include "parameters/Parameter.h"
 
 class Shader;
 

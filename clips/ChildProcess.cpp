@@ -10,9 +10,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "toolkit/Errors.h"
 #include "clips/PipeIO.h"
 #include "guard/Memory.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "toolkit/Errors.h"
 #include "guard/StopRequest.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/FrameRenderer.h"
 #include "clips/ClipOptions.h"
 #include "clips/FrameSink.h"
 #include "clips/FrameSource.h"
@@ -14,6 +13,7 @@
 #include "clips/NumberPattern.h"
 #include "clips/Pipeline.h"
 #include "clips/VideoProbe.h"
+#include "toolkit/FrameRenderer.h"
 
 namespace fxhost {
 

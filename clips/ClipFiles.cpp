@@ -5,12 +5,12 @@
 #include <filesystem>
 #include <unistd.h>
 
-#include "toolkit/Errors.h"
 #include "clips/Clip.h"
 #include "clips/Pictures.h"
 #include "clips/RawFrames.h"
 #include "clips/VideoSink.h"
 #include "clips/VideoSource.h"
+#include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
 
 namespace fxhost {

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <optional>
 
-#include "toolkit/Errors.h"
 #include "clips/KeysInternal.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -1,8 +1,8 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "toolkit/Errors.h"
 #include "clips/KeysInternal.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "toolkit/Errors.h"
 #include "clips/PictureHeader.h"
+#include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
 
 namespace fxhost {

@@ -6,8 +6,8 @@
 #include <string>
 #include <unistd.h>
 
-#include "toolkit/Errors.h"
 #include "guard/StopRequest.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

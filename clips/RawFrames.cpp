@@ -4,9 +4,9 @@
 #include <cerrno>
 #include <cstring>
 
-#include "toolkit/Errors.h"
 #include "clips/PipeIO.h"
 #include "toolkit/Conversion.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

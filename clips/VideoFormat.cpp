@@ -5,9 +5,9 @@
 #include <sstream>
 #include <thread>
 
-#include "toolkit/Errors.h"
 #include "clips/EncoderFormats.h"
 #include "clips/VideoColours.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -6,9 +6,9 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
-#include "toolkit/Errors.h"
 #include "clips/ChildProcess.h"
 #include "clips/VideoProbe.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

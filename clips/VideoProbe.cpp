@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "toolkit/Errors.h"
 #include "clips/ChildProcess.h"
+#include "toolkit/Errors.h"
 #include "toolkit/Picture.h"
 
 namespace fxhost {

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "toolkit/Errors.h"
 #include "clips/ChildProcess.h"
 #include "clips/PipeFrames.h"
 #include "clips/PipeIO.h"
 #include "clips/VideoParts.h"
 #include "clips/VideoProbe.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

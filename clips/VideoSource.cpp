@@ -1,11 +1,11 @@
 #include "clips/VideoSource.h"
 
-#include "toolkit/Errors.h"
 #include "clips/ChildProcess.h"
 #include "clips/PipeFrames.h"
 #include "clips/PipeIO.h"
 #include "clips/VideoColours.h"
 #include "clips/VideoFormat.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

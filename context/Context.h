@@ -8,11 +8,11 @@
 
 #include "context/EntityFactory.h"
 #include "context/Sequence.h"
-#include "parameters/Parameter.h"
 #include "gpu/RenderTarget.h"
 #include "gpu/Shader.h"
 #include "gpu/Surface.h"
 #include "gpu/Texture.h"
+#include "parameters/Parameter.h"
 
 class Parameter::Factory : public EntityFactory<Parameter, Parameter::Tag> {};
 class Shader::Factory : public EntityFactory<Shader, Shader::Tag> {};

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "utils/Utils.h"
-#include "gpu/ShaderPitcher.h"
 #include "drivers/LiveResources.h"
-#include "packaging/ShaderErrors.h"
+#include "gpu/ShaderPitcher.h"
 #include "packaging/ScriptScan.h"
+#include "packaging/ShaderErrors.h"
+#include "utils/Utils.h"
 
 namespace fxhost {
 

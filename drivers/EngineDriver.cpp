@@ -4,10 +4,10 @@
 #include <exception>
 
 #include "engine/IPlugin.h"
+#include "guard/Stage.h"
 #include "platform/CGL.h"
 #include "platform/GLProblem.h"
 #include "toolkit/Errors.h"
-#include "guard/Stage.h"
 
 namespace fxhost {
 

@@ -3,9 +3,9 @@
 #include <functional>
 #include <string>
 
-#include "toolkit/FrameRenderer.h"
 #include "drivers/FrameSteps.h"
 #include "packaging/EffectSource.h"
+#include "toolkit/FrameRenderer.h"
 
 class IPlugin;
 

@@ -4,14 +4,14 @@
 #include <cmath>
 #include <exception>
 
+#include "drivers/HostValues.h"
 #include "engine/Config.h"
 #include "engine/IPlugin.h"
+#include "guard/Stage.h"
 #include "host/EntryPoint.h"
 #include "platform/CGL.h"
 #include "platform/GLProblem.h"
 #include "toolkit/Errors.h"
-#include "drivers/HostValues.h"
-#include "guard/Stage.h"
 #include "toolkit/Reduce.h"
 
 namespace fxhost {

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/FrameRenderer.h"
 #include "packaging/EffectSource.h"
 #include "stricthost/StrictHost.h"
+#include "toolkit/FrameRenderer.h"
 
 namespace fxhost {
 

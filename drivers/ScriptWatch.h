@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "scripting/Scripting.h"
 #include "packaging/Diagnostic.h"
 #include "packaging/EffectSource.h"
+#include "scripting/Scripting.h"
 
 namespace fxhost {
 

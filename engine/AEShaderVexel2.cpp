@@ -6,13 +6,13 @@
 
 #include "context/Context.h"
 #include "engine/Config.h"
-#include "utils/BlobReader.h"
-#include "utils/Utils.h"
 #include "gpu/DrawText.h"
 #include "gpu/OpenGLContext.h"
 #include "platform/GL.h"
 #include "scripting/PitchScript.h"
 #include "scripting/Scripting.h"
+#include "utils/BlobReader.h"
+#include "utils/Utils.h"
 
 // What the host keeps for an instance.
 struct AEShaderVexel2::SequenceData {

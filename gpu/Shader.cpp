@@ -1,8 +1,8 @@
 #include "gpu/Shader.h"
 
-#include "utils/Utils.h"
 #include "gpu/ShaderPitcher.h"
 #include "platform/GL.h"
+#include "utils/Utils.h"
 
 bool Shader::reverseFlip = false;
 Shader Shader::invalid;

@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "utils/Utils.h"
 #include "gpu/ImageDecoder.h"
 #include "gpu/PixelDepth.h"
 #include "gpu/Surface.h"
 #include "platform/GL.h"
+#include "utils/Utils.h"
 
 Texture Texture::invalid;
 

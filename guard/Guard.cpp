@@ -13,11 +13,11 @@
 #include <thread>
 #include <unistd.h>
 
-#include "toolkit/Errors.h"
 #include "guard/Board.h"
 #include "guard/Memory.h"
 #include "guard/Outcome.h"
 #include "guard/Watch.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "utils/Utils.h"
 #include "host/Commands.h"
+#include "utils/Utils.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <unistd.h>
 
-#include "toolkit/Errors.h"
 #include "packaging/InfoPlist.h"
 #include "packaging/Packing.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

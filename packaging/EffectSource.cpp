@@ -5,9 +5,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "utils/Utils.h"
-#include "toolkit/Errors.h"
 #include "packaging/Packing.h"
+#include "toolkit/Errors.h"
+#include "utils/Utils.h"
 
 namespace fxhost {
 

@@ -7,10 +7,10 @@
 #include <map>
 #include <unistd.h>
 
-#include "utils/BlobScrambling.h"
-#include "toolkit/Errors.h"
 #include "packaging/EffectSource.h"
 #include "packaging/ScriptScan.h"
+#include "toolkit/Errors.h"
+#include "utils/BlobScrambling.h"
 
 namespace fxhost {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "packaging/Diagnostic.h"
 #include "packaging/Archive.h"
+#include "packaging/Diagnostic.h"
 
 namespace fxhost {
 

@@ -2,13 +2,13 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "toolkit/Errors.h"
 #include "drivers/FrameSteps.h"
+#include "guard/Stage.h"
 #include "tool/Commands.h"
 #include "tool/FrameOptions.h"
-#include "tool/Session.h"
 #include "tool/GuardOptions.h"
-#include "guard/Stage.h"
+#include "tool/Session.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <memory>
 
-#include "toolkit/Errors.h"
 #include "packaging/InfoPlist.h"
-#include "packaging/Pipl.h"
-#include "tool/Commands.h"
 #include "packaging/Packing.h"
+#include "packaging/Pipl.h"
 #include "stricthost/StrictHost.h"
+#include "tool/Commands.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

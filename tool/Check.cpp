@@ -4,11 +4,11 @@
 #include <memory>
 #include <sstream>
 
-#include "toolkit/Errors.h"
 #include "check/EffectCheck.h"
 #include "check/FindingJson.h"
 #include "tool/Commands.h"
 #include "tool/GuardOptions.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

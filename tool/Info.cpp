@@ -2,9 +2,9 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "toolkit/Errors.h"
 #include "tool/Commands.h"
 #include "tool/Session.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

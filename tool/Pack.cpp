@@ -2,10 +2,10 @@
 #include <filesystem>
 #include <memory>
 
-#include "toolkit/Errors.h"
-#include "tool/Commands.h"
 #include "packaging/EffectSource.h"
 #include "packaging/Packing.h"
+#include "tool/Commands.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <sstream>
 
-#include "toolkit/Errors.h"
 #include "tool/Commands.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -1,14 +1,14 @@
 #include <memory>
 #include <sstream>
 
-#include "toolkit/Errors.h"
+#include "clips/Clip.h"
 #include "tool/ClipFlags.h"
 #include "tool/Commands.h"
 #include "tool/FrameOptions.h"
+#include "tool/GuardOptions.h"
 #include "tool/HostOptions.h"
 #include "tool/HostSession.h"
-#include "clips/Clip.h"
-#include "tool/GuardOptions.h"
+#include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
 
 namespace fxhost {

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "engine/IPlugin.h"
 #include "drivers/EffectReport.h"
+#include "engine/IPlugin.h"
 
 namespace fxhost {
 

@@ -1,15 +1,15 @@
 #include <memory>
 
-#include "toolkit/Errors.h"
+#include "guard/Stage.h"
 #include "tool/Commands.h"
+#include "tool/ContactSheet.h"
 #include "tool/FrameOptions.h"
+#include "tool/GuardOptions.h"
 #include "tool/HostOptions.h"
 #include "tool/HostSession.h"
-#include "tool/GuardOptions.h"
-#include "guard/Stage.h"
-#include "toolkit/PictureFile.h"
-#include "tool/ContactSheet.h"
 #include "tool/Variations.h"
+#include "toolkit/Errors.h"
+#include "toolkit/PictureFile.h"
 
 namespace fxhost {
 

@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "toolkit/Errors.h"
-#include "tool/Commands.h"
 #include "guard/Memory.h"
 #include "guard/Outcome.h"
+#include "tool/Commands.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

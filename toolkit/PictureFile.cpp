@@ -9,8 +9,8 @@
 #include <memory>
 #include <unistd.h>
 
-#include "toolkit/Errors.h"
 #include "toolkit/Conversion.h"
+#include "toolkit/Errors.h"
 
 namespace fxhost {
 

@@ -3,9 +3,9 @@
 #include <memory>
 #include <zip.h>
 
+#include "platform/CoreFoundation.h"
 #include "utils/BlobScrambling.h"
 #include "utils/Utils.h"
-#include "platform/CoreFoundation.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include "bench/Pairs.h"
 #include "bench/engine/BareFrame.h"
 #include "engine/IPlugin.h"
-#include "utils/Utils.h"
 #include "platform/GL.h"
+#include "utils/Utils.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 
 #include "bench/Pairs.h"
 #include "engine/IPlugin.h"
-#include "utils/Utils.h"
 #include "host/EntryPoint.h"
 #include "platform/CGL.h"
 #include "stricthost/StrictHost.h"
+#include "utils/Utils.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/FrameRenderer.h"
 #include "clips/Clip.h"
 #include "tests/support/TestFiles.h"
+#include "toolkit/FrameRenderer.h"
 
 // Turns every channel but alpha over, at depth 8: 255 - x. Has one slider, "Amount".
 class NegativeRenderer final : public fxhost::FrameRenderer {

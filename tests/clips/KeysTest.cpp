@@ -1,6 +1,6 @@
-#include "toolkit/Errors.h"
 #include "clips/Clip.h"
 #include "tests/support/TestFiles.h"
+#include "toolkit/Errors.h"
 
 namespace {
 

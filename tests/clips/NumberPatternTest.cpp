@@ -1,7 +1,7 @@
 #include "clips/NumberPattern.h"
 
-#include "toolkit/Errors.h"
 #include "tests/support/TestFiles.h"
+#include "toolkit/Errors.h"
 
 namespace {
 

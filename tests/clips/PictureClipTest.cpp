@@ -2,11 +2,11 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
-#include "toolkit/Errors.h"
 #include "guard/Guard.h"
 #include "guard/Stage.h"
-#include "toolkit/PictureFile.h"
 #include "tests/clips/ClipFixture.h"
+#include "toolkit/Errors.h"
+#include "toolkit/PictureFile.h"
 
 namespace {
 

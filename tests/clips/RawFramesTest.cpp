@@ -3,9 +3,9 @@
 #include <csignal>
 #include <unistd.h>
 
-#include "toolkit/Errors.h"
 #include "clips/Progress.h"
 #include "tests/support/TestFiles.h"
+#include "toolkit/Errors.h"
 
 namespace {
 

@@ -3,13 +3,13 @@
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
-#include "toolkit/Errors.h"
 #include "clips/EncoderFormats.h"
 #include "clips/VideoFormat.h"
 #include "clips/VideoProbe.h"
 #include "clips/VideoSource.h"
-#include "toolkit/PictureFile.h"
 #include "tests/clips/ClipFixture.h"
+#include "toolkit/Errors.h"
+#include "toolkit/PictureFile.h"
 
 namespace {
 

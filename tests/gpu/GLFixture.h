@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "utils/Utils.h"
 #include "gpu/OpenGLContext.h"
 #include "gpu/RenderTarget.h"
 #include "gpu/Shader.h"
 #include "platform/GL.h"
 #include "platform/GLProblem.h"
+#include "utils/Utils.h"
 
 // A fresh engine context for each test, current on the test's thread; skips where there is no OpenGL.
 class GLFixture : public ::testing::Test {

@@ -10,9 +10,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "toolkit/Errors.h"
 #include "guard/Stage.h"
 #include "guard/StopRequest.h"
+#include "toolkit/Errors.h"
 
 namespace {
 

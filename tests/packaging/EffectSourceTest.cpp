@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "tests/support/TestFiles.h"
+#include "toolkit/Errors.h"
 #include "utils/BlobScrambling.h"
 #include "utils/Utils.h"
-#include "toolkit/Errors.h"
-#include "tests/support/TestFiles.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
-#include "toolkit/PictureFile.h"
 #include "tests/support/RunTool.h"
 #include "tests/support/TestFiles.h"
+#include "toolkit/PictureFile.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <filesystem>
 
-#include "toolkit/PictureFile.h"
 #include "tests/support/RunTool.h"
 #include "tests/support/TestFiles.h"
+#include "toolkit/PictureFile.h"
 
 namespace {
 

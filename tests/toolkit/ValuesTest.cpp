@@ -1,8 +1,8 @@
 #include "toolkit/ParameterValues.h"
 
-#include "toolkit/Errors.h"
 #include "drivers/FrameSteps.h"
 #include "tests/support/TestFiles.h"
+#include "toolkit/Errors.h"
 
 namespace {
 

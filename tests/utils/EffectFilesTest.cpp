@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/TestPackage.h"
 #include "utils/BlobReader.h"
 #include "utils/BlobScrambling.h"
 #include "utils/Utils.h"
-#include "tests/support/TestPackage.h"
 
 namespace {
 
