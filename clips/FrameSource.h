@@ -5,7 +5,7 @@
 #include <string>
 
 #include "clips/FrameList.h"
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace fxhost {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 // Raw frames as they go through the pipes to and from FFmpeg. Video goes as planes, which its filters work
 // on; RGB goes pixel by pixel, as FFmpeg takes it apart without loss only so.

@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace fxhost {
 

@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "clips/ChildProcess.h"
+#include "pictures/Picture.h"
 #include "toolkit/Errors.h"
-#include "toolkit/Picture.h"
 
 namespace fxhost {
 

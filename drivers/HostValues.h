@@ -1,8 +1,8 @@
 #pragma once
 
 #include "parameters/Parameter.h"
+#include "pictures/Picture.h"
 #include "stricthost/ParamTable.h"
-#include "toolkit/Picture.h"
 
 namespace fxhost {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "AE_Effect.h"
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace stricthost {
 

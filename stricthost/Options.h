@@ -6,7 +6,7 @@
 
 #include "AE_Effect.h"
 #include "AE_GeneralPlug.h"
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace stricthost {
 

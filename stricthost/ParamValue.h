@@ -3,7 +3,7 @@
 #include <memory>
 #include <variant>
 
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace stricthost {
 

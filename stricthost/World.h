@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "AE_Effect.h"
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace stricthost {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace fxhost {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "pictures/Picture.h"
 #include "toolkit/ParameterValues.h"
-#include "toolkit/Picture.h"
 
 namespace fxhost {
 

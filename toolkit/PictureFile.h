@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace fxhost {
 

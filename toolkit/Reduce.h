@@ -1,6 +1,6 @@
 #pragma once
 
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 namespace fxhost {
 

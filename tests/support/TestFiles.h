@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/Picture.h"
+#include "pictures/Picture.h"
 
 // A whole file.
 std::string FileBytes(const std::string& path);

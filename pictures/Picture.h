@@ -6,8 +6,8 @@
 
 namespace fxhost {
 
-// A picture as the editing host keeps it: alpha, red, green, blue, not premultiplied, tightly packed, first
-// row on top. Channels run 0..255 at depth 8, 0..32768 at depth 16, and nominally 0..1 as float at depth 32.
+// Pixels in the layout of After Effects: alpha, red, green, blue with straight alpha, tightly packed, top row
+// first. Channels run 0..255 at depth 8, 0..32768 at depth 16, and nominally 0..1 as float at depth 32.
 struct Picture {
     Picture() = default;
     Picture(unsigned pictureWidth, unsigned pictureHeight, unsigned bitsPerChannel)
