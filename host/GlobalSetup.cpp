@@ -10,6 +10,7 @@
 #include "host/HostKind.h"
 #include "host/SequenceRecord.h"
 #include "host/Suites.h"
+#include "sdk/PixelFormats.h"
 
 namespace Adapter {
 
@@ -41,10 +42,10 @@ constexpr std::uint32_t s_AlwaysFlags = PF_OutFlag_KEEP_RESOURCE_OPEN | PF_OutFl
                                         PF_OutFlag_CUSTOM_UI | PF_OutFlag_SEND_UPDATE_PARAMS_UI;
 static_assert(s_AlwaysFlags == 0x4008005);
 
-// Pixel formats told to Premiere Pro, in order of preference.
-constexpr std::uint32_t s_ByteFormats[] = {0x62677261, 0x62677278};  // "bgra", "bgrx"
-constexpr std::uint32_t s_DeepFormats[] = {0x62677258, 0x62677241};  // "bgrX", "bgrA"
-constexpr std::uint32_t s_FloatFormats[] = {0x62675241, 0x62675258}; // "bgRA", "bgRX"
+// Pixel formats declared to Premiere Pro, in order of preference.
+constexpr std::uint32_t s_ByteFormats[] = {PixelFormats::Argb8, PixelFormats::Xrgb8};
+constexpr std::uint32_t s_DeepFormats[] = {PixelFormats::Xrgb16, PixelFormats::Argb16};
+constexpr std::uint32_t s_FloatFormats[] = {PixelFormats::Argb32, PixelFormats::Xrgb32};
 
 bool SetUpEngine(Call& call) {
     void* module = nullptr;

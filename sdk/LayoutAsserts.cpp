@@ -8,6 +8,7 @@
 #include "AE_EffectSuites.h"
 #include "AE_EffectUI.h"
 #include "AE_GeneralPlug.h"
+#include "PixelFormats.h"
 #include "PrSDKAESupport.h"
 #include "PrSDKSequenceInfoSuite.h"
 #include "SPBasic.h"
@@ -264,6 +265,16 @@ static_assert(PF_PixelFormat_ARGB32 == 0x62677261);
 static_assert(PF_PixelFormat_ARGB64 == 0x36316561);
 static_assert(PF_PixelFormat_ARGB128 == 0x32336561);
 static_assert(PrPixelFormat_BGRA_4444_32f == 0x61724742);
+static_assert(PixelFormats::Argb8 == PF_PixelFormat_ARGB32);
+static_assert(PixelFormats::AfterEffectsArgb16 == PF_PixelFormat_ARGB64);
+static_assert(PixelFormats::AfterEffectsArgb32 == PF_PixelFormat_ARGB128);
+static_assert(PixelFormats::Bgra8 == PrPixelFormat_BGRA_4444_8u);
+static_assert(PixelFormats::Bgra16 == PrPixelFormat_BGRA_4444_16u);
+static_assert(PixelFormats::Bgra32 == PrPixelFormat_BGRA_4444_32f);
+static_assert(PixelFormats::Xrgb8 == 0x62677278);
+static_assert(PixelFormats::Argb16 == 0x62677241 && PixelFormats::Xrgb16 == 0x62677258);
+static_assert(PixelFormats::Argb32 == 0x62675241 && PixelFormats::Xrgb32 == 0x62675258);
+static_assert(PixelFormats::Invalid == PF_PixelFormat_INVALID);
 static_assert(PF_Cmd_SMART_RENDER == 24 && PF_Cmd_NUM_CMDS == 34);
 static_assert(PF_Param_POINT_3D == 18);
 static_assert(PF_Interrupt_CANCEL == 517);
