@@ -7,9 +7,9 @@
 #include "check/ParameterChecks.h"
 #include "check/ShaderText.h"
 #include "check/UniformWatch.h"
+#include "context/Context.h"
 #include "drivers/EffectReport.h"
 #include "drivers/EngineDriver.h"
-#include "drivers/LiveResources.h"
 #include "drivers/ScriptWatch.h"
 #include "guard/Stage.h"
 #include "packaging/ScriptScan.h"
@@ -70,7 +70,7 @@ private:
         const std::string script = m_Source.ReadText("fx.js").value_or("");
         tell(CheckParameters(m_Source.Shown("fx.js"), script, m_Parameters));
         std::vector<std::string> files;
-        for (const Shader* shader : LiveResources<Shader>())
+        for (const Shader* shader : Context::Current().LiveEntities<Shader>())
             if (!shader->filePath().empty())
                 files.push_back(Utils::ToNarrow(shader->filePath()));
         std::sort(files.begin(), files.end());
@@ -124,11 +124,12 @@ private:
     std::map<const char*, std::size_t> countResources() {
         std::map<const char*, std::size_t> counts;
         m_Driver.whileLocked([&] {
-            counts = {{"parameters", LiveResources<Parameter>().size()},
-                      {"shaders", LiveResources<Shader>().size()},
-                      {"render targets", LiveResources<RenderTarget>().size()},
-                      {"textures", LiveResources<Texture>().size()},
-                      {"surfaces", LiveResources<Surface>().size()}};
+            Context& registry = Context::Current();
+            counts = {{"parameters", registry.LiveEntities<Parameter>().size()},
+                      {"shaders", registry.LiveEntities<Shader>().size()},
+                      {"render targets", registry.LiveEntities<RenderTarget>().size()},
+                      {"textures", registry.LiveEntities<Texture>().size()},
+                      {"surfaces", registry.LiveEntities<Surface>().size()}};
         });
         return counts;
     }

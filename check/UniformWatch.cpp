@@ -5,7 +5,7 @@
 #include <regex>
 
 #include "check/ShaderText.h"
-#include "drivers/LiveResources.h"
+#include "context/Context.h"
 #include "packaging/ScriptScan.h"
 #include "platform/GL.h"
 #include "toolkit/ParameterValues.h"
@@ -83,7 +83,7 @@ std::string NameOf(const Shader& shader) {
 
 std::vector<Shader*> UsableShaders() {
     std::vector<Shader*> usable;
-    for (Shader* shader : LiveResources<Shader>())
+    for (Shader* shader : Context::Current().LiveEntities<Shader>())
         if (shader->usable() && shader->errorText().empty())
             usable.push_back(shader);
     return usable;

@@ -1,6 +1,7 @@
 #include "context/Context.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "utils/Utils.h"
 
@@ -14,13 +15,15 @@ Context::~Context() {
 }
 
 unsigned int Context::GetNumParams() const {
-    const auto* const factory = FindFactory<Parameter>();
-    return factory ? factory->Count() : 0;
+    auto* const factory = FindFactory<Parameter>();
+    return factory ? static_cast<unsigned int>(factory->Entities().size()) : 0;
 }
 
 Parameter& Context::GetParamByIdx(unsigned int index) const {
     auto* const factory = FindFactory<Parameter>();
-    return factory ? factory->At(index) : Parameter::invalid;
+    if (!factory || index >= factory->Entities().size())
+        return Parameter::invalid;
+    return std::next(factory->Entities().begin(), index)->second;
 }
 
 void Context::Init() {
@@ -76,7 +79,7 @@ void Context::DeleteResource(unsigned int handle) {
 
 std::string Context::GetErrors() const {
     std::string errors;
-    const auto* const factory = FindFactory<Shader>();
+    auto* const factory = FindFactory<Shader>();
     if (!factory)
         return errors;
     for (const auto& [handle, shader] : factory->Entities()) {

@@ -20,54 +20,64 @@ class RenderTarget::Factory : public EntityFactory<RenderTarget, RenderTarget::T
 class Texture::Factory : public EntityFactory<Texture, Texture::Tag> {};
 class Surface::Factory : public EntityFactory<Surface, Surface::Tag> {};
 
-// The one registry: it owns every entity that the script creates and every sequence, and names entities by
-// handles: the top byte is the type's tag, the low 24 bits count from 1, 0 is none.
+// The only registry. It owns every entity that the script creates and every sequence. Entities have 32-bit
+// handles: the top byte is the tag of the type, the low 24 bits count from 1, and handle 0 means "none".
+// Threads: the registry takes no locks and is used only inside the engine's frame lock.
 class Context : public ParametersHolder {
 public:
     static constexpr unsigned int TagMask = 0xFF000000u;
 
-    // Made on first use, not initialised; lives until the module unloads.
+    // Returns the registry, which is created uninitialised on first use and lives until the module unloads.
     static Context& Current();
 
     // The master parameters in ascending handle order, which is the order of the effect's parameters.
+    // GetParamByIdx returns Parameter::invalid when the index is out of range.
     unsigned int GetNumParams() const override;
     Parameter& GetParamByIdx(unsigned int index) const override;
     virtual ~Context();
 
     // Starts an empty registry with one sequence, which becomes the current one.
     void Init();
-    // Destroys every sequence and every entity; all handles and sequence indices are dead afterwards. GL
-    // objects are freed only when the engine's GL context is current. Nothing when not initialised.
+    // Destroys every sequence and every entity; all handles and sequence indices become invalid. GL objects
+    // are freed only when the engine's GL context is current. Does nothing when not initialised.
     void Release();
 
-    // A new sequence with copies of all parameters, in the lowest free index.
+    // Creates a sequence with copies of all parameters and returns its index, the lowest free one.
     unsigned int CreateSequence();
     // Unknown and released indices are ignored.
     void ReleaseSequence(unsigned int index);
-    // The sequence of the instance at work, or null when the current index names none.
+    // Returns the sequence of the current instance, or null when the current index is not in use.
     Sequence* CurrentSequence() const;
     void SetCurrentSequence(unsigned int index) { m_CurrentSequence = index; }
 
-    // Creates an entity and initialises it from the arguments; returns its handle, 0 when not initialised. An
-    // entity that fails to initialise stays registered, unusable.
+    // Creates an entity, initialises it from the arguments and returns its handle, or 0 when the registry is
+    // not initialised. An entity whose initialisation fails stays registered, but cannot be used.
     template <class T, class... Args>
     unsigned int InitResource(Args&&... args);
 
-    // The entity with that handle, or T::invalid. A parameter comes from the current sequence's copies when
-    // it is there, so instances never see each other's values.
+    // Returns the entity with that handle, or null. A parameter is taken from the current sequence's copies
+    // first, so that instances never see each other's values.
+    template <class T>
+    T* Find(unsigned int handle);
+    // Returns the registry's own entity, or null. For a parameter this is the master, never a copy.
+    template <class T>
+    T* FindOwn(unsigned int handle);
+    // Like Find, but returns T::invalid, whose handle or GL name is 0, instead of null.
     template <class T>
     T& GetResource(unsigned int handle);
-    // The same without the sequence: the registry's own entity, for a parameter the master.
+    // Returns the registry's own entities of a type in ascending handle order. The pointers are valid until
+    // the script releases an entity.
     template <class T>
-    T& GetOwnResource(unsigned int handle);
+    std::vector<T*> LiveEntities();
 
-    // Destroys the entity with that handle, whatever its type; unknown handles are ignored.
+    // Destroys the entity with that handle, whatever its type. Unknown handles are ignored.
     void DeleteResource(unsigned int handle);
 
-    // The error texts of all shaders, in handle order: 'Shader "name"', the text, each ending a line.
+    // Returns the error texts of all shaders in handle order. Each has a first line 'Shader "name"' and ends
+    // with a line feed. Empty when there are no errors.
     std::string GetErrors() const;
 
-    // Size of the composition in pixels and its pixel aspect, as the host last told them.
+    // Size of the composition in pixels and its pixel aspect ratio, as last reported by the host.
     void SetCompositionSize(unsigned int width, unsigned int height, float scale);
     unsigned int CompositionWidth() const { return m_CompositionWidth; }
     unsigned int CompositionHeight() const { return m_CompositionHeight; }
@@ -97,13 +107,13 @@ private:
     }
 
     std::map<unsigned int, std::unique_ptr<EntityFactoryBase>> m_Factories; // by tag
-    std::vector<std::unique_ptr<Sequence>> m_Sequences;                     // holes are null
+    std::vector<std::unique_ptr<Sequence>> m_Sequences; // null where a sequence was released
     unsigned int m_CurrentSequence = 0;
     unsigned int m_CompositionWidth = 0;
     unsigned int m_CompositionHeight = 0;
     float m_CompositionScale = 1.0f;
     bool m_Initialised = false;
-    std::wstring m_ResourceDirectory; // stays empty: shader paths are "/" + name + ".frag"
+    std::wstring m_ResourceDirectory; // always empty: shader paths are "/" + name + ".frag"
 };
 
 template <class T>
@@ -118,24 +128,39 @@ unsigned int Context::InitResource(Args&&... args) {
     if (!factory)
         return 0;
     const unsigned int handle = factory->Create();
-    Initialise(factory->Find(handle), std::forward<Args>(args)...);
+    Initialise(*factory->Find(handle), std::forward<Args>(args)...);
     return handle;
 }
 
 template <class T>
-T& Context::GetResource(unsigned int handle) {
+T* Context::Find(unsigned int handle) {
     if constexpr (std::is_same_v<T, Parameter>) {
         if (Sequence* const sequence = CurrentSequence()) {
             Parameter& own = sequence->GetParamById(handle);
             if (own.handle != 0)
-                return own;
+                return &own;
         }
     }
-    return GetOwnResource<T>(handle);
+    return FindOwn<T>(handle);
 }
 
 template <class T>
-T& Context::GetOwnResource(unsigned int handle) {
+T* Context::FindOwn(unsigned int handle) {
     typename T::Factory* const factory = FindFactory<T>();
-    return factory ? factory->Find(handle) : T::invalid;
+    return factory ? factory->Find(handle) : nullptr;
+}
+
+template <class T>
+T& Context::GetResource(unsigned int handle) {
+    T* const found = Find<T>(handle);
+    return found ? *found : T::invalid;
+}
+
+template <class T>
+std::vector<T*> Context::LiveEntities() {
+    std::vector<T*> entities;
+    if (typename T::Factory* const factory = FindFactory<T>())
+        for (auto& [handle, entity] : factory->Entities())
+            entities.push_back(&entity);
+    return entities;
 }

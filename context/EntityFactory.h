@@ -1,21 +1,20 @@
 #pragma once
 
 #include <cstdint>
-#include <iterator>
 #include <map>
 
-// What the registry needs of a factory without knowing its type.
+// The part of a factory that does not depend on the type of its entities.
 class EntityFactoryBase {
 public:
     virtual ~EntityFactoryBase() = default;
-    // A new default-constructed entity under the lowest free handle of the type; returns the handle.
+    // Creates a default-constructed entity under the lowest free handle of the type and returns the handle.
     virtual unsigned int Create() = 0;
-    // Destroys the entity; an unknown handle is ignored.
+    // Destroys the entity. Unknown handles are ignored.
     virtual void Delete(unsigned int handle) = 0;
 };
 
-// Owns all entities of one type, ordered by handle. Handles are TypeTag + 1, TypeTag + 2, ...; the numbers of
-// deleted entities are given out again. Entities never move while they live.
+// Owns all entities of one type, ordered by handle. Handles are TypeTag + 1, TypeTag + 2, and so on; the
+// numbers of deleted entities are reused. The address of an entity does not change while the entity exists.
 template <class T, std::uint32_t TypeTag>
 class EntityFactory : public EntityFactoryBase {
 public:
@@ -30,20 +29,14 @@ public:
 
     void Delete(unsigned int handle) override { m_Entities.erase(handle); }
 
-    // The entity with that handle, or T::invalid.
-    T& Find(unsigned int handle) {
+    // Returns the entity with that handle, or null.
+    T* Find(unsigned int handle) {
         const auto found = m_Entities.find(handle);
-        return found != m_Entities.end() ? found->second : T::invalid;
+        return found != m_Entities.end() ? &found->second : nullptr;
     }
 
-    // The index-th entity in ascending handle order, or T::invalid.
-    T& At(unsigned int index) {
-        return index < m_Entities.size() ? std::next(m_Entities.begin(), index)->second : T::invalid;
-    }
-
-    unsigned int Count() const { return static_cast<unsigned int>(m_Entities.size()); }
-
-    const std::map<unsigned int, T>& Entities() const { return m_Entities; }
+    // All entities by handle, in ascending order.
+    std::map<unsigned int, T>& Entities() { return m_Entities; }
 
 private:
     std::map<unsigned int, T> m_Entities;

@@ -19,7 +19,7 @@ void Sequence::Reset(const Surface& surface, double time) {
         target.grabPixels(nullptr, m_OutputWidth, m_OutputHeight, surface.format,
                           static_cast<long>(surface.rowBytes), true, true);
     else
-        create(); // an unusable target stays registered until the registry is released
+        create(); // the registry keeps the unusable target until its release
 }
 
 void Sequence::ResetInputTexture(const Surface& surface) {

@@ -8,48 +8,49 @@
 class Context;
 class RenderTarget;
 
-// One effect instance inside the engine: its copies of all parameters, the render target of its frames, the
-// texture of its input layer, and the time, extent and origin of the frame at work.
+// The engine's state of one effect instance: its copies of all parameters, the render target of its frames,
+// the texture of its input layer, and the time, extent and origin of the current frame.
+// Threads: a sequence takes no locks and is used only inside the engine's frame lock.
 class Sequence final : public ParametersHolder {
 public:
-    // Host pixels handed to a sequence: four channels, first row on top.
+    // Host pixels: four channels in the order alpha, red, green, blue, rows stored top-down.
     struct Surface {
         std::uint32_t width = 0;
         std::uint32_t height = 0;
-        std::int64_t rowBytes = 0;         // from one row to the next
+        std::int64_t rowBytes = 0;         // row stride in bytes
         std::uint32_t format = 0;          // bits per channel: 8, 16 or 32
         const void* pixels = nullptr;      // not owned
         std::vector<unsigned char> buffer; // when not empty, used instead of `pixels`
     };
 
-    // The registry outlives its sequences.
+    // The registry must outlive its sequences.
     explicit Sequence(Context& owner) : m_Owner(&owner) {}
 
-    // Takes fresh copies of the registry's parameters, discarding all own values.
+    // Replaces the own parameters and their values with copies of the registry's master parameters.
     void Init();
 
-    // Prepares the render target for a frame of the surface's size and format. Time in seconds.
+    // Prepares the render target for a frame of the surface's size and format. The time is in seconds.
     void Reset(const Surface& surface, double time);
 
-    // Uploads the input layer; nothing when the surface has no pixels.
+    // Uploads the input layer. Does nothing when the surface has no pixels.
     void ResetInputTexture(const Surface& surface);
 
-    // RenderTarget::invalid before the first Reset.
+    // Returns RenderTarget::invalid before the first Reset.
     RenderTarget& GetRenderTarget() const;
 
-    // Forgets render target, input texture and time; the entities stay with the registry.
+    // Sets render target, input texture and time to none and 0. The registry keeps the entities.
     void ClearFrame();
 
     unsigned int RenderTargetHandle() const { return m_RenderTarget; }
     unsigned int InputTextureHandle() const { return m_InputTexture; }
     double Time() const { return m_Time; }
 
-    // The frame's extent in pixels; 0 lets the engine take the input's.
+    // Extent of the frame in pixels. A width or height of 0 selects that of the input layer.
     void SetOutputExtent(unsigned int width, unsigned int height);
     unsigned int OutputWidth() const { return m_OutputWidth; }
     unsigned int OutputHeight() const { return m_OutputHeight; }
 
-    // Origin of the input layer in pixels, as the host reports it.
+    // Position of the input layer inside the output in pixels, as the host reports it.
     void SetInputOrigin(int x, int y);
     int InputOriginX() const { return m_InputOriginX; }
     int InputOriginY() const { return m_InputOriginY; }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "drivers/LiveResources.h"
+#include "context/Context.h"
 #include "gpu/ShaderPitcher.h"
 #include "packaging/ScriptScan.h"
 #include "packaging/ShaderErrors.h"
@@ -18,7 +18,7 @@ int CountLines(const std::string& text) {
 
 // The text of a shader that was made from one.
 std::string InlineText(const std::string& name) {
-    for (const Shader* shader : LiveResources<Shader>())
+    for (const Shader* shader : Context::Current().LiveEntities<Shader>())
         if (shader->filePath().empty() && Utils::ToNarrow(shader->name()) == name)
             return shader->source();
     return "";

@@ -48,7 +48,7 @@ ScriptResult InitParam(ScriptCall& call) {
     const unsigned handle = context.InitResource<Parameter>(name, type, label);
     if (handle == 0)
         return ScriptResult::Number(0);
-    Parameter& parameter = context.GetOwnResource<Parameter>(handle); // the current sequence has no copy yet
+    Parameter& parameter = *context.FindOwn<Parameter>(handle); // the current sequence has no copy yet
     if (type == Parameter::LAYER)
         parameter.texture =
             context.InitResource<Texture>(s_PlaceholderSize, s_PlaceholderSize, s_PlaceholderDepth);
