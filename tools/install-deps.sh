@@ -25,6 +25,7 @@ nlohmann-json3-dev    | nlohmann-json
 libopenimageio-dev    | openimageio
 ffmpeg                | ffmpeg
 procps                | -
+python3               | -
 "
 
 column() { awk -F'|' -v n="$1" 'NF == 2 { gsub(/[ \t]/, "", $n); if ($n != "-") print $n }' <<<"$packages" | sort -u; }
