@@ -13,6 +13,7 @@
 #include "drivers/ScriptWatch.h"
 #include "guard/Stage.h"
 #include "packaging/ScriptScan.h"
+#include "parameters/ParameterTraits.h"
 #include "utils/Utils.h"
 
 namespace fxhost {
@@ -107,9 +108,10 @@ private:
         std::size_t count = 0;
         for (unsigned i = 0; i < m_Parameters.size(); ++i) {
             const Parameter& parameter = m_Parameters[i];
-            const bool isSwitch = parameter.type == Parameter::BOOL;
-            if (!isSwitch && parameter.type != Parameter::POPUP)
+            const ParameterTraits& traits = TraitsOf(parameter.type);
+            if (!traits.isInteger())
                 continue;
+            const bool isSwitch = !traits.hasChoices();
             const int first = isSwitch ? 0 : 1;
             const int last = isSwitch ? 1 : static_cast<int>(parameter.choiceCount);
             for (int value = first; value <= last && count < s_MostVariations; ++value, ++count) {

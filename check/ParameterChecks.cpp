@@ -1,6 +1,7 @@
 #include "check/ParameterChecks.h"
 
 #include "packaging/ScriptScan.h"
+#include "parameters/ParameterTraits.h"
 #include "toolkit/ParameterValues.h"
 
 namespace fxhost {
@@ -8,10 +9,6 @@ namespace fxhost {
 namespace {
 
 constexpr std::size_t s_LongestLabel = 31; // bytes that a host keeps of a parameter's name
-
-bool IsPopUp(const Parameter& parameter) {
-    return parameter.type == Parameter::POPUP || parameter.type == Parameter::TEXTURE;
-}
 
 } // namespace
 
@@ -25,7 +22,7 @@ std::vector<Diagnostic> CheckParameters(const std::string& file, const std::stri
         if (parameter.label.size() > s_LongestLabel)
             warn("label \"" + parameter.label + "\" is longer than the " + std::to_string(s_LongestLabel) +
                  " characters that hosts show");
-        if (IsPopUp(parameter) && parameter.choiceCount == 0)
+        if (TraitsOf(parameter.type).hasChoices() && parameter.choiceCount == 0)
             warn("pop-up \"" + parameter.name + "\" has the one entry \"" + parameter.choices +
                  "\", which counts as none; give it two or more");
     }

@@ -1,14 +1,14 @@
 #include "check/UniformWatch.h"
 
 #include <algorithm>
-#include <iterator>
 #include <regex>
 
 #include "check/ShaderText.h"
 #include "context/Context.h"
+#include "gpu/UniformType.h"
 #include "packaging/ScriptScan.h"
+#include "parameters/ParameterTraits.h"
 #include "platform/GL.h"
-#include "toolkit/ParameterValues.h"
 #include "utils/Utils.h"
 
 namespace fxhost {
@@ -17,27 +17,6 @@ namespace {
 
 // A quiet NaN; as an integer a number that no pop-up reaches. NaN differs from everything, so any store wins.
 constexpr std::int32_t s_Unset = 0x7FC0BEEF;
-
-struct UniformKind {
-    GLenum type;
-    const char* name;
-    std::vector<Parameter::Type> fits; // parameter types whose upload suits it
-};
-
-const UniformKind* FindKind(GLenum type) {
-    static const UniformKind kinds[] = {
-        {GL_FLOAT, "float", {Parameter::FLOAT, Parameter::ANGLE}},
-        {GL_FLOAT_VEC2, "vec2", {Parameter::POINT2D}},
-        {GL_FLOAT_VEC3, "vec3", {Parameter::POINT}},
-        {GL_FLOAT_VEC4, "vec4", {Parameter::COLOR}},
-        {GL_BOOL, "bool", {Parameter::BOOL, Parameter::POPUP, Parameter::FLOAT}},
-        {GL_INT, "int", {Parameter::POPUP, Parameter::BOOL}},
-        {GL_SAMPLER_2D, "sampler2D", {Parameter::LAYER}},
-    };
-    const auto found = std::find_if(std::begin(kinds), std::end(kinds),
-                                    [&](const UniformKind& kind) { return kind.type == type; });
-    return found == std::end(kinds) ? nullptr : found;
-}
 
 struct GLUniform {
     std::string name;
@@ -73,8 +52,7 @@ bool IsZero(const Parameter& uniform) {
 
 // Textures start as name 0, which no set texture has; they need no mark.
 bool IsMarkable(const Parameter& uniform) {
-    return uniform.type != Parameter::UNKNOWN && uniform.type != Parameter::LAYER &&
-           uniform.type != Parameter::TEXTURE;
+    return uniform.type != Parameter::UNKNOWN && !TraitsOf(uniform.type).isTexture();
 }
 
 std::string NameOf(const Shader& shader) {
@@ -97,7 +75,7 @@ const Parameter* FindByName(const std::vector<Parameter>& list, const std::strin
 
 // What keeps a uniform from ever being uploaded, or from being uploaded right; empty when nothing does.
 std::string Obstacle(const GLUniform& uniform, const Parameter& record, const Parameter* parameter) {
-    const UniformKind* kind = FindKind(uniform.type);
+    const UniformType* kind = FindUniformType(uniform.type);
     if (uniform.size > 1)
         return "is an array; the engine never uploads arrays";
     if (!kind)
@@ -106,8 +84,8 @@ std::string Obstacle(const GLUniform& uniform, const Parameter& record, const Pa
     if (!parameter)
         return "";
     const std::string both = std::string("is a ") + kind->name +
-                             ", but the parameter of this name is of type " + TypeName(parameter->type);
-    if (std::find(kind->fits.begin(), kind->fits.end(), parameter->type) == kind->fits.end())
+                             ", but the parameter of this name is of type " + TraitsOf(parameter->type).name;
+    if (!kind->takes(parameter->type))
         return both + ", whose value does not reach it";
     if (record.type != parameter->type)
         return both + " and was declared after the shader was loaded, so its value does not reach it; "

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "clips/KeysInternal.h"
+#include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -17,11 +18,6 @@ constexpr unsigned s_Words = 4; // of a parameter's value
 std::string Trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(" \t");
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-bool IsLinear(Parameter::Type type) {
-    return type == Parameter::FLOAT || type == Parameter::ANGLE || type == Parameter::POINT2D ||
-           type == Parameter::POINT || type == Parameter::COLOR;
 }
 
 // Seconds for "12" and "0.5s"; nothing when the text is no time.
@@ -63,7 +59,7 @@ std::vector<std::string> SplitKeys(const std::string& text) {
 
 // A pop-up's entry may look like a key: "16:9".
 bool IsEntry(const std::string& text, const Parameter& parameter) {
-    if (parameter.type != Parameter::POPUP && parameter.type != Parameter::TEXTURE)
+    if (!TraitsOf(parameter.type).hasChoices())
         return false;
     const auto choices = Choices(parameter);
     return std::find(choices.begin(), choices.end(), text) != choices.end();
@@ -83,7 +79,7 @@ Parameter::Value Between(const KeyedParameter::Key& from, const KeyedParameter::
 
 KeyedParameter::KeyedParameter(unsigned index, const Parameter& parameter, std::vector<Key> keys,
                                const std::string& where)
-    : m_Index(index), m_Linear(IsLinear(parameter.type)), m_Keys(std::move(keys)) {
+    : m_Index(index), m_Linear(TraitsOf(parameter.type).isInterpolated()), m_Keys(std::move(keys)) {
     std::stable_sort(m_Keys.begin(), m_Keys.end(),
                      [](const Key& a, const Key& b) { return a.time < b.time; });
     const auto twin = std::adjacent_find(m_Keys.begin(), m_Keys.end(),

@@ -9,6 +9,7 @@
 #include "engine/IPlugin.h"
 #include "guard/Stage.h"
 #include "host/EntryPoint.h"
+#include "parameters/ParameterTraits.h"
 #include "platform/CGL.h"
 #include "platform/GLProblem.h"
 #include "toolkit/Errors.h"
@@ -122,8 +123,8 @@ void HostDriver::listLinkedParameters() {
     std::size_t next = 1;
     for (unsigned i = 0; i < GetPlugin()->getNumParams(); ++i) {
         const Parameter& parameter = GetPlugin()->getParamDesc(i);
-        const bool known = parameter.type > Parameter::UNKNOWN && parameter.type <= Parameter::ANGLE;
-        const bool shown = known && (parameter.flags & Parameter::NotPublished) == 0;
+        const bool shown =
+            TraitsOf(parameter.type).hasControl() && (parameter.flags & Parameter::NotPublished) == 0;
         m_Rows.push_back({parameter, shown ? next++ : 0});
     }
 }

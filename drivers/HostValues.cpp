@@ -1,28 +1,23 @@
 #include "drivers/HostValues.h"
 
-#include <algorithm>
+#include <utility>
+
+#include "host/HostParamType.h"
+#include "parameters/ParameterTraits.h"
 
 namespace fxhost {
 
 namespace {
 
-struct TypeRow {
-    PF_ParamType host;
-    Parameter::Type type;
-};
-constexpr TypeRow s_Types[] = {
-    {PF_Param_FLOAT_SLIDER, Parameter::FLOAT},
-    {PF_Param_POINT_3D, Parameter::POINT},
-    {PF_Param_COLOR, Parameter::COLOR},
-    {PF_Param_LAYER, Parameter::LAYER},
-    {PF_Param_POINT, Parameter::POINT2D},
-    {PF_Param_PATH, Parameter::PATH},
-    {PF_Param_CHECKBOX, Parameter::BOOL},
-    {PF_Param_POPUP, Parameter::POPUP},
-    {PF_Param_GROUP_START, Parameter::GROUP_START},
-    {PF_Param_GROUP_END, Parameter::GROUP_END},
-    {PF_Param_ANGLE, Parameter::ANGLE},
-};
+// The type of parameter that the host's kind of control stands for; pop-ups of textures look like others
+// there.
+Parameter::Type EngineType(PF_ParamType hostType) {
+    for (const auto& row : Adapter::s_HostParamTypes)
+        for (unsigned type = Parameter::ANGLE; row.code == hostType && type > Parameter::UNKNOWN; --type)
+            if (TraitsOf(static_cast<Parameter::Type>(type)).control == row.control)
+                return static_cast<Parameter::Type>(type);
+    return Parameter::UNKNOWN;
+}
 
 template <class Channel>
 void Reverse(Picture& picture) {
@@ -37,19 +32,17 @@ void Reverse(Picture& picture) {
 } // namespace
 
 stricthost::ParamValue ToHostValue(Parameter::Type type, const Parameter::Value& value) {
-    switch (type) {
-    case Parameter::FLOAT:
-    case Parameter::ANGLE:
-        return static_cast<double>(value.Float(0));
-    case Parameter::BOOL:
-    case Parameter::POPUP:
-    case Parameter::TEXTURE:
+    const ParameterTraits& traits = TraitsOf(type);
+    if (traits.isInteger() || traits.hasChoices())
         return static_cast<int>(value.Int(0));
-    case Parameter::POINT2D:
+    switch (traits.components) {
+    case 1:
+        return static_cast<double>(value.Float(0));
+    case 2:
         return stricthost::PointValue{value.Float(0), value.Float(1)};
-    case Parameter::POINT:
+    case 3:
         return stricthost::Point3DValue{value.Float(0), value.Float(1), value.Float(2)};
-    case Parameter::COLOR:
+    case 4:
         return stricthost::ColorValue{value.Float(0), value.Float(1), value.Float(2), value.Float(3)};
     default:
         return {};
@@ -57,9 +50,7 @@ stricthost::ParamValue ToHostValue(Parameter::Type type, const Parameter::Value&
 }
 
 Parameter DescribeParam(const stricthost::PublishedParam& param) {
-    const auto* const row = std::find_if(std::begin(s_Types), std::end(s_Types),
-                                         [&](const TypeRow& type) { return type.host == param.type; });
-    Parameter parameter(param.label, row != std::end(s_Types) ? row->type : Parameter::UNKNOWN, param.label);
+    Parameter parameter(param.label, EngineType(param.type), param.label);
     parameter.min.SetFloat(0, static_cast<float>(param.validMin));
     parameter.max.SetFloat(0, static_cast<float>(param.validMax));
     parameter.choices.clear();

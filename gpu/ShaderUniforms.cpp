@@ -1,37 +1,21 @@
 // The part of Shader that turns uniforms into parameters and uploads them.
 
 #include <cstdio>
-#include <iterator>
 #include <string_view>
 
 #include "gpu/Shader.h"
+#include "gpu/UniformType.h"
+#include "parameters/ParameterTraits.h"
 #include "platform/GL.h"
 
 namespace {
 
 constexpr GLsizei s_MaxNameLength = 128; // with the terminating zero
 
-struct TypeRow {
-    GLenum glType;
-    Parameter::Type type;
-};
-constexpr TypeRow s_Types[] = {
-    {GL_FLOAT, Parameter::FLOAT},      {GL_FLOAT_VEC2, Parameter::POINT2D}, {GL_FLOAT_VEC3, Parameter::POINT},
-    {GL_FLOAT_VEC4, Parameter::COLOR}, {GL_BOOL, Parameter::BOOL},          {GL_INT, Parameter::POPUP},
-    {GL_SAMPLER_2D, Parameter::LAYER},
-};
-
 constexpr std::string_view s_EngineSupplied[] = {"sInput0", "resolution", "time", "_height_"};
 
 // Both spellings are in use; %d is the texture unit.
 constexpr const char* s_TextureParameterNames[] = {"s_Texture%dParams", "Texture%dParams"};
-
-Parameter::Type TypeOf(GLenum glType) {
-    for (const TypeRow& row : s_Types)
-        if (row.glType == glType)
-            return row.type;
-    return Parameter::UNKNOWN;
-}
 
 bool IsEngineSupplied(const std::string& name) {
     for (const std::string_view known : s_EngineSupplied)
@@ -86,8 +70,9 @@ Parameter Shader::describeUniform(unsigned index) {
     if (size >= 2) {
         m_ErrorText = "Shader parameter arrays are not supported!";
     } else {
-        parameter.type = TypeOf(glType);
-        if (parameter.type == Parameter::UNKNOWN)
+        const UniformType* const known = FindUniformType(glType);
+        parameter.type = known ? known->type : Parameter::UNKNOWN;
+        if (!known)
             m_ErrorText = "Unknown shader parameter!";
     }
     parameter.engineSupplied = IsEngineSupplied(parameter.name);
@@ -109,31 +94,19 @@ void Shader::applyParameters() {
 }
 
 void Shader::applyNumbers(const Parameter& parameter) {
+    const ParameterTraits& traits = TraitsOf(parameter.type);
     const GLint location = parameter.uniformLocation;
     const auto* floats = static_cast<const GLfloat*>(parameter.value.Data());
-    switch (parameter.type) {
-    case Parameter::FLOAT:
-    case Parameter::ANGLE:
-        glUniform1f(location, parameter.value.Float(0));
-        break;
-    case Parameter::POINT2D:
+    if (traits.isInteger())
+        glUniform1i(location, parameter.value.Int(0));
+    else if (traits.components == 1)
+        glUniform1fv(location, 1, floats);
+    else if (traits.components == 2)
         glUniform2fv(location, 1, floats);
-        break;
-    case Parameter::POINT:
+    else if (traits.components == 3)
         glUniform3fv(location, 1, floats);
-        break;
-    case Parameter::COLOR:
+    else if (traits.components == 4)
         glUniform4fv(location, 1, floats);
-        break;
-    case Parameter::BOOL:
-    case Parameter::POPUP: {
-        const GLint number = parameter.value.Int(0);
-        glUniform1iv(location, 1, &number);
-        break;
-    }
-    default: // textures, and nothing that a uniform could take
-        break;
-    }
 }
 
 void Shader::applyTexture(const Parameter& parameter) {

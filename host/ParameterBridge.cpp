@@ -2,6 +2,7 @@
 
 #include "engine/IPlugin.h"
 #include "host/HostState.h"
+#include "parameters/ParameterTraits.h"
 
 namespace Adapter {
 
@@ -31,7 +32,7 @@ private:
 };
 
 bool NeedsPixels(Parameter::Type type) {
-    return type == Parameter::LAYER || type == Parameter::TEXTURE || type == Parameter::PATH;
+    return TraitsOf(type).isTexture() || type == Parameter::PATH;
 }
 
 bool IsPushed(const Parameter& parameter, bool forRender) {

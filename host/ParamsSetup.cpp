@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 #include "AE_EffectSuites.h"
 #include "AE_EffectUI.h"
@@ -7,6 +9,7 @@
 #include "host/Commands.h"
 #include "host/FixedPoint.h"
 #include "host/HostKind.h"
+#include "host/HostParamType.h"
 #include "host/HostState.h"
 #include "host/ParamName.h"
 #include "host/Suites.h"
@@ -97,24 +100,23 @@ void FillAngle(const Parameter& source, PF_ParamDef& def) {
 // How an engine parameter is shown. The rows stand in the order of the engine's type codes, from FLOAT on.
 struct PublicationRow {
     Parameter::Type engineType;
-    PF_ParamType hostType;
     PF_ParamFlags flags;
     void (*fill)(const Parameter& source, PF_ParamDef& def);
     A_long* firstIndex; // null: not kept
 };
 constexpr PublicationRow s_Publications[] = {
-    {Parameter::FLOAT, PF_Param_FLOAT_SLIDER, s_SupervisedCollapsed, FillFloat, &s_ParamsStart},
-    {Parameter::POINT, PF_Param_POINT_3D, 0, FillPoint3D, &s_PointsStart},
-    {Parameter::COLOR, PF_Param_COLOR, s_SupervisedCollapsed, FillColor, &s_ColorsStart},
-    {Parameter::LAYER, PF_Param_LAYER, s_Supervised, FillLayer, &s_LayersStart},
-    {Parameter::POINT2D, PF_Param_POINT, s_SupervisedCollapsed, FillPoint2D, &s_Points2Start},
-    {Parameter::TEXTURE, PF_Param_POPUP, s_Supervised, FillTexture, &s_TextureStart},
-    {Parameter::PATH, PF_Param_PATH, s_Supervised, FillPath, &s_PathsStart},
-    {Parameter::BOOL, PF_Param_CHECKBOX, s_Supervised, FillBool, &s_BoolsStart},
-    {Parameter::POPUP, PF_Param_POPUP, s_Supervised, FillPopup, &s_PopupsStart},
-    {Parameter::GROUP_START, PF_Param_GROUP_START, 0, FillNothing, nullptr},
-    {Parameter::GROUP_END, PF_Param_GROUP_END, 0, FillNothing, nullptr},
-    {Parameter::ANGLE, PF_Param_ANGLE, s_SupervisedCollapsed, FillAngle, &s_AngleStart},
+    {Parameter::FLOAT, s_SupervisedCollapsed, FillFloat, &s_ParamsStart},
+    {Parameter::POINT, 0, FillPoint3D, &s_PointsStart},
+    {Parameter::COLOR, s_SupervisedCollapsed, FillColor, &s_ColorsStart},
+    {Parameter::LAYER, s_Supervised, FillLayer, &s_LayersStart},
+    {Parameter::POINT2D, s_SupervisedCollapsed, FillPoint2D, &s_Points2Start},
+    {Parameter::TEXTURE, s_Supervised, FillTexture, &s_TextureStart},
+    {Parameter::PATH, s_Supervised, FillPath, &s_PathsStart},
+    {Parameter::BOOL, s_Supervised, FillBool, &s_BoolsStart},
+    {Parameter::POPUP, s_Supervised, FillPopup, &s_PopupsStart},
+    {Parameter::GROUP_START, 0, FillNothing, nullptr},
+    {Parameter::GROUP_END, 0, FillNothing, nullptr},
+    {Parameter::ANGLE, s_SupervisedCollapsed, FillAngle, &s_AngleStart},
 };
 
 const PublicationRow* FindPublication(Parameter::Type type) {
@@ -124,10 +126,17 @@ const PublicationRow* FindPublication(Parameter::Type type) {
     return nullptr;
 }
 
+PF_ParamType HostType(Parameter::Type type) {
+    const ParameterTraits::Control control = TraitsOf(type).control;
+    return std::find_if(std::begin(s_HostParamTypes), std::prev(std::end(s_HostParamTypes)),
+                        [&](const HostParamType& row) { return row.control == control; })
+        ->code;
+}
+
 PF_Err AddToHost(Call& call, const PublicationRow& row, const Parameter& source) {
     PF_ParamDef def = {};
     def.uu.id = call.out->num_params + 2;
-    def.param_type = row.hostType;
+    def.param_type = HostType(row.engineType);
     def.flags = row.flags;
     if (row.engineType != Parameter::GROUP_END)
         call.in->utils->ansi.strcpy(def.PF_DEF_NAME,

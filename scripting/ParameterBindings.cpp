@@ -1,4 +1,5 @@
 #include "context/Context.h"
+#include "parameters/ParameterTraits.h"
 #include "scripting/Bindings.h"
 
 namespace {
@@ -8,31 +9,6 @@ Parameter& FindParameter(std::uint32_t handle) {
     if ((handle & Context::TagMask) != Parameter::Tag)
         return Parameter::invalid;
     return Context::Current().GetResource<Parameter>(handle);
-}
-
-// How many floats a value of the type has in the script; 0 for types that are no floats.
-unsigned FloatCount(Parameter::Type type) {
-    switch (type) {
-    case Parameter::FLOAT:
-    case Parameter::ANGLE:
-        return 1;
-    case Parameter::POINT2D:
-        return 2;
-    case Parameter::POINT:
-        return 3;
-    case Parameter::COLOR:
-        return 4;
-    default:
-        return 0;
-    }
-}
-
-bool IsTextureKind(Parameter::Type type) {
-    return type == Parameter::LAYER || type == Parameter::TEXTURE;
-}
-
-bool IsIntegerKind(Parameter::Type type) {
-    return type == Parameter::BOOL || type == Parameter::POPUP;
 }
 
 constexpr unsigned s_PlaceholderSize = 2; // a layer's texture until the host uploads pixels
@@ -61,7 +37,8 @@ ScriptResult GetParamValue(ScriptCall& call) {
     if (parameter.handle == 0)
         return ScriptResult::Bool(false);
     const Parameter::Value& value = parameter.value;
-    switch (FloatCount(parameter.type)) {
+    const ParameterTraits& traits = TraitsOf(parameter.type);
+    switch (traits.components) {
     case 1:
         return ScriptResult::Number(value.Float(0));
     case 2:
@@ -73,9 +50,9 @@ ScriptResult GetParamValue(ScriptCall& call) {
     default:
         break;
     }
-    if (IsTextureKind(parameter.type))
+    if (traits.isTexture())
         return ScriptResult::Number(static_cast<std::int32_t>(parameter.texture));
-    if (IsIntegerKind(parameter.type))
+    if (traits.isInteger())
         return ScriptResult::Number(value.Int(0));
     return ScriptResult::FirstArgument(); // paths, groups and unknown types carry no value
 }
@@ -85,27 +62,25 @@ ScriptResult SetParamValue(ScriptCall& call) {
     const Parameter& described = FindParameter(handle);
     if (described.handle == 0)
         return ScriptResult::Bool(false);
-    const Parameter::Type type = described.type;
-    const unsigned floats = FloatCount(type);
-    const bool isInteger = IsTextureKind(type) || IsIntegerKind(type);
-    if ((floats > 1 && !call.IsArray(1)) || (floats == 0 && !isInteger))
+    const ParameterTraits& traits = TraitsOf(described.type);
+    if ((traits.isArray() && !call.IsArray(1)) || traits.content == ParameterTraits::Content::None)
         return ScriptResult::Bool(true);
     float numbers[4] = {};
     int integer = 0;
-    if (floats > 1)
-        call.Floats(1, numbers, floats);
-    else if (floats == 1)
+    if (traits.isArray())
+        call.Floats(1, numbers, traits.components);
+    else if (traits.isFloat())
         numbers[0] = call.Float(1);
     else
         integer = call.Int(1);
     Parameter& parameter = FindParameter(handle);
     if (parameter.handle == 0)
         return ScriptResult::Bool(false);
-    for (unsigned i = 0; i < floats; ++i)
+    for (unsigned i = 0; i < traits.components; ++i)
         parameter.value.SetFloat(i, numbers[i]);
-    if (IsTextureKind(type))
+    if (traits.isTexture())
         parameter.texture = static_cast<std::uint32_t>(integer);
-    else if (isInteger)
+    else if (traits.isInteger())
         parameter.value.SetInt(0, integer);
     return ScriptResult::Bool(true);
 }

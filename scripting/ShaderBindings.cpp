@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "context/Context.h"
+#include "parameters/ParameterTraits.h"
 #include "scripting/Bindings.h"
 #include "scripting/TextureSource.h"
 
@@ -84,7 +85,7 @@ ScriptResult RenderShader(ScriptCall& call) {
 // What SV_setShaderParamVal stores. Each function returns quietly where the uniform is of another type.
 
 void StoreNumber(Parameter& uniform, float number) {
-    if ((uniform.type != Parameter::FLOAT && uniform.type != Parameter::ANGLE) || number == s_Unchanged)
+    if (TraitsOf(uniform.type).components != 1 || number == s_Unchanged)
         return;
     uniform.changed = number != uniform.value.Float(0); // NaN on either side counts as different
     if (uniform.changed)
@@ -100,26 +101,12 @@ void StoreNumbers(Parameter& uniform, const float* numbers, unsigned count) {
 }
 
 void StoreInteger(Parameter& uniform, std::int32_t number) {
-    const bool isInteger = uniform.type == Parameter::BOOL || uniform.type == Parameter::POPUP;
+    const bool isInteger = TraitsOf(uniform.type).isInteger();
     if (uniform.type != Parameter::LAYER && !(isInteger && number != s_UnchangedInteger))
         return;
     uniform.changed = number != uniform.value.Int(0);
     if (uniform.changed)
         uniform.value.SetInt(0, number);
-}
-
-// How many numbers a uniform of the type takes as an array; 0 for other types.
-unsigned ArrayLength(Parameter::Type type) {
-    switch (type) {
-    case Parameter::POINT2D:
-        return 2;
-    case Parameter::POINT:
-        return 3;
-    case Parameter::COLOR:
-        return 4;
-    default:
-        return 0;
-    }
 }
 
 ScriptResult SetShaderParamVal(ScriptCall& call) {
@@ -129,20 +116,20 @@ ScriptResult SetShaderParamVal(ScriptCall& call) {
     if (!described || !name)
         return ScriptResult::Bool(false);
     const Parameter::Type type = described->getParameterInfo(name).type;
-    const unsigned length = ArrayLength(type);
+    const ParameterTraits& traits = TraitsOf(type);
 
     // Reading the value can run script code, so the shader is looked up again afterwards.
     float numbers[4] = {};
     std::int32_t integer = 0;
-    if (length != 0) {
+    if (traits.isArray()) {
         if (!call.IsArray(2))
             return ScriptResult::Bool(true);
-        call.Floats(2, numbers, length);
-    } else if (type == Parameter::FLOAT || type == Parameter::ANGLE) {
+        call.Floats(2, numbers, traits.components);
+    } else if (traits.isFloat()) {
         numbers[0] = call.Float(2);
-    } else if (type == Parameter::LAYER || type == Parameter::TEXTURE) {
+    } else if (traits.isTexture()) {
         integer = static_cast<std::int32_t>(TextureNameOf(call.Handle(2)));
-    } else if (type == Parameter::BOOL || type == Parameter::POPUP) {
+    } else if (traits.isInteger()) {
         integer = TruncateToInt(call.Number(2));
     } else {
         return ScriptResult::Bool(true);
@@ -152,10 +139,10 @@ ScriptResult SetShaderParamVal(ScriptCall& call) {
     Parameter* const uniform = shader ? FindUniform(*shader, name) : nullptr;
     if (!uniform)
         return ScriptResult::Bool(true);
-    if (length != 0) {
+    if (traits.isArray()) {
         if (uniform->type == type)
-            StoreNumbers(*uniform, numbers, length);
-    } else if (type == Parameter::FLOAT || type == Parameter::ANGLE) {
+            StoreNumbers(*uniform, numbers, traits.components);
+    } else if (traits.isFloat()) {
         StoreNumber(*uniform, numbers[0]);
     } else {
         StoreInteger(*uniform, integer);

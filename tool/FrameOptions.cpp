@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
 
@@ -69,8 +70,8 @@ std::vector<LayerInput> ReadLayers(const std::vector<std::string>& assignments,
         const auto [name, path] = SplitAssignment("--layer", text);
         const unsigned index = FindParameter("--layer", name, parameters);
         if (parameters[index].type != Parameter::LAYER)
-            throw WrongUse("--layer " + text + ": \"" + name + "\" is a " + TypeName(parameters[index].type) +
-                           ", not a layer; use --param");
+            throw WrongUse("--layer " + text + ": \"" + name + "\" is a " +
+                           TraitsOf(parameters[index].type).name + ", not a layer; use --param");
         layers.push_back({index, ReadPicture(path, depth)});
     }
     return layers;

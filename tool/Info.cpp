@@ -2,6 +2,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "parameters/ParameterTraits.h"
 #include "tool/Commands.h"
 #include "tool/Session.h"
 #include "toolkit/Errors.h"
@@ -17,10 +18,6 @@ struct InfoOptions {
     bool json = false;
 };
 
-bool HasChoices(const Parameter& parameter) {
-    return parameter.type == Parameter::POPUP || parameter.type == Parameter::TEXTURE;
-}
-
 std::string Version(const EffectInfo& info) {
     return std::to_string(info.major) + "." + std::to_string(info.minor) + "." + std::to_string(info.build);
 }
@@ -29,7 +26,7 @@ std::string Version(const EffectInfo& info) {
 Json DefaultOf(const Parameter& parameter) {
     if (parameter.type == Parameter::BOOL)
         return parameter.value.Int(0) != 0;
-    if (HasChoices(parameter))
+    if (TraitsOf(parameter.type).hasChoices())
         return parameter.value.Int(0);
     const std::vector<double> numbers = HostDefault(parameter);
     if (numbers.empty())
@@ -40,7 +37,7 @@ Json DefaultOf(const Parameter& parameter) {
 Json Describe(const Parameter& parameter) {
     Json described = {{"name", parameter.name},
                       {"label", parameter.label},
-                      {"type", TypeName(parameter.type)},
+                      {"type", TraitsOf(parameter.type).name},
                       {"shown", !(parameter.flags & Parameter::NotPublished)},
                       {"enabled", !(parameter.flags & Parameter::Disabled)},
                       {"default", DefaultOf(parameter)}};
@@ -51,7 +48,7 @@ Json Describe(const Parameter& parameter) {
     }
     if (parameter.type == Parameter::POINT2D)
         described["defaultUnit"] = "percent of the layer";
-    if (HasChoices(parameter))
+    if (TraitsOf(parameter.type).hasChoices())
         described["choices"] = Choices(parameter);
     return described;
 }
@@ -73,7 +70,7 @@ std::string Details(const Parameter& parameter) {
                       static_cast<double>(parameter.max.Float(0)));
         details = range;
     }
-    if (HasChoices(parameter)) {
+    if (TraitsOf(parameter.type).hasChoices()) {
         const auto choices = Choices(parameter);
         for (std::size_t i = 0; i < choices.size(); ++i)
             details += std::to_string(i + 1) + " " + choices[i] + ", ";
@@ -98,7 +95,7 @@ void PrintText(const EffectInfo& info, const std::vector<Parameter>& parameters)
         if (parameter.flags & Parameter::NotPublished)
             continue;
         std::printf("%*s%-16s %-24s %-14s %s\n", depth * 2, "", parameter.name.c_str(),
-                    parameter.label.c_str(), TypeName(parameter.type), Details(parameter).c_str());
+                    parameter.label.c_str(), TraitsOf(parameter.type).name, Details(parameter).c_str());
         if (parameter.type == Parameter::GROUP_START)
             ++depth;
     }

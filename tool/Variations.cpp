@@ -2,15 +2,12 @@
 
 #include <sstream>
 
+#include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
 
 namespace {
-
-bool HasCommas(Parameter::Type type) {
-    return type == Parameter::POINT || type == Parameter::POINT2D || type == Parameter::COLOR;
-}
 
 std::string Trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(" \t");
@@ -23,7 +20,8 @@ Variation ParseVariation(const std::string& text, const std::vector<Parameter>& 
     const auto [name, values] = SplitAssignment("--vary", text);
     const unsigned index = FindParameter("--vary", name, parameters);
     Variation variation{name, {}, {}};
-    const bool bySemicolon = HasCommas(parameters[index].type) || values.find(';') != std::string::npos;
+    const bool bySemicolon =
+        TraitsOf(parameters[index].type).isArray() || values.find(';') != std::string::npos;
     std::istringstream parts(values);
     for (std::string part; std::getline(parts, part, bySemicolon ? ';' : ',');) {
         variation.texts.push_back(Trimmed(part));

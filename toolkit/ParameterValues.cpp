@@ -7,42 +7,35 @@
 #include <iterator>
 #include <optional>
 
+#include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
 
 namespace {
 
-enum class Form { None, Layer, Numbers, Switch, Choice };
+using Control = ParameterTraits::Control;
 
-struct TypeRow {
-    const char* name;
-    Form form;
-    unsigned atLeast; // numbers that a value needs
+// How many numbers a value needs and what it looks like. An alpha that is left out is 1.
+struct ValueSyntax {
+    Control control;
+    unsigned atLeast;
     unsigned atMost;
-    const char* shape; // what a value looks like
+    const char* shape;
+};
+constexpr ValueSyntax s_Syntaxes[] = {
+    {Control::Slider, 1, 1, "one number"},
+    {Control::Point3D, 3, 3, "three numbers: x,y,z"},
+    {Control::Color, 3, 4, "three or four numbers from 0 to 1: red,green,blue or red,green,blue,alpha"},
+    {Control::Point2D, 2, 2, "two numbers in pixels: x,y"},
+    {Control::CheckBox, 0, 0, "on or off"},
+    {Control::Angle, 1, 1, "one number, in degrees"},
 };
 
-// By Parameter::Type.
-constexpr TypeRow s_Types[] = {
-    {"unknown", Form::None, 0, 0, ""},
-    {"slider", Form::Numbers, 1, 1, "one number"},
-    {"3-D point", Form::Numbers, 3, 3, "three numbers: x,y,z"},
-    {"colour", Form::Numbers, 3, 4,
-     "three or four numbers from 0 to 1: red,green,blue or red,green,blue,alpha"},
-    {"layer", Form::Layer, 0, 0, ""},
-    {"2-D point", Form::Numbers, 2, 2, "two numbers in pixels: x,y"},
-    {"texture pop-up", Form::Choice, 0, 0, "a number from 1 or an entry's text"},
-    {"path", Form::None, 0, 0, ""},
-    {"check box", Form::Switch, 0, 0, "on or off"},
-    {"pop-up", Form::Choice, 0, 0, "a number from 1 or an entry's text"},
-    {"group start", Form::None, 0, 0, ""},
-    {"group end", Form::None, 0, 0, ""},
-    {"angle", Form::Numbers, 1, 1, "one number, in degrees"},
-};
-
-const TypeRow& Row(Parameter::Type type) {
-    return type < std::size(s_Types) ? s_Types[type] : s_Types[0];
+const ValueSyntax& SyntaxOf(const Parameter& parameter) {
+    const Control control = TraitsOf(parameter.type).control;
+    return *std::find_if(std::begin(s_Syntaxes), std::prev(std::end(s_Syntaxes)),
+                         [&](const ValueSyntax& syntax) { return syntax.control == control; });
 }
 
 std::string Quoted(const std::string& text) {
@@ -54,7 +47,7 @@ std::string ShownName(const Parameter& parameter) {
 }
 
 [[noreturn]] void Refuse(const Parameter& parameter, const std::string& text, const std::string& expected) {
-    throw WrongUse("parameter " + Quoted(ShownName(parameter)) + " (" + TypeName(parameter.type) +
+    throw WrongUse("parameter " + Quoted(ShownName(parameter)) + " (" + TraitsOf(parameter.type).name +
                    "): " + Quoted(text) + " given, " + expected + " expected");
 }
 
@@ -92,7 +85,7 @@ std::string Text(double number) {
 }
 
 Parameter::Value ParseNumbers(const std::string& text, const Parameter& parameter) {
-    const TypeRow& row = Row(parameter.type);
+    const ValueSyntax& row = SyntaxOf(parameter);
     const auto parts = Split(text, ',');
     if (parts.size() < row.atLeast || parts.size() > row.atMost)
         Refuse(parameter, text, row.shape);
@@ -119,7 +112,7 @@ Parameter::Value ParseSwitch(const std::string& text, const Parameter& parameter
                            [&](const char* word) { return text == word; });
     };
     if (!among(on) && !among(off))
-        Refuse(parameter, text, Row(parameter.type).shape);
+        Refuse(parameter, text, SyntaxOf(parameter).shape);
     Parameter::Value value;
     value.SetInt(0, among(on) ? 1 : 0);
     return value;
@@ -148,8 +141,8 @@ Parameter::Value ParseChoice(const std::string& text, const Parameter& parameter
 }
 
 bool IsShown(const Parameter& parameter) {
-    const Form form = Row(parameter.type).form;
-    return form != Form::None && !(parameter.flags & Parameter::NotPublished);
+    const bool isValue = TraitsOf(parameter.type).content != ParameterTraits::Content::None;
+    return isValue && !(parameter.flags & Parameter::NotPublished);
 }
 
 } // namespace
@@ -182,29 +175,22 @@ ParameterSetting ParseSetting(const std::string& assignment, const std::vector<P
 }
 
 Parameter::Value ParseValue(const std::string& text, const Parameter& parameter) {
-    switch (Row(parameter.type).form) {
-    case Form::Numbers:
+    const ParameterTraits& traits = TraitsOf(parameter.type);
+    if (traits.isFloat())
         return ParseNumbers(text, parameter);
-    case Form::Switch:
-        return ParseSwitch(text, parameter);
-    case Form::Choice:
+    if (traits.hasChoices())
         return ParseChoice(text, parameter);
-    case Form::Layer:
+    if (traits.isInteger())
+        return ParseSwitch(text, parameter);
+    if (traits.isTexture())
         throw WrongUse("parameter " + Quoted(ShownName(parameter)) +
                        " is a layer: give its picture with --layer " + ShownName(parameter) + "=IMAGE");
-    case Form::None:
-        break;
-    }
-    throw WrongUse("parameter " + Quoted(ShownName(parameter)) + " is a " + TypeName(parameter.type) +
+    throw WrongUse("parameter " + Quoted(ShownName(parameter)) + " is a " + TraitsOf(parameter.type).name +
                    " and takes no value");
 }
 
 std::vector<std::string> Choices(const Parameter& parameter) {
     return Split(parameter.choices, '|');
-}
-
-const char* TypeName(Parameter::Type type) {
-    return Row(type).name;
 }
 
 std::vector<double> HostDefault(const Parameter& parameter) {
@@ -234,21 +220,15 @@ std::vector<double> HostDefault(const Parameter& parameter) {
 }
 
 std::string DefaultText(const Parameter& parameter) {
-    switch (Row(parameter.type).form) {
-    case Form::Numbers: {
-        std::string text;
-        for (const double number : HostDefault(parameter))
-            text +=
-                (text.empty() ? "" : ",") + Text(number) + (parameter.type == Parameter::POINT2D ? "%" : "");
-        return text;
-    }
-    case Form::Switch:
-        return parameter.value.Int(0) ? "on" : "off";
-    case Form::Choice:
+    const ParameterTraits& traits = TraitsOf(parameter.type);
+    if (traits.hasChoices())
         return std::to_string(parameter.value.Int(0));
-    default:
-        return "";
-    }
+    if (traits.isInteger())
+        return parameter.value.Int(0) ? "on" : "off";
+    std::string text;
+    for (const double number : HostDefault(parameter))
+        text += (text.empty() ? "" : ",") + Text(number) + (parameter.type == Parameter::POINT2D ? "%" : "");
+    return text;
 }
 
 } // namespace fxhost

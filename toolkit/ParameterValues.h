@@ -37,9 +37,6 @@ Parameter::Value ParseValue(const std::string& text, const Parameter& parameter)
 // The entries of a pop-up.
 std::vector<std::string> Choices(const Parameter& parameter);
 
-// "slider", "2-D point", "pop-up", ...; what an error calls the type, and what `info` prints.
-const char* TypeName(Parameter::Type type);
-
 // The numbers that a host starts a slider, angle, point or colour with, which is not always what the script
 // declared: colours are bytes there (here 0 to 1 again), 2-D points percent of the layer, and the z of 3-D
 // points is their y. Empty for other types.
