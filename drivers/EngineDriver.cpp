@@ -111,11 +111,10 @@ void EngineDriver::setValues(const FrameRequest& request) {
 
 Picture EngineDriver::render(const FrameRequest& request) {
     const Picture& input = request.input;
-    StageSpan span(Stage::PreRender);
     const FrameLock lock(m_Engine);
+    StageSpan span(Stage::PreRender, &m_OnStage);
     m_Engine.setSequenceData(m_Sequence);
     m_Engine.setCompositionSize(input.width, input.height, 1);
-    step(FrameStep::PreRender);
     setValues(request);
     unsigned width = input.width, height = input.height;
     m_Engine.preRender(input.width, input.height, width, height);
@@ -128,36 +127,28 @@ Picture EngineDriver::render(const FrameRequest& request) {
                             static_cast<int>(height / 2) - static_cast<int>(input.height / 2));
     m_Engine.begin(true);
     span.next(Stage::Upload);
-    step(FrameStep::Upload);
     for (const LayerInput& layer : request.layers)
         m_Engine.grabIntoTexture(layer.index, Writable(layer.picture), layer.picture.width,
                                  layer.picture.height, layer.picture.depth,
                                  static_cast<long>(layer.picture.RowBytes()));
     m_Engine.grabIntoTexture(IPlugin::InputLayer, Writable(input), input.width, input.height, input.depth,
                              static_cast<long>(input.RowBytes()));
-    span.next(Stage::Draw);
-    step(FrameStep::Script);
+    span.next(Stage::Script);
     m_Engine.render(request.time, width, height, input.depth, 1);
-    step(FrameStep::Draw);
+    span.next(Stage::Draw);
     span.next(Stage::ReadBack);
-    step(FrameStep::ReadBack);
-    Picture picture = result(width, height, input.depth);
+    Picture picture = result(width, height, input.depth, span);
     m_Engine.end();
-    step(FrameStep::Done);
+    span.next(Stage::Idle);
     return picture;
 }
 
-void EngineDriver::step(FrameStep begins) {
-    if (m_OnStep)
-        m_OnStep(begins);
-}
-
-Picture EngineDriver::result(unsigned width, unsigned height, unsigned depth) {
+Picture EngineDriver::result(unsigned width, unsigned height, unsigned depth, StageSpan& span) {
     Picture picture(width, height, depth); // before anything is mapped: it may be too large
     void* pixels = m_Engine.grabResultBegin();
     if (!pixels)
         throw EffectFailure("the engine has no picture of this frame (out of graphics memory?)");
-    step(FrameStep::CopyOut);
+    span.next(Stage::CopyOut);
     const std::size_t rowBytes = picture.RowBytes();
     for (unsigned y = 0; y < height; ++y) { // the last row comes first
         const auto* from = static_cast<const std::uint8_t*>(pixels) + y * rowBytes;

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "drivers/FrameSteps.h"
+#include "guard/Stage.h"
 #include "packaging/EffectSource.h"
 #include "toolkit/FrameRenderer.h"
 
@@ -35,19 +35,17 @@ public:
     void updateUI();
     // Runs `work` with the frame lock held and the engine's GL context current.
     void whileLocked(const std::function<void()>& work);
-    // Is told of every step of every frame as it begins, with the engine's GL context current.
-    void onStep(std::function<void(FrameStep)> listener) { m_OnStep = std::move(listener); }
+    // The listener is called as each stage of each frame begins, with the engine's GL context current.
+    void onStage(StageListener listener) { m_OnStage = std::move(listener); }
     // The collected shader errors in the engine's form; empty when all shaders compiled.
     std::string shaderErrors();
 
 private:
     void setValues(const FrameRequest& request);
-    Picture result(unsigned width, unsigned height, unsigned depth);
-
-    void step(FrameStep begins);
+    Picture result(unsigned width, unsigned height, unsigned depth, StageSpan& span);
 
     IPlugin& m_Engine;
-    std::function<void(FrameStep)> m_OnStep;
+    StageListener m_OnStage;
     void* m_Sequence = nullptr;
 };
 

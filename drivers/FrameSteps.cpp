@@ -6,10 +6,18 @@
 
 namespace fxhost {
 
-const char* StepName(FrameStep step) {
-    constexpr const char* names[] = {"preRender", "upload",   "script", "draw",
-                                     "read-back", "copy-out", "done"};
-    return names[static_cast<std::size_t>(step)];
+namespace {
+
+// Index in TimedStages, whose stages follow one another in the enumeration.
+std::size_t IndexOf(Stage stage) {
+    return static_cast<std::size_t>(stage) - static_cast<std::size_t>(TimedStages.front());
+}
+
+} // namespace
+
+const char* TimedStageName(Stage stage) {
+    constexpr const char* names[] = {"preRender", "upload", "script", "draw", "read-back", "copy-out"};
+    return names[IndexOf(stage)];
 }
 
 Spread SpreadOf(std::vector<double> values) {
@@ -21,20 +29,24 @@ Spread SpreadOf(std::vector<double> values) {
     return {median, values[tenth], values[last - tenth]};
 }
 
-void FrameStepTimer::begin(FrameStep step) {
-    if (step != FrameStep::Draw) // which is the time that this waits
+const std::vector<double>& FrameStepTimer::times(Stage stage) const {
+    return m_Times[IndexOf(stage)];
+}
+
+void FrameStepTimer::begin(Stage stage) {
+    if (stage != Stage::Draw) // This wait is what Stage::Draw measures.
         glFinish();
     const auto now = Clock::now();
     const auto since = [&](Clock::time_point start) {
         return std::chrono::duration<double, std::milli>(now - start).count();
     };
-    if (step == FrameStep::PreRender)
+    if (stage == Stage::PreRender)
         m_FrameSince = now;
-    else if (m_Step != FrameStep::Done)
-        m_Times[static_cast<std::size_t>(m_Step)].push_back(since(m_Since));
-    if (step == FrameStep::Done)
+    else if (m_Stage != Stage::Idle)
+        m_Times[IndexOf(m_Stage)].push_back(since(m_Since));
+    if (stage == Stage::Idle)
         m_Frames.push_back(since(m_FrameSince));
-    m_Step = step;
+    m_Stage = stage;
     m_Since = now;
 }
 

@@ -4,38 +4,41 @@
 #include <chrono>
 #include <vector>
 
+#include "guard/Stage.h"
+
 namespace fxhost {
 
-// The steps of one frame, in their order.
-enum class FrameStep { PreRender, Upload, Script, Draw, ReadBack, CopyOut, Done };
-constexpr std::size_t FrameStepCount = 6; // without Done
+// The stages that are measured, in the order in which a frame passes them.
+constexpr std::array<Stage, 6> TimedStages = {Stage::PreRender, Stage::Upload,   Stage::Script,
+                                              Stage::Draw,      Stage::ReadBack, Stage::CopyOut};
 
-// "preRender", "upload", "script", "draw", "read-back", "copy-out".
-const char* StepName(FrameStep step);
+// Column of a measured stage in a report: "preRender", "upload", "script", "draw", "read-back", "copy-out".
+const char* TimedStageName(Stage stage);
 
 struct Spread {
     double median = 0, low = 0, high = 0; // low and high hold all but a tenth of the values at either end
 };
 Spread SpreadOf(std::vector<double> values);
 
-// Takes the time of every step of every frame. GL works behind the caller's back, so it is waited for where a
-// step ends; "draw" is just what the GPU still does when the script has returned.
+// Measures every stage of every frame. GL works asynchronously, so the timer waits for it at the end of each
+// stage; Stage::Draw is what the GPU still does when the script has returned.
 class FrameStepTimer {
 public:
-    // To be called as each step begins, with the engine's GL context current.
-    void begin(FrameStep step);
+    // Call it as each stage begins, and with Stage::Idle after the last one, with the engine's GL context
+    // current.
+    void begin(Stage stage);
 
-    // Milliseconds of one step, frame by frame, and of whole frames.
-    const std::vector<double>& times(FrameStep step) const { return m_Times[static_cast<std::size_t>(step)]; }
+    // Milliseconds of one stage in each frame, and of whole frames.
+    const std::vector<double>& times(Stage stage) const;
     const std::vector<double>& frames() const { return m_Frames; }
     void forget();
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    FrameStep m_Step = FrameStep::Done;
+    Stage m_Stage = Stage::Idle;
     Clock::time_point m_Since, m_FrameSince;
-    std::array<std::vector<double>, FrameStepCount> m_Times;
+    std::array<std::vector<double>, TimedStages.size()> m_Times;
     std::vector<double> m_Frames;
 };
 

@@ -37,7 +37,7 @@ Stage StageOf(PF_Cmd command) {
         return Stage::PreRender;
     case PF_Cmd_RENDER:
     case PF_Cmd_SMART_RENDER:
-        return Stage::Draw;
+        return Stage::Script;
     default:
         return Stage::Idle;
     }

@@ -7,17 +7,20 @@
 namespace fxhost {
 
 struct GuardLimits {
-    double frameSeconds = 60;      // for setup, and for each frame from preRender to read-back; 0: no limit
-    std::uint64_t memoryBytes = 0; // that the work may take; 0: three quarters of the machine's memory
+    // Seconds for setup, and for each frame from preRender to read-back; 0 means no limit.
+    double frameSeconds = 60;
+    // Bytes of private memory that the work may use; 0 means three quarters of the machine's memory.
+    std::uint64_t memoryBytes = 0;
 };
 
-// Runs `work` in a child process and gives its exit status, or ExitRanAway after the child ran out of time or
-// memory or crashed; a message then names `effect`, the frame and the stage. Stages come from StageSpan.
+// Runs `work` in a child process and returns its exit status. WrongUse and EffectFailure become a message and
+// their exit status. When the child exceeds a limit or crashes, the message names `effect`, the frame and the
+// stage, and the result is ExitRanAway. The stages are those that StageSpan reports.
 //
-// The child ends with work's result; WrongUse and EffectFailure become a message and their status. SIGINT,
-// SIGTERM and SIGHUP are passed on to the child as SIGTERM, the second one as SIGKILL; the child dies with
-// its parent. Frames that are rendered when a limit is hit are written first if the work answers
-// AbandonRequested. To be called while the process has one thread and no GL context.
+// The first SIGINT, SIGTERM or SIGHUP is passed on to the child as SIGTERM, the second one as SIGKILL. The
+// child dies with its parent. When a limit is exceeded, frames that are already rendered are written first,
+// provided that the work reacts to AbandonRequested. Call it while the process has one thread and no GL
+// context.
 int RunGuarded(const GuardLimits& limits, const std::string& effect, const std::function<int()>& work);
 
 } // namespace fxhost

@@ -17,7 +17,8 @@ std::optional<std::uint64_t> DataBytes(pid_t process) {
     if (!file)
         return std::nullopt;
     unsigned long long pages = 0;
-    const int found = std::fscanf(file, "%*s %*s %*s %*s %*s %llu", &pages); // data and stack
+    const int found =
+        std::fscanf(file, "%*s %*s %*s %*s %*s %llu", &pages); // the sixth field: data and stack
     std::fclose(file);
     if (found != 1)
         return std::nullopt;
@@ -31,7 +32,7 @@ std::uint64_t MachineMemory() {
 
 void KeepFreedMemory() {
 #if defined(__GLIBC__)
-    mallopt(M_MMAP_THRESHOLD, 32 << 20); // the most it takes: an RGBA picture of 1920x1080 floats, nearly
+    mallopt(M_MMAP_THRESHOLD, 32 << 20); // the highest value allowed; about one 1920x1080 RGBA float frame
     mallopt(M_TRIM_THRESHOLD, 256 << 20);
     setenv("MALLOC_MMAP_THRESHOLD_", "33554432", 0);
     setenv("MALLOC_TRIM_THRESHOLD_", "268435456", 0);

@@ -1,32 +1,55 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 namespace fxhost {
 
-// What a renderer is busy with. Idle is everything that no time is set for: waiting for pictures, writing.
-enum class Stage : std::uint32_t { Idle, Setup, UpdateUI, PreRender, Upload, Draw, ReadBack };
+// The steps of rendering. Idle covers everything without a time limit: waiting for input, writing output.
+// A frame passes PreRender to CopyOut in this order. Script is the call of draw() until it returns; Draw is
+// what the GPU still does after that.
+enum class Stage : std::uint32_t {
+    Idle,
+    Setup,
+    UpdateUI,
+    PreRender,
+    Upload,
+    Script,
+    Draw,
+    ReadBack,
+    CopyOut
+};
 
-// As messages call it: "setup", "updateUIFlags", "preRender", "upload", "draw", "read-back".
+// Name of a stage in messages: "setup", "updateUIFlags", "preRender", "upload", "draw" (Script and Draw),
+// "read-back" (ReadBack and CopyOut).
 const char* StageName(Stage stage);
 
-// Tells the guarding parent what the render thread does; without a parent it does nothing. The frame's clock
-// runs from the span's start to its end, whatever the number of stages. One span at a time, on one thread.
+// Is called as each stage of a frame begins, and with Stage::Idle when the frame is done.
+using StageListener = std::function<void(Stage)>;
+
+// Reports to the watchdog which stage the render thread is in. The time limit of a frame covers the span from
+// its construction to its destruction, however many stages it has. One span at a time, on one thread. Without
+// a watchdog only the listener is called.
 class StageSpan {
 public:
-    explicit StageSpan(Stage first);
+    // `listener` may be null and must outlive the span.
+    explicit StageSpan(Stage first, const StageListener* listener = nullptr);
+    // Enters Stage::Idle without calling the listener.
     ~StageSpan();
     StageSpan(const StageSpan&) = delete;
     StageSpan& operator=(const StageSpan&) = delete;
 
     void next(Stage stage);
+
+private:
+    const StageListener* m_Listener;
 };
 
-// The number of the frame that the following spans belong to, as the user counts frames.
+// Sets the frame number that messages about the following spans name.
 void ReportFrame(long frame);
 
-// How many of how many frames are safely written; told when a run ends badly. `resumable`: whether --resume
-// can go on after them.
+// Sets how many of how many frames survive if the process dies now, and whether --resume can continue after
+// them. The watchdog prints this when a run ends badly.
 void ReportWritten(long written, long total, bool resumable);
 
 } // namespace fxhost

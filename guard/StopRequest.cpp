@@ -2,14 +2,14 @@
 
 #include <csignal>
 
-#include "guard/Board.h"
+#include "guard/SharedStatus.h"
 
 namespace fxhost {
 
 namespace {
 
 std::atomic<bool> s_Stop{false};
-struct sigaction s_OldTerm, s_OldInt, s_OldPipe;
+struct sigaction s_PreviousTerm, s_PreviousInt, s_PreviousPipe;
 
 void OnStop(int) {
     s_Stop = true;
@@ -22,26 +22,22 @@ StopScope::StopScope(bool canDrain) {
     struct sigaction stop {};
     stop.sa_handler = OnStop;
     stop.sa_flags = SA_RESTART;
-    sigaction(SIGTERM, &stop, &s_OldTerm);
-    // A guarded child leaves SIGINT to its parent.
-    sigaction(SIGINT, nullptr, &s_OldInt);
-    if (s_OldInt.sa_handler != SIG_IGN)
+    sigaction(SIGTERM, &stop, &s_PreviousTerm);
+    // A guarded child ignores SIGINT, because its parent passes it on as SIGTERM.
+    sigaction(SIGINT, nullptr, &s_PreviousInt);
+    if (s_PreviousInt.sa_handler != SIG_IGN)
         sigaction(SIGINT, &stop, nullptr);
     struct sigaction ignore {};
     ignore.sa_handler = SIG_IGN;
-    sigaction(SIGPIPE, &ignore, &s_OldPipe);
-    CurrentBoard().canDrain = canDrain;
+    sigaction(SIGPIPE, &ignore, &s_PreviousPipe);
+    CurrentStatus().canDrain = canDrain;
 }
 
 StopScope::~StopScope() {
-    endDrain();
-    sigaction(SIGTERM, &s_OldTerm, nullptr);
-    sigaction(SIGINT, &s_OldInt, nullptr);
-    sigaction(SIGPIPE, &s_OldPipe, nullptr);
-}
-
-void StopScope::endDrain() {
-    CurrentBoard().canDrain = false;
+    CurrentStatus().canDrain = false;
+    sigaction(SIGTERM, &s_PreviousTerm, nullptr);
+    sigaction(SIGINT, &s_PreviousInt, nullptr);
+    sigaction(SIGPIPE, &s_PreviousPipe, nullptr);
 }
 
 bool StopRequested() {
@@ -49,11 +45,11 @@ bool StopRequested() {
 }
 
 bool AbandonRequested() {
-    return CurrentBoard().abandon;
+    return CurrentStatus().abandon;
 }
 
 void MarkDrained() {
-    CurrentBoard().isDrained = true;
+    CurrentStatus().isDrained = true;
 }
 
 } // namespace fxhost

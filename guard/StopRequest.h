@@ -2,25 +2,22 @@
 
 namespace fxhost {
 
-// While one lives, SIGTERM and SIGINT ask for a stop instead of ending the process, and writing into a closed
-// pipe is an error instead of a signal. One at a time.
+// While one exists, SIGTERM and SIGINT request a stop instead of ending the process, and writing to a closed
+// pipe returns an error instead of raising SIGPIPE. One object at a time.
 class StopScope {
 public:
-    // canDrain: whether somebody asks AbandonRequested from a thread that is not the render thread.
+    // canDrain: true when a thread other than the render thread polls AbandonRequested.
     explicit StopScope(bool canDrain);
     ~StopScope();
     StopScope(const StopScope&) = delete;
     StopScope& operator=(const StopScope&) = delete;
-
-    // Nobody answers to AbandonRequested any more.
-    void endDrain();
 };
 
-// Whether the user wants the work to stop: finish the frame, save what is rendered, end. Any thread.
+// True when the user wants the work to stop: finish the frame, write what is rendered, end. Any thread.
 bool StopRequested();
 
-// Whether the render thread is given up for lost: write what is queued, call MarkDrained and expect the end
-// of the process. Any thread.
+// True when the render thread is given up as hung: write the queued frames, call MarkDrained and expect the
+// process to be killed. Any thread.
 bool AbandonRequested();
 void MarkDrained();
 

@@ -32,9 +32,8 @@ struct Row {
 
 std::vector<Row> Rows(const FrameStepTimer& timer) {
     std::vector<Row> rows;
-    for (std::size_t i = 0; i < FrameStepCount; ++i)
-        rows.push_back(
-            {StepName(static_cast<FrameStep>(i)), SpreadOf(timer.times(static_cast<FrameStep>(i)))});
+    for (const Stage stage : TimedStages)
+        rows.push_back({TimedStageName(stage), SpreadOf(timer.times(stage))});
     rows.push_back({"frame", SpreadOf(timer.frames())});
     return rows;
 }
@@ -63,7 +62,7 @@ int Bench(const BenchOptions& options) {
     EffectSession session(options.frame.effect);
     FrameRequest request = MakeFrameRequest(options.frame, std::move(input), session.driver().parameters());
     FrameStepTimer timer;
-    session.driver().onStep([&](FrameStep step) { timer.begin(step); });
+    session.driver().onStage([&](Stage stage) { timer.begin(stage); });
     for (unsigned frame = 0; frame < s_WarmUp + options.frames; ++frame) {
         if (frame == s_WarmUp)
             timer.forget();

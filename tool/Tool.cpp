@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "guard/Memory.h"
-#include "guard/Outcome.h"
+#include "guard/ErrorReport.h"
 #include "tool/Commands.h"
 #include "toolkit/Errors.h"
 
@@ -36,7 +36,7 @@ int RunTool(int argc, char** argv) {
         commands.push_back(add(tool));
     try {
         tool.parse(argc, argv);
-        return StatusOf([&] { return RunChosen(commands); });
+        return RunAndReport([&] { return RunChosen(commands); });
     } catch (const CLI::ParseError& error) {
         return tool.exit(error) == 0 ? ExitOk : ExitWrongUse;
     }

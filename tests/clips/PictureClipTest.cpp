@@ -185,7 +185,7 @@ TEST_F(PictureClipTest, ARunawayFrameLosesNothingThatIsRendered) {
     });
     EXPECT_EQ(status, ExitRanAway);
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                AllOf(HasSubstr("frame 6, draw"), HasSubstr("5 of 9 frames are written; --resume")));
+                AllOf(HasSubstr("frame 6, draw"), HasSubstr("5 of 9 frames are written; the same command with --resume")));
     EXPECT_EQ(outputs().size(), 5u);
 }
 

@@ -10,7 +10,7 @@ using testing::HasSubstr;
 constexpr int s_RanAway = 4;
 const std::string s_Loop = "while (true) {}";
 
-// An effect whose callbacks do nothing but what a test puts there.
+// An effect whose callbacks contain only the statements of a test.
 class GuardGLTest : public FolderTest {
 protected:
     struct Callbacks {
@@ -29,9 +29,9 @@ protected:
     }
 };
 
-TEST_F(GuardGLTest, WhatDoesNotEndIsStoppedAndToldWithItsStage) {
+TEST_F(GuardGLTest, EndlessCallbacksAndShadersAreStoppedAndReportedWithTheirStage) {
     const std::string grow = "var all = []; while (true) { all.push(new Uint8Array(1 << 20)); }";
-    // Software GL leaves loops after some 65000 rounds, so the work is made endless by its size.
+    // The software driver leaves loops after about 65000 iterations, so a large frame makes the shader slow.
     const std::string shader =
         "vec4 sum = vec4(0.5); for (int i = 0; i < 60000; ++i)"
         " sum = fract(sin(pow(sum + 0.1, vec4(1.7))) * gl_FragCoord.x); gl_FragColor = sum;";
@@ -39,7 +39,7 @@ TEST_F(GuardGLTest, WhatDoesNotEndIsStoppedAndToldWithItsStage) {
     const struct {
         std::string command;
         Callbacks callbacks;
-        std::string shader, said;
+        std::string shader, message;
     } rows[] = {
         {render, {s_Loop, "", "", ""}, "", "setup: no end after 1 s"},
         {render, {"", s_Loop, "", ""}, "", "preRender: no end after 1 s"},
@@ -54,22 +54,22 @@ TEST_F(GuardGLTest, WhatDoesNotEndIsStoppedAndToldWithItsStage) {
     for (const auto& row : rows) {
         writeEffect(row.callbacks, row.shader);
         const ToolRun run = RunTool(row.command + " " + at("fx"));
-        EXPECT_EQ(run.status, s_RanAway) << row.said;
-        EXPECT_THAT(run.err, testing::ContainsRegex(at("fx: ") + row.said));
+        EXPECT_EQ(run.status, s_RanAway) << row.message << "\n" << run.err;
+        EXPECT_THAT(run.err, testing::ContainsRegex(at("fx: ") + row.message));
     }
     EXPECT_FALSE(exists("out.png"));
 }
 
-TEST_F(GuardGLTest, ACrashIsTold) {
+TEST_F(GuardGLTest, CrashIsReportedWithItsSignal) {
     writeEffect({"", "", "", s_Loop});
-    // Sanitizers would catch the signal themselves.
+    // Sanitizers would handle the signal themselves.
     const std::string command = "ASAN_OPTIONS=handle_segv=0 TSAN_OPTIONS=handle_segv=0 " FX_TOOL " render " +
-                                at("fx") + " --size 8x8 -o " + at("out.png") + " 2>" + at("said") +
+                                at("fx") + " --size 8x8 -o " + at("out.png") + " 2>" + at("messages") +
                                 " & tool=$!; until child=$(pgrep -P $tool); do sleep 0.1; done; sleep 2; "
                                 "kill -SEGV $child; wait $tool";
     const int status = std::system(command.c_str());
     EXPECT_EQ(WEXITSTATUS(status), s_RanAway);
-    EXPECT_THAT(bytes("said"), HasSubstr("draw: crashed with signal 11 (Segmentation fault)"));
+    EXPECT_THAT(bytes("messages"), HasSubstr("draw: crashed with signal 11 (Segmentation fault)"));
 }
 
 } // namespace

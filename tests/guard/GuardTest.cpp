@@ -20,48 +20,49 @@ using namespace fxhost;
 using testing::AllOf;
 using testing::HasSubstr;
 
-struct Ending {
+struct GuardedRun {
     int status;
-    std::string said;
+    std::string messages; // from standard error
 };
 
-Ending Guarded(const GuardLimits& limits, const std::function<int()>& work) {
+GuardedRun Guarded(const GuardLimits& limits, const std::function<int()>& work) {
     testing::internal::CaptureStderr();
     const int status = RunGuarded(limits, "effects/some", work);
     return {status, testing::internal::GetCapturedStderr()};
 }
 
-[[noreturn]] void Forever() {
+[[noreturn]] void LoopForever() {
     for (volatile bool on = true; on;)
         usleep(1000);
     std::abort();
 }
 
-TEST(GuardTest, WorkThatEndsGivesItsOwnStatusAndWords) {
+TEST(GuardTest, WorkThatReturnsOrThrowsGivesItsExitStatusAndMessage) {
     const struct {
+        const char* name;
         std::function<int()> work;
         int status;
-        const char* said;
+        const char* message;
     } rows[] = {
-        {[] { return 0; }, 0, ""},
-        {[] { return 1; }, 1, ""},
-        {[]() -> int { throw WrongUse("--size 0: no"); }, ExitWrongUse, "fxhost: --size 0: no\n"},
-        {[]() -> int { throw EffectFailure("a/fx.js", "x"); }, ExitEffectFailed, "a/fx.js: error: x\n"},
-        {[]() -> int { throw EffectFailure("y"); }, ExitEffectFailed, "fxhost: y\n"},
+        {"success", [] { return 0; }, 0, ""},
+        {"status 1", [] { return 1; }, 1, ""},
+        {"wrong use", []() -> int { throw WrongUse("--size 0: no"); }, 2, "fxhost: --size 0: no\n"},
+        {"file", []() -> int { throw EffectFailure("a/fx.js", "x"); }, 1, "a/fx.js: error: x\n"},
+        {"no file", []() -> int { throw EffectFailure("y"); }, 1, "fxhost: y\n"},
     };
     for (const auto& row : rows) {
-        const Ending ending = Guarded({}, row.work);
-        EXPECT_EQ(ending.status, row.status);
-        EXPECT_EQ(ending.said, row.said);
+        const GuardedRun run = Guarded({}, row.work);
+        EXPECT_EQ(run.status, row.status) << row.name;
+        EXPECT_EQ(run.messages, row.message) << row.name;
     }
 }
 
-void Grow() {
+void AllocateForever() {
     for (std::list<std::vector<char>> all;; usleep(2000))
         all.emplace_back(1u << 20, 'x');
 }
 
-TEST(GuardTest, WhatRunsAwayOrCrashesIsNamedWithItsFrameAndStage) {
+TEST(GuardTest, HangsCrashesAndExcessMemoryAreReportedWithFrameAndStage) {
     const GuardLimits time{.frameSeconds = 0.2}, memory{.memoryBytes = 200u << 20};
     const std::string tooLarge = "the work needs more memory than it may take (--memory-limit)";
     const struct {
@@ -69,17 +70,17 @@ TEST(GuardTest, WhatRunsAwayOrCrashesIsNamedWithItsFrameAndStage) {
         long frame;
         Stage stage;
         std::function<void()> work;
-        std::string said;
+        std::string message;
     } rows[] = {
-        {time, 12, Stage::Setup, Forever, "some: setup: no end after 0.2 s (--frame-timeout)"},
-        {time, 12, Stage::Draw, Forever, "some: frame 12, draw: no end after 0.2 s (--frame-timeout)"},
+        {time, 12, Stage::Setup, LoopForever, "some: setup: no end after 0.2 s (--frame-timeout)"},
+        {time, 12, Stage::Draw, LoopForever, "some: frame 12, draw: no end after 0.2 s (--frame-timeout)"},
         {{}, 3, Stage::ReadBack, [] { raise(SIGKILL); }, "some: frame 3, read-back: crashed with signal 9"},
-        {memory, -1, Stage::Draw, Grow, "some: draw: " + tooLarge},
+        {memory, -1, Stage::Draw, AllocateForever, "some: draw: " + tooLarge},
         {memory, 3, Stage::Draw, [] { std::vector<char>(1u << 30); }, tooLarge},
     };
     for (const auto& row : rows) {
         const bool resumable = row.frame == 12;
-        const Ending ending = Guarded(row.limits, [&] {
+        const GuardedRun run = Guarded(row.limits, [&] {
             ReportWritten(11, 240, resumable);
             ReportFrame(row.frame);
             StageSpan span(Stage::PreRender);
@@ -87,16 +88,18 @@ TEST(GuardTest, WhatRunsAwayOrCrashesIsNamedWithItsFrameAndStage) {
             row.work();
             return 0;
         });
-        EXPECT_EQ(ending.status, ExitRanAway) << row.said;
-        EXPECT_THAT(ending.said,
-                    AllOf(HasSubstr(row.said), HasSubstr(resumable ? "11 of 240 frames are written; --resume"
-                                                                   : "11 of 240 frames are written\n")));
+        EXPECT_EQ(run.status, ExitRanAway) << row.message;
+        EXPECT_THAT(run.messages,
+                    AllOf(HasSubstr(row.message),
+                          HasSubstr(resumable ? "11 of 240 frames are written; the same command "
+                                                "with --resume continues"
+                                              : "11 of 240 frames are written\n")));
     }
 }
 
-TEST(GuardTest, OnlyTheTimeInsideOneSpanCounts) {
+TEST(GuardTest, TimeLimitCoversOneSpanAndNotTheTimeBetweenSpans) {
     const auto work = [] {
-        usleep(700'000); // waiting for input
+        usleep(700'000); // stands for waiting for input
         for (int frame = 0; frame < 3; ++frame) {
             const StageSpan span(Stage::Draw);
             usleep(300'000);
@@ -106,9 +109,9 @@ TEST(GuardTest, OnlyTheTimeInsideOneSpanCounts) {
     EXPECT_EQ(Guarded({.frameSeconds = 0.6}, work).status, 0);
 }
 
-TEST(GuardTest, WhatIsRenderedIsSavedBeforeTheEnd) {
+TEST(GuardTest, RenderedFramesAreWrittenBeforeAHungProcessIsKilled) {
     const auto begin = std::chrono::steady_clock::now();
-    const Ending ending = Guarded({.frameSeconds = 0.2}, []() -> int {
+    const GuardedRun run = Guarded({.frameSeconds = 0.2}, []() -> int {
         const StopScope stop(true);
         ReportWritten(1, 10, true);
         std::thread([] {
@@ -119,14 +122,15 @@ TEST(GuardTest, WhatIsRenderedIsSavedBeforeTheEnd) {
         }).detach();
         ReportFrame(4);
         const StageSpan span(Stage::Draw);
-        Forever();
+        LoopForever();
     });
-    EXPECT_EQ(ending.status, ExitRanAway);
-    EXPECT_THAT(ending.said, HasSubstr("3 of 10 frames are written"));
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15)); // not all the grace
+    EXPECT_EQ(run.status, ExitRanAway);
+    EXPECT_THAT(run.messages, HasSubstr("3 of 10 frames are written"));
+    // The parent waits up to 20 s, but not after MarkDrained.
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
 }
 
-TEST(GuardTest, AStopSignalReachesTheWorkAndEndsWhatHasNothingToSave) {
+TEST(GuardTest, StopSignalReachesTheWorkAndEndsWorkThatDoesNotHandleIt) {
     const auto finish = [] {
         const StopScope stop(false);
         kill(getppid(), SIGINT);
@@ -137,7 +141,7 @@ TEST(GuardTest, AStopSignalReachesTheWorkAndEndsWhatHasNothingToSave) {
     EXPECT_EQ(Guarded({}, finish).status, ExitStopped);
     const auto ignore = []() -> int {
         kill(getppid(), SIGTERM);
-        Forever();
+        LoopForever();
     };
     EXPECT_EQ(Guarded({}, ignore).status, ExitStopped);
 }

@@ -1,4 +1,4 @@
-#include "guard/Outcome.h"
+#include "guard/ErrorReport.h"
 
 #include <cstdio>
 #include <new>
@@ -9,25 +9,25 @@ namespace fxhost {
 
 namespace {
 
-int Fail(const char* text, int status) {
+int Report(const char* text, int status) {
     std::fprintf(stderr, "fxhost: %s\n", text);
     return status;
 }
 
 } // namespace
 
-int StatusOf(const std::function<int()>& work) {
+int RunAndReport(const std::function<int()>& work) {
     try {
         return work();
     } catch (const WrongUse& error) {
-        return Fail(error.what(), ExitWrongUse);
+        return Report(error.what(), ExitWrongUse);
     } catch (const EffectFailure& error) {
         std::fprintf(stderr, "%s%s\n", error.file().empty() ? "fxhost: " : "", error.what());
         return ExitEffectFailed;
     } catch (const std::bad_alloc&) {
-        return Fail("not enough memory", ExitEffectFailed);
+        return Report("not enough memory", ExitEffectFailed);
     } catch (const std::exception& error) {
-        return Fail(error.what(), ExitEffectFailed);
+        return Report(error.what(), ExitEffectFailed);
     }
 }
 

@@ -1,0 +1,32 @@
+#include "guard/StopSignals.h"
+
+namespace fxhost {
+
+namespace {
+
+volatile std::sig_atomic_t s_Received = 0;
+
+void OnSignal(int) {
+    s_Received = s_Received + 1;
+}
+
+} // namespace
+
+StopSignals::StopSignals() {
+    s_Received = 0;
+    struct sigaction action {};
+    action.sa_handler = OnSignal;
+    for (int i = 0; i < 3; ++i)
+        sigaction(s_Counted[i], &action, &m_Previous[i]);
+}
+
+void StopSignals::restore() {
+    for (int i = 0; i < 3; ++i)
+        sigaction(s_Counted[i], &m_Previous[i], nullptr);
+}
+
+int StopSignals::count() const {
+    return s_Received;
+}
+
+} // namespace fxhost
