@@ -156,13 +156,6 @@ stricthost::Instance& HostDriver::instanceFor(const Picture& full) {
     return *m_Instance;
 }
 
-// Premiere Pro holds a picture as blue, green, red, alpha: the same bytes from the other end.
-Picture HostDriver::ordered(Picture picture) const {
-    if (m_Settings.personality == stricthost::Personality::Premiere)
-        ReverseChannels(picture);
-    return picture;
-}
-
 void HostDriver::setValues(stricthost::Instance& instance, const FrameRequest& request) {
     const auto index = [&](unsigned number) {
         const Row& row = m_Rows.at(number);
@@ -174,8 +167,8 @@ void HostDriver::setValues(stricthost::Instance& instance, const FrameRequest& r
         instance.SetValue(index(setting.index),
                           ToHostValue(m_Rows[setting.index].parameter.type, setting.value));
     for (const LayerInput& layer : request.layers)
-        instance.SetValue(index(layer.index), std::make_shared<const Picture>(ordered(Reduced(
-                                                  layer.picture, m_Settings.across, m_Settings.down))));
+        instance.SetValue(index(layer.index), std::make_shared<const Picture>(Reduced(
+                                                  layer.picture, m_Settings.across, m_Settings.down)));
 }
 
 Picture HostDriver::render(const FrameRequest& request) {
@@ -185,12 +178,11 @@ Picture HostDriver::render(const FrameRequest& request) {
     stricthost::Instance& instance = instanceFor(request.input);
     setValues(instance, request);
 
-    const bool asItIs = m_Settings.across <= 1 && m_Settings.down <= 1 &&
-                        m_Settings.personality != stricthost::Personality::Premiere;
-    const Picture changed =
-        asItIs ? Picture() : ordered(Reduced(request.input, m_Settings.across, m_Settings.down));
+    const bool isFullSize = m_Settings.across <= 1 && m_Settings.down <= 1;
+    const Picture reduced =
+        isFullSize ? Picture() : Reduced(request.input, m_Settings.across, m_Settings.down);
     stricthost::FrameRequest frame;
-    frame.input = asItIs ? &request.input : &changed;
+    frame.input = isFullSize ? &request.input : &reduced;
     frame.timeScale = s_UnitsPerSecond;
     frame.time = static_cast<A_long>(std::lround(request.time * s_UnitsPerSecond));
     frame.timeStep = s_UnitsPerSecond / 25;
@@ -209,7 +201,7 @@ Picture HostDriver::render(const FrameRequest& request) {
         throw EffectFailure("the effect made an output of " + std::to_string(result.picture.width) + "x" +
                             std::to_string(result.picture.height) + " pixels; at most " +
                             std::to_string(MaxExtent) + " either way are possible");
-    return ordered(std::move(result.picture));
+    return std::move(result.picture);
 }
 
 const std::vector<std::string>& HostDriver::finish() {

@@ -48,7 +48,6 @@ private:
     void listPublishedParameters();
     stricthost::Instance& instanceFor(const Picture& full);
     void setValues(stricthost::Instance& instance, const FrameRequest& request);
-    Picture ordered(Picture picture) const;
 
     HostSettings m_Settings;
     std::unique_ptr<stricthost::PluginModule> m_Module;

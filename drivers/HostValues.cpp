@@ -19,16 +19,6 @@ Parameter::Type EngineType(PF_ParamType hostType) {
     return Parameter::UNKNOWN;
 }
 
-template <class Channel>
-void Reverse(Picture& picture) {
-    auto* channel = reinterpret_cast<Channel*>(picture.bytes.data());
-    auto* const end = channel + picture.bytes.size() / sizeof(Channel);
-    for (; channel != end; channel += 4) {
-        std::swap(channel[0], channel[3]);
-        std::swap(channel[1], channel[2]);
-    }
-}
-
 } // namespace
 
 stricthost::ParamValue ToHostValue(Parameter::Type type, const Parameter::Value& value) {
@@ -58,15 +48,6 @@ Parameter DescribeParam(const stricthost::PublishedParam& param) {
         parameter.choices += (parameter.choices.empty() ? "" : "|") + choice;
     parameter.choiceCount = static_cast<std::uint32_t>(param.choices.size());
     return parameter;
-}
-
-void ReverseChannels(Picture& picture) {
-    if (picture.depth == 8)
-        Reverse<std::uint8_t>(picture);
-    else if (picture.depth == 16)
-        Reverse<std::uint16_t>(picture);
-    else
-        Reverse<float>(picture);
 }
 
 } // namespace fxhost

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "parameters/Parameter.h"
-#include "pictures/Picture.h"
 #include "stricthost/ParamTable.h"
 
 namespace fxhost {
@@ -12,8 +11,5 @@ stricthost::ParamValue ToHostValue(Parameter::Type type, const Parameter::Value&
 
 // What a published parameter tells, as the effect would declare it: its label is the name too.
 Parameter DescribeParam(const stricthost::PublishedParam& param);
-
-// Turns A, R, G, B into B, G, R, A and back, at the picture's depth.
-void ReverseChannels(Picture& picture);
 
 } // namespace fxhost

@@ -12,7 +12,7 @@ namespace stricthost {
 // A frame to render. The picture is handed over at the resolution of the frame, so it is already
 // down-sampled.
 struct FrameRequest {
-    // A, R, G, B in After Effects; in Premiere Pro the bytes in the order that its format has. Null: an empty
+    // Always A, R, G, B: the host reorders the channels for a world whose format differs. Null: an empty
     // layer. It must stay alive during the call.
     const fxhost::Picture* input = nullptr;
     // Bits per channel of the frame; 0: the input's.
@@ -49,8 +49,8 @@ struct FrameRequest {
 
 struct FrameResult {
     PF_Err error = PF_Err_NONE; // of the first command that failed
-    // The rendered world without its padding, in the channel order of the input; empty after an error or when
-    // the plug-in renders nothing.
+    // The rendered world without its padding, as A, R, G, B; empty after an error or when the plug-in renders
+    // nothing.
     fxhost::Picture picture;
     // Where the picture's top left pixel lies on the layer, pixels of the frame's resolution.
     A_long originX = 0;

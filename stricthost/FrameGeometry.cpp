@@ -1,5 +1,6 @@
 #include "stricthost/FrameGeometry.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -11,19 +12,20 @@ namespace stricthost {
 
 namespace {
 
-// 0 when the plug-in declared none of that depth.
-std::uint32_t DeclaredFormat(const HostCore& host, unsigned bits) {
+// Format of Premiere Pro's worlds of this depth; 0 when the plug-in declared none.
+std::uint32_t PremiereFormat(const HostCore& host, unsigned bits) {
+    if (FormatBits(host.options.undeclaredFormat) == bits)
+        return host.options.undeclaredFormat;
     for (const std::uint32_t format : host.formats)
         if (FormatBits(format) == bits)
             return format;
-    return 0;
+    return host.formats.empty() && bits == 8 ? FormatArgb8 : 0; // the format for plug-ins that declare none
 }
 
-bool Declared(const HostCore& host, std::uint32_t format) {
-    for (const std::uint32_t candidate : host.formats)
-        if (candidate == format)
-            return true;
-    return false;
+bool MayDeliver(const HostCore& host, std::uint32_t format, unsigned bits) {
+    const bool known = std::find(host.formats.begin(), host.formats.end(), format) != host.formats.end() ||
+                       format == PremiereFormat(host, bits);
+    return known && FormatBits(format) == bits;
 }
 
 A_long FullResolution(unsigned pixels, const PF_RationalScale& scale) {
@@ -47,10 +49,8 @@ std::uint32_t FrameFormat(const HostCore& host, const FrameRequest& request) {
         throw std::invalid_argument("the input's depth differs from the frame's");
     if (!host.IsPremiere())
         return FormatOfBits(bits);
-    const std::uint32_t format = request.format ? request.format : DeclaredFormat(host, bits);
-    if (host.formats.empty() && format == 0 && bits == 8)
-        return FormatArgb8; // what hosts hand over to plug-ins that declare nothing
-    if (!Declared(host, format) || FormatBits(format) != bits)
+    const std::uint32_t format = request.format ? request.format : PremiereFormat(host, bits);
+    if (!MayDeliver(host, format, bits))
         throw std::invalid_argument("the plug-in declared no pixel format of " + std::to_string(bits) +
                                     " bits, or not the one that is asked for");
     return format;
@@ -113,7 +113,7 @@ World* CreateInput(Call& call) {
 World* CreateLayer(Call& call, const fxhost::Picture& picture, A_long index) {
     if (picture.width == 0 || picture.height == 0)
         return nullptr;
-    const std::uint32_t declared = call.host.IsPremiere() ? DeclaredFormat(call.host, picture.depth) : 0;
+    const std::uint32_t declared = call.host.IsPremiere() ? PremiereFormat(call.host, picture.depth) : 0;
     World& world = call.host.worlds.Create(
         ShapeOf(call.host, picture, declared ? declared : FormatOfBits(picture.depth)),
         "the layer of parameter " + std::to_string(index) + " in " + call.Name());

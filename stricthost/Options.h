@@ -39,6 +39,9 @@ struct Options {
     // Renders the layer before the effect at value / scale seconds, in the depth of the frame that asks.
     // Called on the thread that renders. Without it that is an error for the plug-in.
     std::function<fxhost::Picture(A_long value, A_u_long scale)> upstreamFrame;
+    // Premiere Pro: the format of all worlds, whatever formats the plug-in declared; 0: a declared one. With
+    // PixelFormats::Bgra8 the host hands over its own B, G, R, A pixels, for frames of 8 bits.
+    std::uint32_t undeclaredFormat = 0;
     A_Err registerError = A_Err_NONE;    // what registering with the AEGP layer gives
     std::set<PF_ParamType> refusedTypes; // kinds of parameters that this host does not take
     bool allowParamGap = false; // a count of parameters beyond the added ones is right, not a violation

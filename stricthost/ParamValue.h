@@ -27,7 +27,7 @@ struct ColorValue {
     static ColorValue FromBytes(unsigned red, unsigned green, unsigned blue, unsigned alpha); // 0..255
 };
 
-// A layer parameter's picture at the resolution of the frame, in the channel order of the host; null: none.
+// A layer parameter's picture at the resolution of the frame, as A, R, G, B; null: none.
 using LayerValue = std::shared_ptr<const fxhost::Picture>;
 
 // What a parameter holds, by kind:

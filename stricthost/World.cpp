@@ -13,6 +13,14 @@ namespace {
 constexpr std::size_t s_GuardBytes = 256; // a multiple of any pixel, so that rows without padding are aligned
 constexpr std::uint8_t s_Guard = 0xA5;
 
+// Turns A, R, G, B into B, G, R, A and back. Rows of any alignment.
+void ReverseChannels(std::uint8_t* pixels, std::size_t count, std::size_t channelBytes) {
+    for (std::uint8_t* pixel = pixels; count > 0; --count, pixel += 4 * channelBytes) {
+        std::swap_ranges(pixel, pixel + channelBytes, pixel + 3 * channelBytes);
+        std::swap_ranges(pixel + channelBytes, pixel + 2 * channelBytes, pixel + 2 * channelBytes);
+    }
+}
+
 bool AllGuard(const std::uint8_t* begin, std::size_t count) {
     return std::all_of(begin, begin + count, [](std::uint8_t byte) { return byte == s_Guard; });
 }
@@ -58,6 +66,8 @@ void World::Load(const fxhost::Picture& picture, long left, long top) {
         std::memcpy(row + bytes(x0), picture.Row(static_cast<unsigned>(from)) + bytes(x0 + left),
                     bytes(x1 - x0));
         std::memset(row + bytes(x1), 0, bytes(width - x1));
+        if (IsBgra(m_Shape.format))
+            ReverseChannels(row, m_Shape.width, m_Bits / 8);
     }
 }
 
@@ -67,6 +77,8 @@ fxhost::Picture World::ToPicture() const {
     picture.bytes.reserve(UsedRowBytes() * m_Shape.height);
     for (unsigned y = 0; y < m_Shape.height; ++y)
         picture.bytes.insert(picture.bytes.end(), Row(y), Row(y) + UsedRowBytes());
+    if (IsBgra(m_Shape.format))
+        ReverseChannels(picture.bytes.data(), std::size_t{m_Shape.width} * m_Shape.height, m_Bits / 8);
     return picture;
 }
 

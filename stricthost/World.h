@@ -37,9 +37,11 @@ public:
     const WorldShape& Shape() const { return m_Shape; }
 
     void Clear(); // transparent black
-    // Copies the part of the picture that starts at (left, top) and has the size of this world; what lies
-    // outside the picture is transparent. The picture has this world's depth.
+    // Copies the part of the picture that starts at (left, top) and has the size of this world; pixels
+    // outside the picture become transparent. The picture must have this world's depth. Channels are
+    // reordered where the world's format is not A, R, G, B.
     void Load(const fxhost::Picture& picture, long left, long top);
+    // The pixels without padding, as A, R, G, B.
     fxhost::Picture ToPicture() const;
 
     // Fills every pixel with the pattern of this seed.

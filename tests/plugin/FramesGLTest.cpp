@@ -1,4 +1,6 @@
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <map>
 
 #include "tests/plugin/Probe.h"
 
@@ -32,6 +34,31 @@ TEST(FramesGLTest, OddSizesOfEveryDepthAnywhereOnTheLayerComeBackPixelForPixel) 
                 EXPECT_EQ(result.originX, request.inputX) << name;
                 EXPECT_EQ(result.originY, request.inputY) << name;
             }
+    }
+}
+
+TEST(FramesGLTest, BgraWorldsOfPremiereKeepTheirChannelOrder) {
+    probe::Host host("probe", Personality::Premiere, 0x61726762);
+    const auto input = probe::Noise(9, 5, 8, 3);
+    const FrameRequest request = {.input = &input, .wanted = {}};
+    EXPECT_EQ(Difference(host.Apply(9, 5, 4).Render(request), Expected(input, 4)), "");
+}
+
+TEST(FramesGLTest, EverySampleEffectGivesTheSameBytesInAfterEffectsAndPremierePro) {
+    const auto input = probe::Noise(40, 30, 8, 7);
+    for (const auto& effect : std::filesystem::directory_iterator("effects")) {
+        if (!effect.is_directory())
+            continue;
+        std::map<Personality, std::vector<std::uint8_t>> bytes;
+        const std::string name = effect.path().filename().string();
+        for (const auto personality : {Personality::AfterEffects, Personality::Premiere}) {
+            probe::Host host(name.c_str(), personality);
+            Instance& instance = host.NewInstance(40, 30);
+            instance.UpdateUI();
+            bytes[personality] = instance.Render({.input = &input, .wanted = {}}).picture.bytes;
+            EXPECT_FALSE(bytes[personality].empty()) << name;
+        }
+        EXPECT_TRUE(bytes[Personality::AfterEffects] == bytes[Personality::Premiere]) << name;
     }
 }
 

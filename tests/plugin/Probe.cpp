@@ -42,8 +42,9 @@ double White(unsigned depth) {
     return depth == 8 ? 255 : depth == 16 ? 32768 : 1;
 }
 
-stricthost::Options OptionsOf(Personality personality) {
+stricthost::Options OptionsOf(Personality personality, std::uint32_t undeclaredFormat) {
     stricthost::Options options;
+    options.undeclaredFormat = undeclaredFormat;
     options.personality = personality;
     options.rowPadding = 20; // rows that do not begin at a whole number of wide pixels
     options.currentContext = []() -> void* { return CGLGetCurrentContext(); };
@@ -52,9 +53,9 @@ stricthost::Options OptionsOf(Personality personality) {
 
 } // namespace
 
-Host::Host(const char* name, Personality personality)
+Host::Host(const char* name, Personality personality, std::uint32_t undeclaredFormat)
     : StrictHost(std::filesystem::path(FX_PLUGIN_FOLDER) / (std::string(name) + ".plugin"),
-                 OptionsOf(personality)) {
+                 OptionsOf(personality, undeclaredFormat)) {
     GlobalSetup();
     ParamsSetup();
 }

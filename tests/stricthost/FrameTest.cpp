@@ -39,6 +39,25 @@ TEST_F(FrameTest, PremiereFormatsAreToldAsTheyWereDeclared) {
     }
 }
 
+TEST_F(FrameTest, PremiereReordersTheChannelsOfBgraWorldsOnly) {
+    m_Options.personality = Personality::Premiere;
+    m_Input = fxhost::Picture(1, 1, 8);
+    m_Input.bytes = {40, 1, 2, 3}; // alpha, red, green, blue
+    const std::pair<std::uint32_t, std::vector<int>> rows[] = {{0, {40, 1, 2, 3}},
+                                                               {0x61726762, {3, 2, 1, 40}}};
+    for (const auto& [format, inMemory] : rows) {
+        std::vector<int> seen;
+        m_Plugin.before[PF_Cmd_RENDER] = [&seen](Command& c) {
+            const auto* bytes = reinterpret_cast<const std::uint8_t*>(c.Input().data);
+            seen.assign(bytes, bytes + 4);
+        };
+        m_Options.undeclaredFormat = format;
+        m_Plugin.formats = {{0x62677261, 8}, {0x61726762, 8}};
+        EXPECT_EQ(RenderOnce().picture.bytes, Inverted(m_Input).bytes) << format;
+        EXPECT_EQ(seen, inMemory) << format;
+    }
+}
+
 TEST_F(FrameTest, PremiereMayTrimTheInputAndPrepareAnOutputOfAnotherSize) {
     m_Plugin.before[PF_Cmd_RENDER] = [](Command& c) {
         EXPECT_THAT(

@@ -58,9 +58,9 @@ TEST_F(RenderGLTest, ParametersLayersTimeAndSizeReachTheEffect) {
         unsigned width, height;
         Pixel first;
     } rows[] = {
-        // The second mode fills with the colour. Premiere Pro's shaders see green, red, alpha, blue.
+        // The second mode fills with the colour, in every host.
         {"--size 5x3 -p Mode=Fill -p fill=1,0.2,0,0.4", 5, 3, {102, 255, 51, 0}},
-        {"--size 5x3 -p Mode=Fill -p fill=1,0.2,0,0.4 --host premiere", 5, 3, {0, 51, 255, 102}},
+        {"--size 5x3 -p Mode=Fill -p fill=1,0.2,0,0.4 --host premiere", 5, 3, {102, 255, 51, 0}},
         // The third shows time / 10 as red and the output's size / 100 as green and blue.
         {"--size 20x40 --param mode=3 --time 4", 20, 40, {255, 102, 51, 102}},
         // The fourth copies the layer parameter, the fifth asks for an output of twice the size.
