@@ -2,9 +2,9 @@
 
 #include <span>
 
-#include "scripting/ScriptCall.h"
+#include "scripting/NativeFunction.h"
 
-// The groups of native functions, each a constant table in the file of its name.
+// The groups of native functions. Each is a constant table in the source file of the same name.
 std::span<const NativeFunction> ParameterBindings();
 std::span<const NativeFunction> RenderTargetBindings();
 std::span<const NativeFunction> ShaderBindings();

@@ -1,97 +1,65 @@
-#include "context/Context.h"
+#include <algorithm>
+
 #include "parameters/ParameterTraits.h"
 #include "scripting/Bindings.h"
 
 namespace {
 
-// The parameter with that handle; Parameter::invalid for handles of other types.
-Parameter& FindParameter(std::uint32_t handle) {
-    if ((handle & Context::TagMask) != Parameter::Tag)
-        return Parameter::invalid;
-    return Context::Current().GetResource<Parameter>(handle);
-}
-
-constexpr unsigned s_PlaceholderSize = 2; // a layer's texture until the host uploads pixels
+constexpr unsigned s_PlaceholderSize = 2; // of a layer's texture until the host uploads pixels
 constexpr unsigned s_PlaceholderDepth = 8;
 
-ScriptResult InitParam(ScriptCall& call) {
-    if (call.Count() < 2)
-        return ScriptResult::Number(0);
-    const char* const name = call.Text(0);
-    const auto type = static_cast<Parameter::Type>(call.Int(1));
-    const char* const label = call.Count() > 2 ? call.Text(2) : "";
+ScriptResult InitParam(const char* name, std::int32_t typeCode, const char* label) {
+    const auto type = static_cast<Parameter::Type>(typeCode);
     Context& context = Context::Current();
     const unsigned handle = context.InitResource<Parameter>(name, type, label);
-    if (handle == 0)
+    Parameter* const parameter = context.FindOwn<Parameter>(handle); // the sequence has no copy yet
+    if (!parameter)
         return ScriptResult::Number(0);
-    Parameter& parameter = *context.FindOwn<Parameter>(handle); // the current sequence has no copy yet
     if (type == Parameter::LAYER)
-        parameter.texture =
+        parameter->texture =
             context.InitResource<Texture>(s_PlaceholderSize, s_PlaceholderSize, s_PlaceholderDepth);
-    parameter.handle = handle;
+    parameter->handle = handle;
     return ScriptResult::Number(handle);
 }
 
-ScriptResult GetParamValue(ScriptCall& call) {
-    const Parameter& parameter = FindParameter(call.Handle(0));
-    if (parameter.handle == 0)
-        return ScriptResult::Bool(false);
-    const Parameter::Value& value = parameter.value;
-    const ParameterTraits& traits = TraitsOf(parameter.type);
-    switch (traits.components) {
-    case 1:
-        return ScriptResult::Number(value.Float(0));
-    case 2:
-        return ScriptResult::Array({value.Float(0), value.Float(1)});
-    case 3:
-        return ScriptResult::Array({value.Float(0), value.Float(1), value.Float(2)});
-    case 4:
-        return ScriptResult::Array({value.Float(0), value.Float(1), value.Float(2), value.Float(3)});
-    default:
-        break;
-    }
-    if (traits.isTexture())
-        return ScriptResult::Number(static_cast<std::int32_t>(parameter.texture));
-    if (traits.isInteger())
-        return ScriptResult::Number(value.Int(0));
-    return ScriptResult::FirstArgument(); // paths, groups and unknown types carry no value
+ScriptResult FloatsOf(const Parameter::Value& value, unsigned count) {
+    ScriptResult result;
+    result.kind = count == 1 ? ScriptResult::Kind::Number : ScriptResult::Kind::Array;
+    result.count = count;
+    for (unsigned i = 0; i < count; ++i)
+        result.numbers[i] = value.Float(i);
+    return result;
 }
 
-ScriptResult SetParamValue(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    const Parameter& described = FindParameter(handle);
-    if (described.handle == 0)
-        return ScriptResult::Bool(false);
-    const ParameterTraits& traits = TraitsOf(described.type);
-    if ((traits.isArray() && !call.IsArray(1)) || traits.content == ParameterTraits::Content::None)
+ScriptResult GetParamValue(const Parameter& parameter) {
+    const ParameterTraits& traits = TraitsOf(parameter.type);
+    switch (traits.content) {
+    case ParameterTraits::Content::Floats:
+        return FloatsOf(parameter.value, traits.components);
+    case ParameterTraits::Content::Texture:
+        return ScriptResult::Number(static_cast<std::int32_t>(parameter.texture));
+    case ParameterTraits::Content::Integer:
+        return ScriptResult::Number(parameter.value.Int(0));
+    case ParameterTraits::Content::None:
+        break;
+    }
+    return ScriptResult::FirstArgument(); // paths, groups and unknown types have no value
+}
+
+ScriptResult SetParamValue(Parameter& parameter, const Arg::TypedValue& value) {
+    if (!value.isGiven || value.type != parameter.type)
         return ScriptResult::Bool(true);
-    float numbers[4] = {};
-    int integer = 0;
-    if (traits.isArray())
-        call.Floats(1, numbers, traits.components);
-    else if (traits.isFloat())
-        numbers[0] = call.Float(1);
-    else
-        integer = call.Int(1);
-    Parameter& parameter = FindParameter(handle);
-    if (parameter.handle == 0)
-        return ScriptResult::Bool(false);
+    const ParameterTraits& traits = TraitsOf(parameter.type);
     for (unsigned i = 0; i < traits.components; ++i)
-        parameter.value.SetFloat(i, numbers[i]);
+        parameter.value.SetFloat(i, value.numbers[i]);
     if (traits.isTexture())
-        parameter.texture = static_cast<std::uint32_t>(integer);
+        parameter.texture = static_cast<std::uint32_t>(value.integer);
     else if (traits.isInteger())
-        parameter.value.SetInt(0, integer);
+        parameter.value.SetInt(0, value.integer);
     return ScriptResult::Bool(true);
 }
 
-ScriptResult SetParamMinMax(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    const float low = call.Float(1);
-    const float high = call.Float(2);
-    Parameter& parameter = FindParameter(handle);
-    if (parameter.handle == 0)
-        return ScriptResult::Bool(false);
+ScriptResult SetParamMinMax(Parameter& parameter, float low, float high) {
     if (parameter.type == Parameter::FLOAT) {
         parameter.min.SetFloat(0, low);
         parameter.max.SetFloat(0, high);
@@ -99,69 +67,48 @@ ScriptResult SetParamMinMax(ScriptCall& call) {
     return ScriptResult::Bool(true);
 }
 
-ScriptResult SetParamChoices(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    const char* const choices = call.Text(1);
-    Parameter& parameter = FindParameter(handle);
-    if (parameter.handle == 0 || !choices)
-        return ScriptResult::Bool(false);
+ScriptResult SetParamChoices(Parameter& parameter, const char* choices) {
     parameter.choices = choices;
-    std::uint32_t bars = 0;
-    for (const char c : parameter.choices)
-        bars += c == '|';
-    parameter.choiceCount = bars == 0 ? 0 : bars + 1; // a single entry counts as none
+    const auto bars = std::count(parameter.choices.begin(), parameter.choices.end(), '|');
+    parameter.choiceCount = bars == 0 ? 0 : static_cast<std::uint32_t>(bars) + 1; // one entry counts as none
     return ScriptResult::Bool(true);
 }
 
-ScriptResult SetParamPrecision(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    const auto precision = static_cast<std::uint32_t>(call.Int(1));
-    Parameter& parameter = FindParameter(handle);
-    if (parameter.handle == 0)
-        return ScriptResult::Bool(false);
-    parameter.flags = precision << Parameter::PrecisionShift | (parameter.flags & ~Parameter::PrecisionMask);
+ScriptResult SetParamPrecision(Parameter& parameter, std::int32_t precision) {
+    parameter.flags = static_cast<std::uint32_t>(precision) << Parameter::PrecisionShift |
+                      (parameter.flags & ~Parameter::PrecisionMask);
     return ScriptResult::Bool(true);
 }
 
-ScriptResult SetParamEnabled(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    const bool enabled = call.Int(1) != 0;
-    Parameter& parameter = FindParameter(handle);
-    if (parameter.handle == 0)
-        return ScriptResult::Bool(false);
+ScriptResult SetParamEnabled(Parameter& parameter, std::int32_t enabled) {
     parameter.flags &= ~std::uint32_t{Parameter::Disabled};
-    if (!enabled)
+    if (enabled == 0)
         parameter.flags |= Parameter::Disabled;
     return ScriptResult::Bool(true);
 }
 
-ScriptResult SetParamFlags(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    const std::uint32_t flags = call.UInt(1);
-    Parameter& parameter = FindParameter(handle);
-    if (parameter.handle == 0)
-        return ScriptResult::Bool(false);
+ScriptResult SetParamFlags(Parameter& parameter, std::uint32_t flags) {
     parameter.flags = flags;
     return ScriptResult::Bool(true);
 }
 
-ScriptResult GetParamFlags(ScriptCall& call) {
-    const Parameter& parameter = FindParameter(call.Handle(0));
-    if (parameter.handle == 0)
-        return ScriptResult::Bool(false);
+ScriptResult GetParamFlags(const Parameter& parameter) {
     return ScriptResult::Number(static_cast<std::int32_t>(parameter.flags));
 }
 
+using Live = Arg::Live<Parameter>;
+
 constexpr NativeFunction s_Functions[] = {
-    {"SV_initParam", Trampoline<InitParam>, DUK_VARARGS},
-    {"SV_getParamValue", Trampoline<GetParamValue>, 1},
-    {"SV_setParamValue", Trampoline<SetParamValue>, 2},
-    {"SV_setParamMinMax", Trampoline<SetParamMinMax>, 3},
-    {"SV_setParamChoices", Trampoline<SetParamChoices>, 2},
-    {"SV_setParamPrecision", Trampoline<SetParamPrecision>, 2},
-    {"SV_setParamEnabled", Trampoline<SetParamEnabled>, 2},
-    {"SV_setParamFlags", Trampoline<SetParamFlags>, 2},
-    {"SV_getParamFlags", Trampoline<GetParamFlags>, 1},
+    Native<InitParam, Refusal::Zero, Arg::Passed<Arg::Text>, Arg::Passed<Arg::Int>, Arg::Optional<Arg::Text>>(
+        "SV_initParam"),
+    Native<GetParamValue, Refusal::False, Live>("SV_getParamValue"),
+    Native<SetParamValue, Refusal::False, Live, Arg::ParameterValue>("SV_setParamValue"),
+    Native<SetParamMinMax, Refusal::False, Live, Arg::Float, Arg::Float>("SV_setParamMinMax"),
+    Native<SetParamChoices, Refusal::False, Live, Arg::Text>("SV_setParamChoices"),
+    Native<SetParamPrecision, Refusal::False, Live, Arg::Int>("SV_setParamPrecision"),
+    Native<SetParamEnabled, Refusal::False, Live, Arg::Int>("SV_setParamEnabled"),
+    Native<SetParamFlags, Refusal::False, Live, Arg::UInt>("SV_setParamFlags"),
+    Native<GetParamFlags, Refusal::False, Live>("SV_getParamFlags"),
 };
 
 } // namespace

@@ -65,7 +65,7 @@ struct OptionalCallback {
     const char* name;
     const char* stub;
 };
-// Both names count wherever they stand in the text, comments included.
+// A name counts as mentioned wherever it occurs in the text, also in comments and strings.
 constexpr OptionalCallback s_OptionalCallbacks[] = {
     {"preRender", "function preRender(w,h) {};"},
     {"updateUIFlags", "function updateUIFlags() {};"},
@@ -75,10 +75,10 @@ constexpr OptionalCallback s_OptionalCallbacks[] = {
 
 std::string PitchScript(const std::string& source) {
     std::string text = s_Prelude + source + s_Tail;
-    // Only the first import is dropped: a second one is the author's syntax error.
+    // Only the first import is removed. A second one is a syntax error of the author.
     if (const auto import = text.find(s_Import); import != std::string::npos)
         text.replace(import, sizeof s_Import - 1, " ");
-    // Always from the beginning: a replacement can complete another occurrence.
+    // Each search starts at the beginning, because a replacement can complete another occurrence.
     for (auto at = text.find(s_Namespace); at != std::string::npos; at = text.find(s_Namespace))
         text.replace(at, sizeof s_Namespace - 1, s_NamespacePrefix);
     for (const OptionalCallback& callback : s_OptionalCallbacks)

@@ -2,10 +2,10 @@
 
 #include <string>
 
-// Turns the text of fx.js into a runnable program: puts the prelude (SV_Type, SV_GL, SV_ParamFlags) in front,
-// calls setup() at the end, drops the first "import S;", spells S.V.name as SV_name, and adds empty functions
-// for the optional callbacks that the text does not mention.
+// Preprocesses the text of fx.js into a program that the interpreter can run. It prepends the prelude
+// (SV_Type, SV_GL, SV_ParamFlags), appends the call of setup(), removes the first "import S;", rewrites
+// S.V.name to SV_name, and appends empty functions for the optional callbacks that the text does not mention.
 std::string PitchScript(const std::string& source);
 
-// How many lines the prelude puts in front of the author's first line.
+// Number of lines that the prelude adds before the author's first line.
 int ScriptPreludeLines();

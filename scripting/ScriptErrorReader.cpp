@@ -10,11 +10,11 @@ namespace {
 
 constexpr char s_ScriptName[] = "fx.js";
 constexpr char s_CallbackEnd[] = "(";
-constexpr char s_EngineFile[] = "(eval:"; // how the interpreter names evaluated text in a traceback
-constexpr char s_LineWord[] = "(line ";   // and where it puts the line into a syntax error's message
+constexpr char s_EngineFile[] = "(eval:"; // the interpreter's name of evaluated text in a traceback
+constexpr char s_LineWord[] = "(line ";   // precedes the line in the message of a syntax error
 
-// The error as three strings: what it says, where it happened, its own idea of the line. Property reads can
-// run script code and throw, so this runs protected.
+// Pushes the error's line number, traceback and text. Reading properties can run script code and throw, so
+// this function runs in a protected call.
 duk_ret_t Describe(duk_context* context, void*) {
     const duk_idx_t error = duk_get_top_index(context);
     if (duk_is_object(context, error)) {
@@ -31,12 +31,12 @@ duk_ret_t Describe(duk_context* context, void*) {
     return 3;
 }
 
-// A line of the evaluated program in the author's numbering; 0 for lines the author did not write.
+// Converts a line of the evaluated program to the author's line; 0 for lines that the author did not write.
 int AuthorLine(int line) {
     return line > ScriptPreludeLines() ? line - ScriptPreludeLines() : 0;
 }
 
-// Rewrites the numbers that follow `mark`; `name` replaces the mark.
+// Converts the line numbers that follow `mark`, and replaces the mark by `name`.
 std::string Renumber(std::string text, const std::string& mark, const std::string& name) {
     for (auto at = text.find(mark); at != std::string::npos; at = text.find(mark, at + 1)) {
         const auto digits = at + mark.size();
@@ -49,7 +49,8 @@ std::string Renumber(std::string text, const std::string& mark, const std::strin
     return text;
 }
 
-// The line of the innermost script frame; callbacks and natives have lines that are not the author's.
+// Returns the author's line of the innermost call; the lines of callback texts and of native functions are
+// not the author's.
 int FirstScriptLine(const std::string& stack) {
     for (auto at = stack.find(s_EngineFile); at != std::string::npos; at = stack.find(s_EngineFile, at + 1)) {
         const int line = AuthorLine(std::atoi(stack.c_str() + at + sizeof s_EngineFile - 1));

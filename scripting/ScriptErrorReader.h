@@ -4,6 +4,7 @@
 
 #include "scripting/Scripting.h"
 
-// The error value on top of the stack, told in the author's terms. `text` is what was evaluated: the whole
-// preprocessed script, or one of the short callback texts. Leaves the stack as it was.
+// Describes the error value on top of the interpreter's stack with the author's file name and line numbers.
+// `text` is what was evaluated: the whole preprocessed script or the text of a callback. The stack is
+// unchanged afterwards.
 ScriptError ReadScriptError(duk_context* context, const char* text);

@@ -4,38 +4,39 @@
 
 struct duk_hthread;
 
-// A script error, for tools that show it. The engine itself swallows every one.
+// A script error, for tools that report it. The engine itself discards all script errors.
 struct ScriptError {
-    std::string message;   // "TypeError: ...", with the author's line numbers
-    std::string stack;     // the traceback, one call a line, likewise
-    int line = 0;          // the author's line in fx.js; 0 when unknown
+    std::string message;   // for example "TypeError: ..."; line numbers are those of the author
+    std::string stack;     // the traceback with one call per line; line numbers are those of the author
+    int line = 0;          // line in fx.js, from 1; 0 when unknown
     std::string evaluated; // "fx.js", "preRender", "draw" or "updateUIFlags"
 };
 
-// The one JavaScript interpreter of the process. Used inside the engine's frame lock only.
+// The only JavaScript interpreter of the process.
+// Threads: used only inside the engine's frame lock.
 class Scripting {
 public:
-    // Made on first use, without a heap.
+    // Returns the instance, which is created without an interpreter heap on first use.
     static Scripting& Instance();
-    // Frees the interpreter and the registry's content; the next Instance() makes a new one.
+    // Destroys the instance and everything that the script created. The next Instance() creates a new one.
     static void DestroyInstance();
 
     virtual ~Scripting();
     Scripting(const Scripting&) = delete;
     Scripting& operator=(const Scripting&) = delete;
 
-    // An empty interpreter with the native functions, and an empty registry.
+    // Starts an interpreter that has only the native functions, and an empty registry.
     void Init();
 
-    // Evaluates global code; errors of every kind are discarded. Nothing without a text or before Init. A
-    // full garbage collection follows every evaluation.
+    // Evaluates global code and discards errors of every kind. Then runs a full garbage collection. Does
+    // nothing when the text is null or before Init.
     void Execute(const char* text);
 
-    // Destroys the interpreter and everything the script made.
+    // Destroys the interpreter and everything that the script created.
     void Release();
 
-    // Told of each script error when not null; null unless a tool sets it. Called inside Execute: it must not
-    // call back into the engine.
+    // Called with each script error unless null, which it is in the plug-in. The call comes from within
+    // Execute, so it must not call the engine.
     static void (*ErrorCallback)(const ScriptError& error);
 
 private:

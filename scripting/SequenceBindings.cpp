@@ -1,38 +1,34 @@
-#include "context/Context.h"
 #include "scripting/Bindings.h"
 
 namespace {
 
-constexpr std::uint32_t s_FirstTag = 0x01000000u; // smaller values carry no type and are no handles
+constexpr std::uint32_t s_FirstTag = 0x01000000u; // smaller values have no tag
 
-ScriptResult GetTime(ScriptCall&) {
+ScriptResult GetTime() {
     const Sequence* const sequence = Context::Current().CurrentSequence();
     return ScriptResult::Number(sequence ? sequence->Time() : 0.0);
 }
 
-ScriptResult Release(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
+ScriptResult Release(std::uint32_t handle) {
     if (handle >= s_FirstTag)
         Context::Current().DeleteResource(handle);
     return ScriptResult::Bool(true);
 }
 
-ScriptResult SetOutputExtent(ScriptCall& call) {
-    const auto width = static_cast<unsigned>(call.Int(0));
-    const auto height = static_cast<unsigned>(call.Int(1));
+ScriptResult SetOutputExtent(std::int32_t width, std::int32_t height) {
     if (Sequence* const sequence = Context::Current().CurrentSequence())
-        sequence->SetOutputExtent(width, height);
+        sequence->SetOutputExtent(static_cast<unsigned>(width), static_cast<unsigned>(height));
     return ScriptResult::Bool(true);
 }
 
-ScriptResult GetContextExtent(ScriptCall&) {
+ScriptResult GetContextExtent() {
     const Context& context = Context::Current();
     return ScriptResult::Array({static_cast<double>(context.CompositionWidth()),
                                 static_cast<double>(context.CompositionHeight()),
                                 context.CompositionScale()});
 }
 
-ScriptResult GetInputOrigin(ScriptCall&) {
+ScriptResult GetInputOrigin() {
     const Sequence* const sequence = Context::Current().CurrentSequence();
     return sequence ? ScriptResult::Array({static_cast<double>(sequence->InputOriginX()),
                                            static_cast<double>(sequence->InputOriginY())})
@@ -40,11 +36,11 @@ ScriptResult GetInputOrigin(ScriptCall&) {
 }
 
 constexpr NativeFunction s_Functions[] = {
-    {"SV_getTime", Trampoline<GetTime>, 0},
-    {"SV_release", Trampoline<Release>, 1},
-    {"SV_setOutputExtent", Trampoline<SetOutputExtent>, 2},
-    {"SV_getContextExtent", Trampoline<GetContextExtent>, 0},
-    {"SV_getInputOrigin", Trampoline<GetInputOrigin>, 0},
+    Native<GetTime, Refusal::False>("SV_getTime"),
+    Native<Release, Refusal::False, Arg::Handle>("SV_release"),
+    Native<SetOutputExtent, Refusal::False, Arg::Int, Arg::Int>("SV_setOutputExtent"),
+    Native<GetContextExtent, Refusal::False>("SV_getContextExtent"),
+    Native<GetInputOrigin, Refusal::False>("SV_getInputOrigin"),
 };
 
 } // namespace

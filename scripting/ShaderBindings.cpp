@@ -1,26 +1,15 @@
-#include <algorithm>
 #include <cstring>
 
-#include "context/Context.h"
 #include "parameters/ParameterTraits.h"
 #include "scripting/Bindings.h"
-#include "scripting/TextureSource.h"
 
 namespace {
 
-// Numbers that leave a uniform as it is.
+// These numbers leave a uniform unchanged.
 constexpr float s_Unchanged = -12345678.0f;
 constexpr std::int32_t s_UnchangedInteger = -12345678;
 
-// A shader whose GL objects exist, or null. Its error text does not matter here.
-Shader* UsableShader(std::uint32_t handle) {
-    if ((handle & Context::TagMask) != Shader::Tag)
-        return nullptr;
-    Shader& shader = Context::Current().GetResource<Shader>(handle);
-    return shader.usable() ? &shader : nullptr;
-}
-
-// The shader's own record of a uniform, or null.
+// Returns the shader's own record of a uniform, or null.
 Parameter* FindUniform(Shader& shader, const char* name) {
     const int index = shader.getParamLocation(name);
     auto& parameters = shader.parameters();
@@ -29,141 +18,83 @@ Parameter* FindUniform(Shader& shader, const char* name) {
                : nullptr;
 }
 
-ScriptResult InitShader(ScriptCall& call) {
-    if (call.Count() < 1)
-        return ScriptResult::Number(0);
-    const char* const name = call.Text(0);
-    const char* source = call.Count() > 1 ? call.Text(1) : "";
-    if (std::strcmp(source, "undefined") == 0)
-        source = "";
-    return ScriptResult::Number(Context::Current().InitResource<Shader>(name, source));
+ScriptResult InitShader(const char* name, const char* source) {
+    const bool hasSource = std::strcmp(source, "undefined") != 0;
+    return ScriptResult::Number(Context::Current().InitResource<Shader>(name, hasSource ? source : ""));
 }
 
-ScriptResult SetShaderParam(ScriptCall& call) {
-    const std::uint32_t shaderHandle = call.Handle(0);
-    const std::uint32_t parameterHandle = call.Handle(1);
-    Shader* const shader = UsableShader(shaderHandle);
-    if (!shader || (parameterHandle & Context::TagMask) != Parameter::Tag)
-        return ScriptResult::Bool(false);
-    const Parameter& parameter = Context::Current().GetResource<Parameter>(parameterHandle);
-    if (parameter.handle == 0)
-        return ScriptResult::Bool(false);
-    Parameter* const uniform = FindUniform(*shader, parameter.name.c_str());
+ScriptResult SetShaderParam(Shader& shader, const Parameter& parameter) {
+    Parameter* const uniform = FindUniform(shader, parameter.name.c_str());
     if (uniform && uniform->type == parameter.type)
         uniform->value = parameter.value;
     return ScriptResult::Bool(true);
 }
 
-ScriptResult GetShaderParamType(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    const char* const name = call.Text(1);
-    Shader* const shader = UsableShader(handle);
-    return ScriptResult::Number(shader && name ? shader->getParameterInfo(name).type : Parameter::UNKNOWN);
+ScriptResult GetShaderParamType(Shader& shader, const char* name) {
+    return ScriptResult::Number(shader.getParameterInfo(name).type);
 }
 
-ScriptResult RenderShader(ScriptCall& call) {
-    const std::uint32_t shaderHandle = call.Handle(0);
-    const std::uint32_t targetHandle = call.Handle(1);
-    const bool flip = call.Bool(2);
-    float rect[4] = {-1.0f, 0.0f, 0.0f, 0.0f};
-    if (call.IsArray(3))
-        call.Floats(3, rect, 4);
-    Shader* const shader = UsableShader(shaderHandle);
-    if (!shader || (targetHandle & Context::TagMask) != RenderTarget::Tag)
-        return ScriptResult::Bool(false);
-    RenderTarget& target = Context::Current().GetResource<RenderTarget>(targetHandle);
-    if (target.usable()) {
-        const Vector4 viewport{rect[0], rect[1], rect[2], rect[3]};
-        target.set(&viewport);
-        shader->begin();
-        shader->render(flip);
-        shader->end();
+ScriptResult RenderShader(Shader& shader, RenderTarget* target, bool flip, const Vector4& viewport) {
+    if (target && target->usable()) {
+        target->set(&viewport);
+        shader.begin();
+        shader.render(flip);
+        shader.end();
     }
     return ScriptResult::Bool(true);
 }
 
-// What SV_setShaderParamVal stores. Each function returns quietly where the uniform is of another type.
-
-void StoreNumber(Parameter& uniform, float number) {
-    if (TraitsOf(uniform.type).components != 1 || number == s_Unchanged)
-        return;
-    uniform.changed = number != uniform.value.Float(0); // NaN on either side counts as different
-    if (uniform.changed)
-        uniform.value.SetFloat(0, number);
+bool IsUnchanged(const Parameter& uniform, const float* numbers, unsigned count) {
+    for (unsigned i = 0; i < count; ++i)
+        if (numbers[i] != uniform.value.Float(i)) // NaN on either side counts as different
+            return false;
+    return true;
 }
 
-void StoreNumbers(Parameter& uniform, const float* numbers, unsigned count) {
-    uniform.changed = false;
-    for (unsigned i = 0; i < count; ++i)
-        uniform.changed |= numbers[i] != uniform.value.Float(i);
+void StoreFloats(Parameter& uniform, const float* numbers, unsigned count) {
+    uniform.changed = !IsUnchanged(uniform, numbers, count);
     for (unsigned i = 0; uniform.changed && i < count; ++i)
         uniform.value.SetFloat(i, numbers[i]);
 }
 
+// Integers also reach LAYER uniforms, which hold the GL name of a texture; TEXTURE uniforms are never set.
 void StoreInteger(Parameter& uniform, std::int32_t number) {
-    const bool isInteger = TraitsOf(uniform.type).isInteger();
-    if (uniform.type != Parameter::LAYER && !(isInteger && number != s_UnchangedInteger))
+    const bool isInteger = TraitsOf(uniform.type).isInteger() && number != s_UnchangedInteger;
+    if (uniform.type != Parameter::LAYER && !isInteger)
         return;
     uniform.changed = number != uniform.value.Int(0);
-    if (uniform.changed)
-        uniform.value.SetInt(0, number);
+    uniform.value.SetInt(0, number);
 }
 
-ScriptResult SetShaderParamVal(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    const char* const name = call.Text(1);
-    Shader* const described = UsableShader(handle);
-    if (!described || !name)
-        return ScriptResult::Bool(false);
-    const Parameter::Type type = described->getParameterInfo(name).type;
-    const ParameterTraits& traits = TraitsOf(type);
-
-    // Reading the value can run script code, so the shader is looked up again afterwards.
-    float numbers[4] = {};
-    std::int32_t integer = 0;
-    if (traits.isArray()) {
-        if (!call.IsArray(2))
-            return ScriptResult::Bool(true);
-        call.Floats(2, numbers, traits.components);
-    } else if (traits.isFloat()) {
-        numbers[0] = call.Float(2);
-    } else if (traits.isTexture()) {
-        integer = static_cast<std::int32_t>(TextureNameOf(call.Handle(2)));
-    } else if (traits.isInteger()) {
-        integer = TruncateToInt(call.Number(2));
-    } else {
-        return ScriptResult::Bool(true);
-    }
-
-    Shader* const shader = UsableShader(handle);
-    Parameter* const uniform = shader ? FindUniform(*shader, name) : nullptr;
+ScriptResult SetShaderParamVal(Shader& shader, const char* name, const Arg::TypedValue& value) {
+    Parameter* const uniform = value.isGiven ? FindUniform(shader, name) : nullptr;
     if (!uniform)
         return ScriptResult::Bool(true);
-    if (traits.isArray()) {
-        if (uniform->type == type)
-            StoreNumbers(*uniform, numbers, traits.components);
-    } else if (traits.isFloat()) {
-        StoreNumber(*uniform, numbers[0]);
-    } else {
-        StoreInteger(*uniform, integer);
-    }
+    const ParameterTraits& traits = TraitsOf(value.type);
+    if (traits.isTexture())
+        StoreInteger(*uniform,
+                     static_cast<std::int32_t>(TextureNameOf(static_cast<std::uint32_t>(value.integer))));
+    else if (traits.isInteger())
+        StoreInteger(*uniform, value.integer);
+    else if (uniform->type == value.type && (traits.isArray() || value.numbers[0] != s_Unchanged))
+        StoreFloats(*uniform, value.numbers, traits.components);
     return ScriptResult::Bool(true);
 }
 
-ScriptResult GetShaderError(ScriptCall& call) {
-    const std::uint32_t handle = call.Handle(0);
-    if ((handle & Context::TagMask) != Shader::Tag)
-        return ScriptResult::Text("Id is not a shader!");
-    return ScriptResult::Text(Context::Current().GetResource<Shader>(handle).errorText().c_str());
+ScriptResult GetShaderError(const Shader* shader) {
+    return ScriptResult::Text(shader ? shader->errorText().c_str() : "");
 }
 
+using Live = Arg::Live<Shader>;
+
 constexpr NativeFunction s_Functions[] = {
-    {"SV_initShader", Trampoline<InitShader>, DUK_VARARGS},
-    {"SV_setShaderParam", Trampoline<SetShaderParam>, 2},
-    {"SV_getShaderParamType", Trampoline<GetShaderParamType>, 2},
-    {"SV_renderShader", Trampoline<RenderShader>, 4},
-    {"SV_setShaderParamVal", Trampoline<SetShaderParamVal>, 3},
-    {"SV_getShaderError", Trampoline<GetShaderError>, 1},
+    Native<InitShader, Refusal::Zero, Arg::Passed<Arg::Text>, Arg::Optional<Arg::Text>>("SV_initShader"),
+    Native<SetShaderParam, Refusal::False, Live, Arg::Live<Parameter>>("SV_setShaderParam"),
+    Native<GetShaderParamType, Refusal::Zero, Live, Arg::Text>("SV_getShaderParamType"),
+    Native<RenderShader, Refusal::False, Live, Arg::Tagged<RenderTarget>, Arg::Bool, Arg::Rectangle>(
+        "SV_renderShader"),
+    Native<SetShaderParamVal, Refusal::False, Live, Arg::Text, Arg::UniformValue>("SV_setShaderParamVal"),
+    Native<GetShaderError, Refusal::NotAShader, Arg::Tagged<Shader>>("SV_getShaderError"),
 };
 
 } // namespace

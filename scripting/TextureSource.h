@@ -4,10 +4,10 @@
 
 class Texture;
 
-// The texture that a script means by a handle: a parameter stands for its texture (the current sequence's
-// copy of the parameter first), a render target for itself, any other handle for a texture of that name.
-// Texture::invalid when there is none.
-Texture& ResolveTexture(std::uint32_t handle);
+// Returns the texture to which a script refers by a handle, or null. A parameter refers to its texture (the
+// current sequence's copy of the parameter comes first), a render target to itself, and any other handle to
+// the texture with that handle.
+Texture* ResolveTexture(std::uint32_t handle);
 
-// The GL texture name behind a handle given to a sampler uniform; 0 when there is none.
+// Returns the GL name of the texture to which a handle refers, for a sampler uniform; 0 when there is none.
 std::uint32_t TextureNameOf(std::uint32_t handle);
