@@ -13,9 +13,9 @@ std::recursive_mutex& GlobalMutex() {
     return s_GlobalMutex;
 }
 
-// For destructors: the command's result is settled, nothing more can be reported.
+// For destructors, which must not throw: the command's result is already decided.
 template <class Action>
-void Quietly(Action action) noexcept {
+void IgnoreExceptions(Action action) noexcept {
     try {
         action();
     } catch (...) {
@@ -27,30 +27,38 @@ void Quietly(Action action) noexcept {
 CommandGuard::CommandGuard() : m_Lock(GlobalMutex()), m_Context(CGLGetCurrentContext()) {}
 
 CommandGuard::~CommandGuard() {
-    Quietly([this] { ReleaseFrame(); });
+    IgnoreExceptions([this] { ReleaseFrame(); });
     CGLSetCurrentContext(m_Context);
+}
+
+IPlugin& CommandGuard::Engine() {
+    if (!m_Engine) {
+        m_Engine = GetPlugin();
+        m_Instance.emplace(*m_Engine);
+    }
+    return *m_Engine;
 }
 
 bool CommandGuard::LockFrame() {
     if (!m_FrameLocked)
-        m_FrameLocked = GetPlugin()->lockFrame();
+        m_FrameLocked = m_Engine->lockFrame();
     return m_FrameLocked;
 }
 
 void CommandGuard::ReleaseFrame() {
     if (std::exchange(m_FrameLocked, false))
-        GetPlugin()->releaseFrame();
+        m_Engine->releaseFrame();
 }
 
-FrameLock::FrameLock() : m_Locked(GetPlugin()->lockFrame()) {}
+FrameLock::FrameLock(IPlugin& engine) : m_Engine(engine), m_Locked(engine.lockFrame()) {}
 
 FrameLock::~FrameLock() {
-    Quietly([this] { Release(); });
+    IgnoreExceptions([this] { Release(); });
 }
 
 void FrameLock::Release() {
     if (std::exchange(m_Locked, false))
-        GetPlugin()->releaseFrame();
+        m_Engine.releaseFrame();
 }
 
 } // namespace Adapter

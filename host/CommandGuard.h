@@ -1,15 +1,16 @@
 #pragma once
 
 #include <mutex>
+#include <optional>
 
 #include "host/Instance.h"
 #include "platform/CGL.h"
 
 namespace Adapter {
 
-// Stands around every command: takes the process-wide recursive mutex and remembers the caller's GL context.
-// On destruction it releases a frame lock that the command still holds, makes the remembered context current
-// again and gives the mutex back, in this order.
+// Surrounds every command. The constructor locks the process-wide recursive mutex and remembers the GL
+// context of the calling thread. The destructor releases a frame lock that the command still holds, makes the
+// remembered context current again and unlocks the mutex, in this order.
 class CommandGuard {
 public:
     CommandGuard();
@@ -17,31 +18,37 @@ public:
     CommandGuard(const CommandGuard&) = delete;
     CommandGuard& operator=(const CommandGuard&) = delete;
 
-    // Takes the engine's frame lock, once a command. False when the engine refuses it.
+    // The engine object of the process. The first call creates it and may throw.
+    IPlugin& Engine();
+    // Takes the engine's frame lock, at most once per command. Returns false when the engine refuses it.
+    // Needs a preceding call of Engine.
     bool LockFrame();
-    // Releases it early; does nothing when this command does not hold it.
+    // Releases the lock before the end of the command; does nothing when this command does not hold it.
     void ReleaseFrame();
 
 private:
     std::unique_lock<std::recursive_mutex> m_Lock;
     CGLContextObj m_Context;
-    InstanceScope m_Instance;
+    IPlugin* m_Engine = nullptr;
+    std::optional<InstanceScope> m_Instance;
     bool m_FrameLocked = false;
 };
 
-// A frame lock for one upload inside a command, released with the scope.
+// Holds the engine's frame lock for a scope inside a command.
 class FrameLock {
 public:
-    FrameLock();
+    explicit FrameLock(IPlugin& engine);
     ~FrameLock();
     FrameLock(const FrameLock&) = delete;
     FrameLock& operator=(const FrameLock&) = delete;
 
+    // False when the engine refused the lock.
     explicit operator bool() const { return m_Locked; }
-    // Releases before the end of the scope, so that a failure in it is not swallowed.
+    // Releases the lock before the end of the scope, and reports failures, which the destructor cannot.
     void Release();
 
 private:
+    IPlugin& m_Engine;
     bool m_Locked;
 };
 

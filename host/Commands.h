@@ -1,37 +1,39 @@
 #pragma once
 
-#include "AE_Effect.h"
-#include "engine/IPlugin.h"
-#include "host/CommandGuard.h"
+#include "host/HostCall.h"
 
-// One function a command. Each returns the command's error code and may throw; the entry point turns what is
-// thrown into an error code. The arguments are the host's, valid for the command only.
+// One function for each command, grouped by the source file that defines it. Each returns the command's error
+// code and may throw; the entry point converts exceptions to error codes.
 namespace Adapter {
 
-struct Call {
-    PF_InData* in;
-    PF_OutData* out;
-    PF_ParamDef** params; // null for the commands that get none
-    PF_LayerDef* output;  // PF_Cmd_RENDER only
-    void* extra;
-    CommandGuard& guard;
-    IPlugin& engine;
-};
+// GlobalSetup.cpp
+PF_Err About(HostCall& call);
+PF_Err GlobalSetup(HostCall& call);
 
-PF_Err About(Call& call);
-PF_Err GlobalSetup(Call& call);
-PF_Err ParamsSetup(Call& call);
-PF_Err SequenceSetup(Call& call);
-PF_Err SequenceResetup(Call& call);
-PF_Err SequenceFlatten(Call& call);
-PF_Err SequenceSetdown(Call& call);
-PF_Err FrameSetup(Call& call);
-PF_Err ClassicRender(Call& call);
-PF_Err FrameSetdown(Call& call);
-PF_Err UserChangedParam(Call& call);
-PF_Err UpdateParamsUi(Call& call);
-PF_Err Event(Call& call);
-PF_Err SmartPreRender(Call& call);
-PF_Err SmartRender(Call& call);
+// ParamsSetup.cpp
+PF_Err ParamsSetup(HostCall& call);
+
+// Sequence.cpp
+PF_Err SequenceSetup(HostCall& call);
+PF_Err SequenceResetup(HostCall& call);
+PF_Err SequenceFlatten(HostCall& call);
+PF_Err SequenceSetdown(HostCall& call);
+
+// The id under which smart pre-render checks out the input layer for smart render.
+constexpr A_long SmartInputCheckout = 0x123456;
+
+// FrameSizing.cpp
+PF_Err FrameSetup(HostCall& call);
+PF_Err FrameSetdown(HostCall& call);
+PF_Err SmartPreRender(HostCall& call);
+
+// Render.cpp
+PF_Err ClassicRender(HostCall& call);
+PF_Err SmartRender(HostCall& call);
+
+// UserInterface.cpp
+PF_Err UserChangedParam(HostCall& call);
+PF_Err UpdateParamsUi(HostCall& call);
+PF_Err Event(HostCall& call);
 
 } // namespace Adapter

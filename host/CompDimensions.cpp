@@ -3,9 +3,7 @@
 #include "AE_GeneralPlug.h"
 #include "PrSDKAESupport.h"
 #include "PrSDKSequenceInfoSuite.h"
-#include "host/HostKind.h"
-#include "host/Instance.h"
-#include "host/Scaling.h"
+#include "host/Geometry.h"
 #include "host/Suites.h"
 
 namespace Adapter {
@@ -42,7 +40,7 @@ AEGP_ItemH FindCompItem(const PF_InData& in) {
     return comp ? FindItem(in, comp) : nullptr;
 }
 
-// Every number from 3 on has the one call that is wanted here in the same place.
+// The one call that is needed has the same place under every number from 3 on.
 bool FindTimeline(const PF_InData& in, PrTimelineID& timeline) {
     const char* name = kPFUtilitySuite;
     ScopedSuite<PF_UtilitySuite> suite(in, {{name, 13},
@@ -95,18 +93,11 @@ void GetCompDimensionsPr(PF_InData* in, unsigned& width, unsigned& height, float
     PrTimelineID timeline = 0;
     if (!FindTimeline(*in, timeline))
         return;
-    // The calls used here have the same place in all three.
+    // The two calls that are needed have the same places under all three numbers.
     const char* name = kPrSDKSequenceInfoSuite;
     ScopedSuite<PrSDKSequenceInfoSuite> suite(*in, {{name, 9}, {name, 6}, {name, 5}});
     if (suite)
         ReadSequence(*suite, timeline, width, height, pixelAspect);
-}
-
-void SelectForSizing(IPlugin& engine, PF_InData* in, SequenceRecord& record) {
-    const auto read = IsPremiere(*in) ? GetCompDimensionsPr : GetCompDimensions;
-    read(in, record.compWidth, record.compHeight, record.compPixelAspect);
-    SelectSequence(engine, record.engineSequence);
-    SelectComposition(engine, record.compWidth, record.compHeight, record.compPixelAspect);
 }
 
 } // namespace Adapter

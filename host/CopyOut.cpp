@@ -1,15 +1,10 @@
 #include "host/CopyOut.h"
 
-#include <algorithm>
 #include <cstring>
 
-#include "host/PixelData.h"
+#include "host/WorldPixels.h"
 
 namespace Adapter {
-
-Overlap::Overlap(std::int64_t size, std::int64_t offset, std::int64_t otherSize)
-    : source(std::max<std::int64_t>(-offset, 0)), target(std::max<std::int64_t>(offset, 0)),
-      count(std::max<std::int64_t>(std::min(size - source, otherSize - target), 0)) {}
 
 void ConvertRow16(const std::byte* __restrict source, std::byte* __restrict target, std::size_t channels) {
     for (std::size_t i = 0; i < channels; ++i) {
@@ -41,12 +36,6 @@ void CopyFrame(const EngineFrame& frame, PF_LayerDef& world) {
         else
             std::memcpy(to, from, copiedBytes);
     }
-}
-
-void ClearPixels(PF_LayerDef& world, int bits) {
-    auto* row = reinterpret_cast<std::byte*>(world.data);
-    for (A_long y = 0; row && y < world.height; ++y, row += world.rowbytes)
-        std::memset(row, 0, PackedRowBytes(static_cast<std::size_t>(std::max(world.width, 0)), bits));
 }
 
 } // namespace Adapter

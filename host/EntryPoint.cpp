@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/CommandGuard.h"
 #include "host/Commands.h"
 #include "utils/Utils.h"
 
@@ -10,10 +11,10 @@ namespace {
 
 struct CommandRow {
     PF_Cmd code;
-    PF_Err (*run)(Adapter::Call& call);
+    PF_Err (*run)(Adapter::HostCall& call);
 };
 
-// Whatever is not listed, global set-down included, succeeds without doing anything.
+// Commands that are not listed, such as global set-down, succeed without doing anything.
 constexpr CommandRow s_Commands[] = {
     {PF_Cmd_ABOUT, Adapter::About},
     {PF_Cmd_GLOBAL_SETUP, Adapter::GlobalSetup},
@@ -38,10 +39,25 @@ const CommandRow* FindCommand(PF_Cmd code) {
     return row != std::end(s_Commands) ? row : nullptr;
 }
 
-// No exception may reach the host.
-PF_Err RunGuarded(const CommandRow& row, Adapter::Call& call) {
+PF_Err RunCommand(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef* output,
+                  void* extra) {
+    Adapter::CommandGuard guard;
+    const CommandRow* row = FindCommand(cmd);
+    if (!row)
+        return PF_Err_NONE;
+    if (!in || !out)
+        return PF_Err_BAD_CALLBACK_PARAM;
+    Adapter::HostCall call{in, out, params, output, extra, guard, guard.Engine()};
+    return row->run(call);
+}
+
+} // namespace
+
+// No exception may reach the host, neither from a command nor from the guard or the engine's construction.
+extern "C" PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
+                                 PF_LayerDef* output, void* extra) {
     try {
-        return row.run(call);
+        return RunCommand(cmd, in_data, out_data, params, output, extra);
     } catch (int err) {
         Utils::Log("An exception has been thrown! err = %d\n", err);
         return err;
@@ -49,18 +65,4 @@ PF_Err RunGuarded(const CommandRow& row, Adapter::Call& call) {
         Utils::Log("An exception has been thrown! Unknown error!\n");
         return PF_Err_INVALID_CALLBACK;
     }
-}
-
-} // namespace
-
-extern "C" PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
-                                 PF_LayerDef* output, void* extra) {
-    Adapter::CommandGuard guard;
-    const CommandRow* row = FindCommand(cmd);
-    if (!row)
-        return PF_Err_NONE;
-    if (!in_data || !out_data)
-        return PF_Err_BAD_CALLBACK_PARAM;
-    Adapter::Call call{in_data, out_data, params, output, extra, guard, *GetPlugin()};
-    return RunGuarded(*row, call);
 }

@@ -1,13 +1,12 @@
 #include <cstdint>
 
 #include "AEGP_SuiteHandler.h"
-#include "AE_EffectCB.h"
 #include "AE_GeneralPlug.h"
 #include "PrSDKAESupport.h"
-#include "host/BoundedText.h"
+#include "engine/IPlugin.h"
 #include "host/Commands.h"
 #include "host/HostHandle.h"
-#include "host/HostKind.h"
+#include "host/HostText.h"
 #include "host/SequenceRecord.h"
 #include "host/Suites.h"
 #include "sdk/PixelFormats.h"
@@ -16,8 +15,8 @@ namespace Adapter {
 
 namespace {
 
-// Bit fields of the engine's version and their places in the host's. The engine's bits 10 to 13 are left
-// behind on purpose: the host's bug-fix field is always 0.
+// The bit fields of the engine's version and their positions in the host's version. Deliberate: bits 10 to 13
+// of the engine's version are dropped, so the bug-fix field of the host's version is always 0.
 struct BitField {
     unsigned from;
     unsigned width;
@@ -47,7 +46,7 @@ constexpr std::uint32_t s_ByteFormats[] = {PixelFormats::Argb8, PixelFormats::Xr
 constexpr std::uint32_t s_DeepFormats[] = {PixelFormats::Xrgb16, PixelFormats::Argb16};
 constexpr std::uint32_t s_FloatFormats[] = {PixelFormats::Argb32, PixelFormats::Xrgb32};
 
-bool SetUpEngine(Call& call) {
+bool SetUpEngine(HostCall& call) {
     void* module = nullptr;
     A_UTF16Char path[AEFX_MAX_PATH] = {};
     const auto platformData = call.in->utils->get_platform_data;
@@ -57,7 +56,7 @@ bool SetUpEngine(Call& call) {
     return call.engine.globalSetup(module, path);
 }
 
-PF_Err PublishGlobalData(Call& call) {
+PF_Err PublishGlobalData(HostCall& call) {
     AEGP_SuiteHandler suites(call.in->pica_basicP);
     HostHandle handle(suites, sizeof(GlobalData));
     auto* data = static_cast<GlobalData*>(handle.Data());
@@ -75,8 +74,8 @@ PF_Err PublishGlobalData(Call& call) {
     return PF_Err_NONE;
 }
 
-// Premiere Pro learns the deep formats from its pixel format suite and not from the flags.
-void DeclarePixelFormats(Call& call) {
+// Premiere Pro takes the deep formats from its pixel format suite and not from the flags.
+void DeclarePixelFormats(HostCall& call) {
     RequiredSuite<PF_PixelFormatSuite1> suite(*call.in, {kPFPixelFormatSuite, kPFPixelFormatSuiteVersion1});
     const auto add = [&](const auto& formats) {
         for (const std::uint32_t format : formats)
@@ -96,16 +95,17 @@ void DeclarePixelFormats(Call& call) {
 
 } // namespace
 
-PF_Err About(Call& call) {
+PF_Err About(HostCall& call) {
     if (IsPremiere(*call.in))
         return PF_Err_NONE;
-    // The host prints without a limit of its own; the two line ends need room as well.
-    const std::string text = Bounded(call.engine.getString(PluginString::About), PF_MAX_EFFECT_MSG_LEN - 2);
+    // The host prints without a limit. Two bytes of the field are for the line ends.
+    const std::string text =
+        BoundedText(call.engine.getString(PluginString::About), PF_MAX_EFFECT_MSG_LEN - 2);
     call.in->utils->ansi.sprintf(call.out->return_msg, "%s\n\n%s", text.c_str(), "");
     return PF_Err_NONE;
 }
 
-PF_Err GlobalSetup(Call& call) {
+PF_Err GlobalSetup(HostCall& call) {
     if (!SetUpEngine(call))
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     call.out->my_version = HostVersion(call.engine.getVersion());

@@ -1,17 +1,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
+
+#include "host/HostApi.h"
 
 #include "AEGP_SuiteHandler.h"
-#include "AE_Effect.h"
 
 namespace Adapter {
 
-// A new block of host memory, given back with the scope unless it is handed over to the host.
+// A new block of host memory. The destructor disposes of it unless it was handed over to the host.
 class HostHandle {
 public:
-    // size in bytes; empty when the host has no memory left.
+    // Allocates `size` bytes; the object is empty when the host has no memory left.
     HostHandle(const AEGP_SuiteHandler& suites, std::size_t size)
         : m_Suite(suites.HandleSuite1()), m_Handle(m_Suite->host_new_handle(size)),
           m_Data(m_Handle ? m_Suite->host_lock_handle(m_Handle) : nullptr) {}
@@ -25,9 +25,9 @@ public:
     HostHandle(const HostHandle&) = delete;
     HostHandle& operator=(const HostHandle&) = delete;
 
-    // The block, locked; its content is undefined at first. Null when empty.
+    // The locked block, whose content is undefined at first. Null when the object is empty.
     void* Data() const { return m_Data; }
-    // Stores the handle where the host looks for it, and unlocks it. It is the host's from here on.
+    // Stores the handle in a field that the host reads, and unlocks it. The host owns the block from then on.
     void HandOver(PF_Handle& destination) {
         destination = m_Handle;
         m_Suite->host_unlock_handle(m_Handle);

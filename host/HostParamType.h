@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AE_Effect.h"
+#include "host/HostApi.h"
 #include "parameters/ParameterTraits.h"
 
 namespace Adapter {

@@ -18,7 +18,7 @@ A_long s_HostParamCount = 0;
 std::vector<A_u_long> s_arEnabled;
 
 bool HostHasParam(const PF_InData& in, A_long hostIndex) {
-    const bool hostCounts = in.num_params > 0; // not before the parameters are published
+    const bool hostCounts = in.num_params > 0; // 0 before the parameters are published
     return hostIndex >= 0 && (!hostCounts || hostIndex < in.num_params);
 }
 

@@ -9,7 +9,7 @@ EngineInstance s_Selected;
 InstanceScope* s_Innermost = nullptr;
 } // namespace
 
-InstanceScope::InstanceScope() : m_Before(s_Selected), m_Outer(s_Innermost) {
+InstanceScope::InstanceScope(IPlugin& engine) : m_Engine(engine), m_Before(s_Selected), m_Outer(s_Innermost) {
     s_Innermost = this;
 }
 
@@ -18,10 +18,11 @@ InstanceScope::~InstanceScope() {
     if (!m_Outer || m_Before == s_Selected)
         return;
     try {
-        SelectSequence(*GetPlugin(), m_Before.sequence);
-        SelectComposition(*GetPlugin(), m_Before.compWidth, m_Before.compHeight, m_Before.compPixelAspect);
+        SelectSequence(m_Engine, m_Before.sequence);
+        SelectComposition(m_Engine, m_Before.compWidth, m_Before.compHeight, m_Before.compPixelAspect);
     } catch (...) {
-        // The inner command's result is settled, and the outer one will meet the engine's failure itself.
+        // The result of the inner command is already decided; the outer one meets the engine's failure
+        // itself.
     }
 }
 

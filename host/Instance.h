@@ -2,8 +2,9 @@
 
 class IPlugin;
 
-// One engine object serves every instance of the effect, so each command tells it which one it is about.
-// What was told last is kept here for commands that run inside another one. Used under the global mutex.
+// One engine object serves every instance of the effect, so each command first selects the instance that it
+// concerns. The adapter remembers the selection for commands that run inside another one. All of this is used
+// under the global mutex.
 namespace Adapter {
 
 struct EngineInstance {
@@ -14,22 +15,23 @@ struct EngineInstance {
     bool operator==(const EngineInstance&) const = default;
 };
 
-// Stands around a command. One that ran inside another (the host renders an upstream layer from within a
-// callback) gives the engine back the instance of the outer command.
+// Surrounds a command. A host may send a command from inside a callback, for example to render an upstream
+// layer; when such an inner command ends, the scope selects the instance of the outer command again.
 class InstanceScope {
 public:
-    InstanceScope();
+    explicit InstanceScope(IPlugin& engine);
     ~InstanceScope();
     InstanceScope(const InstanceScope&) = delete;
     InstanceScope& operator=(const InstanceScope&) = delete;
 
 private:
     friend void ReleaseSequence(IPlugin& engine, void* sequence);
+    IPlugin& m_Engine;
     EngineInstance m_Before;
     InstanceScope* m_Outer;
 };
 
-// The IPlugin calls that change what is selected.
+// The calls of IPlugin that change the selection.
 void* InitSequence(IPlugin& engine);
 void ReleaseSequence(IPlugin& engine, void* sequence);
 void SelectSequence(IPlugin& engine, void* sequence);

@@ -1,23 +1,22 @@
 #pragma once
 
 #include "AEGP_SuiteHandler.h"
-#include "AE_Effect.h"
+#include "host/HostCall.h"
 
-// Parameter traffic between host and engine, through the maps of HostState. The engine's current instance is
-// meant throughout. Calls run under the global mutex.
+// Transfers parameter values and states between the host and the engine's current instance, using the maps of
+// HostState.
 namespace Adapter {
 
-// Gives the engine the host's value of every published parameter at in->current_time. Layers, textures and
-// paths only for a render. The first checkout that the host refuses ends the walk, silently. Throws what the
-// engine throws and MissingSuite when a colour cannot be read.
-void UpdateParametersValues(PF_InData* in, PF_OutData* out, PF_ParamDef** params, bool forRender);
+// Passes the host's value of every published parameter at in->current_time to the engine. Layers, textures
+// and paths are included only when forRender is true. The first checkout that the host refuses ends the
+// transfer without an error. Throws what the engine throws, and MissingSuite when a colour cannot be read.
+void UpdateParametersValues(HostCall& call, bool forRender);
 
-// Gives the engine one checked-out value. Does nothing until UpdateParametersUI has seen the parameter.
-void UpdateParameterValue(AEGP_SuiteHandler& suites, PF_InData* in, PF_OutData* out, PF_ParamDef* def,
-                          int hostIndex);
+// Passes one checked-out value to the engine. Does nothing before UpdateParametersUI has seen the parameter.
+void UpdateParameterValue(HostCall& call, AEGP_SuiteHandler& suites, PF_ParamDef& def, int hostIndex);
 
-// Gives the host the engine's labels and enabled states; params may be null, then only the map is filled.
-// Refusals of the host stay unreported.
-void UpdateParametersUI(PF_InData* in, PF_OutData* out, PF_ParamDef** params);
+// Passes the engine's labels and enabled states to the host. When params is null, only the map from host to
+// engine parameters is filled. A refusal by the host is not reported.
+void UpdateParametersUI(HostCall& call, PF_ParamDef** params);
 
 } // namespace Adapter

@@ -5,13 +5,11 @@
 
 #include "AE_EffectSuites.h"
 #include "AE_EffectUI.h"
-#include "host/BoundedText.h"
+#include "engine/IPlugin.h"
 #include "host/Commands.h"
-#include "host/FixedPoint.h"
-#include "host/HostKind.h"
 #include "host/HostParamType.h"
 #include "host/HostState.h"
-#include "host/ParamName.h"
+#include "host/HostText.h"
 #include "host/Suites.h"
 
 namespace Adapter {
@@ -20,6 +18,19 @@ namespace {
 
 constexpr PF_ParamFlags s_Supervised = PF_ParamFlag_SUPERVISE;
 constexpr PF_ParamFlags s_SupervisedCollapsed = PF_ParamFlag_SUPERVISE | PF_ParamFlag_START_COLLAPSED;
+
+// The low 32 bits of the integer part; 0 for a value outside the range of 64-bit integers.
+std::int32_t TruncatedTo32Bits(double value) {
+    constexpr double s_Limit = 9.0e18;
+    if (!(value > -s_Limit && value < s_Limit))
+        return 0;
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::int64_t>(value)));
+}
+
+// 16.16 fixed point, rounded half away from zero.
+std::int32_t RoundedFixed(float value) {
+    return TruncatedTo32Bits(value * 65536.0 + (value < 0 ? -0.5 : 0.5));
+}
 
 void FillFloat(const Parameter& source, PF_ParamDef& def) {
     PF_FloatSliderDef& slider = def.u.fs_d;
@@ -31,7 +42,7 @@ void FillFloat(const Parameter& source, PF_ParamDef& def) {
     slider.curve_tolerance = AEFX_AUDIO_DEFAULT_CURVE_TOLERANCE;
 }
 
-// The third default is the second component, as hosts and saved projects have always seen it.
+// Deliberate: the third default is the second component, because saved projects depend on it.
 void FillPoint3D(const Parameter& source, PF_ParamDef& def) {
     PF_Point3DDef& point = def.u.point3d_d;
     point.x_value = point.x_dephault = source.value.Float(0);
@@ -39,7 +50,7 @@ void FillPoint3D(const Parameter& source, PF_ParamDef& def) {
     point.z_value = point.z_dephault = source.value.Float(1);
 }
 
-// Components are not scaled: 1.0 becomes 1 of 255.
+// Deliberate: components are not scaled, so 1.0 becomes 1 of 255.
 void FillColor(const Parameter& source, PF_ParamDef& def) {
     const auto channel = [&](unsigned index) {
         return static_cast<A_u_char>(TruncatedTo32Bits(source.value.Float(index)));
@@ -56,7 +67,7 @@ void FillLayer(const Parameter&, PF_ParamDef& def) {
     def.u.ld.dephault = PF_LayerDefault_NONE;
 }
 
-// The default is shifted once more than 16.16 needs; projects rely on it.
+// Deliberate: the default is shifted once more than 16.16 needs, because saved projects depend on it.
 void FillPoint2D(const Parameter& source, PF_ParamDef& def) {
     const auto shifted = [](float value) {
         return static_cast<PF_Fixed>(static_cast<std::uint32_t>(RoundedFixed(value)) << 16);
@@ -76,7 +87,7 @@ void FillTexture(const Parameter& source, PF_ParamDef& def) {
 }
 
 void FillPath(const Parameter&, PF_ParamDef& def) {
-    def.uu.id -= 2; // paths alone carry their bare index
+    def.uu.id -= 2; // deliberate: only paths have an id equal to their index
 }
 
 void FillBool(const Parameter& source, PF_ParamDef& def) {
@@ -97,12 +108,12 @@ void FillAngle(const Parameter& source, PF_ParamDef& def) {
     def.u.ad.value = def.u.ad.dephault = TruncatedTo32Bits(source.value.Float(0) * 65536.0);
 }
 
-// How an engine parameter is shown. The rows stand in the order of the engine's type codes, from FLOAT on.
+// The host parameter for each type of engine parameter.
 struct PublicationRow {
     Parameter::Type engineType;
     PF_ParamFlags flags;
     void (*fill)(const Parameter& source, PF_ParamDef& def);
-    A_long* firstIndex; // null: not kept
+    A_long* firstIndex; // where the first index of the kind is stored; null when it is not needed
 };
 constexpr PublicationRow s_Publications[] = {
     {Parameter::FLOAT, s_SupervisedCollapsed, FillFloat, &s_ParamsStart},
@@ -133,24 +144,24 @@ PF_ParamType HostType(Parameter::Type type) {
         ->code;
 }
 
-PF_Err AddToHost(Call& call, const PublicationRow& row, const Parameter& source) {
+PF_Err AddToHost(HostCall& call, const PublicationRow& row, const Parameter& source) {
     PF_ParamDef def = {};
     def.uu.id = call.out->num_params + 2;
     def.param_type = HostType(row.engineType);
     def.flags = row.flags;
     if (row.engineType != Parameter::GROUP_END)
         call.in->utils->ansi.strcpy(def.PF_DEF_NAME,
-                                    Bounded(source.label, PF_MAX_EFFECT_PARAM_NAME_LEN).c_str());
+                                    BoundedText(source.label, PF_MAX_EFFECT_PARAM_NAME_LEN).c_str());
     row.fill(source, def);
     const PF_Err err = call.in->inter.add_param(call.in->effect_ref, -1, &def);
     if (err == PF_Err_NONE)
         ++s_HostParamCount;
-    // Hosts without masks refuse paths, and the effect works without them.
+    // Deliberate: hosts without masks refuse paths, and the effect works without them.
     return row.engineType == Parameter::PATH ? static_cast<PF_Err>(PF_Err_NONE) : err;
 }
 
-// A parameter of a type that no host shows still takes up an index.
-PF_Err Publish(Call& call, A_u_long engineIndex) {
+// Deliberate: a parameter of an unknown type is not shown but still takes an index.
+PF_Err Publish(HostCall& call, A_u_long engineIndex) {
     const Parameter& source = call.engine.getParamDesc(engineIndex);
     if (source.flags & Parameter::NotPublished)
         return PF_Err_NONE;
@@ -167,12 +178,12 @@ PF_Err Publish(Call& call, A_u_long engineIndex) {
     return PF_Err_NONE;
 }
 
-PF_Err BlankOptionsButton(Call& call) {
+PF_Err BlankOptionsButton(HostCall& call) {
     RequiredSuite<PF_EffectUISuite1> suite(*call.in, {kPFEffectUISuite, kPFEffectUISuiteVersion1});
     return suite->PF_SetOptionsButtonName(call.in->effect_ref, " ");
 }
 
-PF_Err RegisterCustomUi(Call& call) {
+PF_Err RegisterCustomUi(HostCall& call) {
     PF_CustomUIInfo info = {};
     info.events = PF_CustomEFlag_EFFECT;
     return call.in->inter.register_ui(call.in->effect_ref, &info);
@@ -180,7 +191,7 @@ PF_Err RegisterCustomUi(Call& call) {
 
 } // namespace
 
-PF_Err ParamsSetup(Call& call) {
+PF_Err ParamsSetup(HostCall& call) {
     call.out->num_params = 1;
     s_HostParamCount = 1;
     s_MapPlugin2AEParam.clear();

@@ -1,9 +1,9 @@
 #include <cstring>
 
 #include "AEGP_SuiteHandler.h"
+#include "engine/IPlugin.h"
 #include "host/Commands.h"
 #include "host/HostHandle.h"
-#include "host/HostKind.h"
 #include "host/Instance.h"
 #include "host/ParameterBridge.h"
 #include "host/SequenceRecord.h"
@@ -12,7 +12,7 @@ namespace Adapter {
 
 namespace {
 
-// A zero-filled handle of the record's size.
+// A new, zero-filled handle with the size of a record.
 class NewRecord {
 public:
     explicit NewRecord(const AEGP_SuiteHandler& suites) : m_Handle(suites, SequenceRecordSize) {
@@ -28,7 +28,7 @@ private:
     HostHandle m_Handle;
 };
 
-// Lets a sequence go again when the command fails before its record reaches the host.
+// A new engine sequence, which is released again when the command fails before the host gets its record.
 class NewSequence {
 public:
     explicit NewSequence(IPlugin& engine) : m_Engine(engine), m_Data(InitSequence(engine)) {}
@@ -38,7 +38,7 @@ public:
         try {
             ReleaseSequence(m_Engine, m_Data);
         } catch (...) {
-            // The command already failed with an error of its own.
+            // The command already failed with another error.
         }
     }
     NewSequence(const NewSequence&) = delete;
@@ -60,7 +60,7 @@ void Publish(NewRecord& record, NewSequence& sequence, PF_OutData& out) {
 
 } // namespace
 
-PF_Err SequenceSetup(Call& call) {
+PF_Err SequenceSetup(HostCall& call) {
     SequenceSetdown(call);
     AEGP_SuiteHandler suites(call.in->pica_basicP);
     NewRecord record(suites);
@@ -71,9 +71,9 @@ PF_Err SequenceSetup(Call& call) {
     return PF_Err_NONE;
 }
 
-// The old data may come from a saved project, so nothing in it is taken for a pointer: the engine makes a
-// fresh sequence and reads the rest. The old handle stays the host's.
-PF_Err SequenceResetup(Call& call) {
+// The old data may come from a saved project, so no pointer in it is used: the engine creates a new sequence
+// and reads the old data. The old handle still belongs to the host.
+PF_Err SequenceResetup(HostCall& call) {
     if (!call.in->sequence_data)
         return PF_Err_NONE;
     AEGP_SuiteHandler suites(call.in->pica_basicP);
@@ -90,13 +90,13 @@ PF_Err SequenceResetup(Call& call) {
     Publish(record, sequence, *call.out);
     if (!IsPremiere(*call.in) && NeedsForcedRerender(*call.in))
         call.out->out_flags |= PF_OutFlag_FORCE_RERENDER;
-    UpdateParametersUI(call.in, call.out, nullptr);
+    UpdateParametersUI(call, nullptr);
     return PF_Err_NONE;
 }
 
-// The flat block holds no pointer: its engineSequence stays null, which the engine takes for "no sequence"
-// should the block come back in a set-down.
-PF_Err SequenceFlatten(Call& call) {
+// The flat block contains no pointer. Its engineSequence stays null, which the engine ignores when the host
+// sets down flat data.
+PF_Err SequenceFlatten(HostCall& call) {
     if (!call.in->sequence_data)
         return PF_Err_NONE;
     AEGP_SuiteHandler suites(call.in->pica_basicP);
@@ -111,7 +111,7 @@ PF_Err SequenceFlatten(Call& call) {
     return PF_Err_NONE;
 }
 
-PF_Err SequenceSetdown(Call& call) {
+PF_Err SequenceSetdown(HostCall& call) {
     if (!call.in->sequence_data)
         return PF_Err_NONE;
     AEGP_SuiteHandler suites(call.in->pica_basicP);
@@ -119,7 +119,7 @@ PF_Err SequenceSetdown(Call& call) {
         ReleaseSequence(call.engine, record->engineSequence);
     suites.HandleSuite1()->host_dispose_handle(call.in->sequence_data);
     call.in->sequence_data = nullptr;
-    call.out->sequence_data = nullptr; // hosts start from the old handle here
+    call.out->sequence_data = nullptr; // hosts preset it to the old handle
     return PF_Err_NONE;
 }
 

@@ -3,13 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "AE_Effect.h"
+#include "host/HostApi.h"
 
-// The three blocks that the adapter keeps in host handles. Their layouts are fixed: hosts copy them as bytes
-// and keep them across versions of the module.
+// The three blocks that the adapter keeps in host handles. Their layouts are fixed, because hosts copy them
+// byte by byte and keep them across versions of the module.
 namespace Adapter {
 
-// Kept with an instance: the beginning of a zero-filled handle of SequenceRecordSize bytes.
+// The data of an instance, at the beginning of a zero-filled handle of SequenceRecordSize bytes.
 struct SequenceRecord {
     std::uint32_t lastWidth; // size of the last rendered frame in pixels, recorded while uiReady is set
     std::uint32_t lastHeight;
@@ -35,22 +35,22 @@ static_assert(offsetof(SequenceRecord, wasResetup) == 25);
 static_assert(offsetof(SequenceRecord, engineSequence) == 32);
 static_assert(offsetof(SequenceRecord, compPixelAspect) == 40);
 
-// The record of the command's instance, null when it has none. The host keeps the handle locked during the
-// call, so it is only dereferenced.
+// The record of the command's instance, or null when it has none. The host keeps the handle locked during the
+// command, so the handle needs no lock here.
 inline SequenceRecord* FindRecord(const PF_InData& in) {
     const auto handle = reinterpret_cast<void**>(in.sequence_data);
     return handle ? static_cast<SequenceRecord*>(*handle) : nullptr;
 }
 
-// Kept from global set-up on.
+// The data of the plug-in, from global set-up on.
 struct GlobalData {
     std::uint8_t initialised;
     A_long aegpPluginId; // After Effects only
 };
 static_assert(sizeof(GlobalData) == 8 && offsetof(GlobalData, aegpPluginId) == 4);
 
-// Premiere Pro only, from frame set-up to frame set-down: the size that the engine asked for, in pixels,
-// scaled by the down-sampling factors.
+// Premiere Pro only, from frame set-up to frame set-down: the output size in pixels that the engine asked
+// for, scaled by the down-sampling factors.
 struct FrameData {
     std::uint32_t width;
     std::uint32_t height;

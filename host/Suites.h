@@ -2,19 +2,20 @@
 
 #include <initializer_list>
 
-#include "AE_Effect.h"
+#include "host/HostApi.h"
+
 #include "SPBasic.h"
 
 namespace Adapter {
 
-// Name and number under which a host hands out a suite.
+// The name and the number under which a host provides a suite.
 struct SuiteId {
     const char* name;
     A_long number;
 };
 
-// Borrows a suite from the host for the scope: the first of `ids` that the host has, all of which must agree
-// with `Suite` in the entries that are used. Empty when the host has none.
+// Acquires a suite from the host for a scope: the first of `ids` that the host has. The entries that the
+// caller uses must be the same under all of them. The object is empty when the host has none of them.
 template <class Suite>
 class ScopedSuite {
 public:
@@ -48,10 +49,10 @@ private:
     SuiteId m_Id = {};
 };
 
-// The error of a command that needs a suite which the host lacks.
+// The error code of a command that needs a suite which the host lacks.
 constexpr int MissingSuite = PF_Err_BAD_CALLBACK_PARAM;
 
-// As ScopedSuite, but throws `error` when the host lacks the suite.
+// A ScopedSuite that throws `error` when the host lacks the suite.
 template <class Suite>
 class RequiredSuite : public ScopedSuite<Suite> {
 public:

@@ -1,4 +1,4 @@
 #include "host/EntryPoint.h"
 
-// Nothing else in the module names the entry point, and a library's unused parts are left out of it.
+// The linker would drop the entry point from the static library, because nothing else in the module refers to it.
 [[gnu::used]] static const auto s_KeepEntryPoint = &EntryPointFunc;

@@ -1,5 +1,5 @@
 #include "AE_EffectUI.h"
-#include "host/BoundedText.h"
+#include "host/HostText.h"
 #include "host/HostState.h"
 #include "tests/host/TestHost.h"
 
@@ -97,8 +97,8 @@ TEST(ParamsSetupTest, TextsReachTheHost) {
     host.SetUp({popup});
     EXPECT_THAT(host.strict.Params().back().choices, ElementsAre("One", "Two"));
     EXPECT_EQ(host.strict.Params().back().label, std::string(31, 'n'));
-    EXPECT_EQ(Adapter::Bounded("n\xC3\xA9", 2), "n") << "no half characters";
-    EXPECT_EQ(Adapter::Bounded("n\xC3\xA9", 3), "n\xC3\xA9");
+    EXPECT_EQ(Adapter::BoundedText("n\xC3\xA9", 2), "n") << "no half characters";
+    EXPECT_EQ(Adapter::BoundedText("n\xC3\xA9", 3), "n\xC3\xA9");
 }
 
 TEST(ParamsSetupTest, HiddenParametersTakeNoIndexAndUnknownOnesDo) {

@@ -4,8 +4,8 @@
 #include "AE_EffectCBSuites.h"
 #include "PrSDKAESupport.h"
 #include "host/CopyOut.h"
-#include "host/InputUpload.h"
-#include "host/PixelData.h"
+#include "host/InputFrames.h"
+#include "host/WorldPixels.h"
 #include "tests/host/TestHost.h"
 
 namespace {
@@ -102,15 +102,15 @@ TEST(RenderTest, WorldsMayBeBottomUpButTheirRowsMustHoldTheirPixels) {
     world.rowbytes = -8;
     Adapter::CopyFrame({pixels.data(), 2, 2, 8}, world);
     EXPECT_EQ(memory, pixels) << "turned over twice";
-    Adapter::UploadInputSurface(&in, &world, 8, Adapter::InputFrame);
+    Adapter::UploadInputSurface(Engine(), &in, &world, 8, Adapter::InputFrame);
     EXPECT_THAT(FirstChannels(Engine().uploads.at(0).bytes), ElementsAre(3, 4, 1, 2));
     Adapter::ClearPixels(world, 8);
     EXPECT_EQ(memory, Bytes(16));
 
     world.rowbytes = -7;
-    EXPECT_THROW(Adapter::UploadInputSurface(&in, &world, 8, Adapter::InputFrame), int);
+    EXPECT_THROW(Adapter::UploadInputSurface(Engine(), &in, &world, 8, Adapter::InputFrame), int);
     world.height = 1;
-    Adapter::UploadInputSurface(&in, &world, 8, Adapter::InputFrame);
+    Adapter::UploadInputSurface(Engine(), &in, &world, 8, Adapter::InputFrame);
     EXPECT_EQ(Engine().uploads.size(), 2u) << "one row may be any length";
 }
 

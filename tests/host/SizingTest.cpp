@@ -3,7 +3,7 @@
 #include "AE_GeneralPlug.h"
 #include "PrSDKAESupport.h"
 #include "PrSDKSequenceInfoSuite.h"
-#include "host/Rects.h"
+#include "host/Geometry.h"
 #include "tests/host/TestHost.h"
 
 namespace {

@@ -1,23 +1,18 @@
-#include "host/RenderBridge.h"
-
 #include "engine/IPlugin.h"
 #include "host/CommandGuard.h"
 #include "host/Commands.h"
 #include "host/CopyOut.h"
-#include "host/FeedbackFrames.h"
-#include "host/HostKind.h"
-#include "host/InputUpload.h"
-#include "host/Instance.h"
+#include "host/Geometry.h"
+#include "host/InputFrames.h"
 #include "host/ParameterBridge.h"
-#include "host/PixelData.h"
-#include "host/Scaling.h"
 #include "host/SequenceRecord.h"
+#include "host/WorldPixels.h"
 
 namespace Adapter {
 
 namespace {
 
-// The engine's picture, given back with the scope.
+// The engine's result, which the destructor returns to the engine.
 class GrabbedResult {
 public:
     explicit GrabbedResult(IPlugin& engine) : m_Engine(engine), m_Pixels(engine.grabResultBegin()) {}
@@ -25,7 +20,7 @@ public:
         try {
             End();
         } catch (...) {
-            // The frame already failed with an error of its own.
+            // The frame already failed with another error.
         }
     }
     GrabbedResult(const GrabbedResult&) = delete;
@@ -46,12 +41,10 @@ private:
 
 struct Frame {
     PF_InData* in;
-    PF_OutData* out;
-    PF_ParamDef** params;
     PF_LayerDef* output;
     PF_LayerDef* input;
     int bits;       // per channel of both worlds
-    unsigned width; // what the engine renders, pixels
+    unsigned width; // pixels that the engine renders
     unsigned height;
 };
 
@@ -69,7 +62,7 @@ void SelectInstance(IPlugin& engine, const Frame& frame, const SequenceRecord& r
     engine.setInputOrigin(frame.output->origin_x, frame.output->origin_y);
 }
 
-// Premiere Pro gives no chance to choose the output's size, so the engine's size may differ from it.
+// Premiere Pro does not let effects shrink the output, so the engine's size may differ from the output's.
 void ChooseSize(Frame& frame) {
     frame.width = Extent(frame.output->width);
     frame.height = Extent(frame.output->height);
@@ -90,8 +83,8 @@ PF_Err FillMargins(const Frame& frame) {
 
 void RunEngine(IPlugin& engine, const Frame& frame) {
     const auto bits = static_cast<unsigned>(frame.bits);
-    UploadInputSurface(frame.in, frame.input, bits, InputFrame);
-    UploadFeedbackFrames(frame.in, bits);
+    UploadInputSurface(engine, frame.in, frame.input, bits, InputFrame);
+    UploadFeedbackFrames(engine, frame.in, bits);
     const double scale = frame.in->time_scale ? frame.in->time_scale : 1;
     engine.render(frame.in->current_time / scale, frame.width, frame.height, bits,
                   Ratio(frame.output->pix_aspect_ratio));
@@ -106,7 +99,7 @@ PF_Err CopyResult(const Frame& frame, const void* pixels) {
     return PF_Err_NONE;
 }
 
-// err is what became of the margins; it comes back when nothing fails later.
+// `err` is the result of filling the margins. It is returned when no later step fails.
 PF_Err RenderLocked(IPlugin& engine, const Frame& frame, PF_Err err) {
     RunEngine(engine, frame);
     GrabbedResult result(engine);
@@ -121,20 +114,21 @@ PF_Err RenderLocked(IPlugin& engine, const Frame& frame, PF_Err err) {
     return err;
 }
 
-} // namespace
-
-PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef* output, PF_LayerDef* input) {
-    if (!input && params && params[0])
-        input = &params[0]->u.ld;
+// Renders one frame: describes it to the engine, uploads the inputs, runs the engine and copies its result
+// into the output. A frame without instance data, without a begin of the engine or without a result is a copy
+// of the input.
+PF_Err Render(HostCall& call, PF_LayerDef* output, PF_LayerDef* input) {
+    if (!input && call.params && call.params[0])
+        input = &call.params[0]->u.ld;
     if (!input || !output)
         return PF_Err_BAD_CALLBACK_PARAM;
-    Frame frame = {in, out, params, output, input, 0, 0, 0};
-    frame.bits = GetPixelDataBpp(IsEmptyWorld(*input) ? output : input, in, out, nullptr);
-    SequenceRecord* record = FindRecord(*in);
+    IPlugin& engine = call.engine;
+    Frame frame = {call.in, output, input, 0, 0, 0};
+    frame.bits = GetPixelDataBpp(IsEmptyWorld(*input) ? output : input, call.in, call.out, nullptr);
+    SequenceRecord* record = FindRecord(*call.in);
     if (!record)
         return CopyInput(frame);
 
-    IPlugin& engine = *GetPlugin();
     SelectInstance(engine, frame, *record);
     ChooseSize(frame);
     const PF_Err filled = FillMargins(frame);
@@ -145,9 +139,9 @@ PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef*
     }
     if (!engine.begin(true))
         return filled != PF_Err_NONE ? filled : CopyInput(frame);
-    UpdateParametersValues(in, out, params, true);
+    UpdateParametersValues(call, true);
 
-    FrameLock lock;
+    FrameLock lock(engine);
     if (!lock)
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     const PF_Err err = RenderLocked(engine, frame, filled);
@@ -155,8 +149,27 @@ PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef*
     return err;
 }
 
-PF_Err ClassicRender(Call& call) {
-    return Render(call.in, call.out, call.params, call.output, nullptr);
+} // namespace
+
+PF_Err ClassicRender(HostCall& call) {
+    return Render(call, call.output, nullptr);
+}
+
+PF_Err SmartRender(HostCall& call) {
+    const auto* extra = static_cast<const PF_SmartRenderExtra*>(call.extra);
+    if (!extra)
+        return PF_Err_BAD_CALLBACK_PARAM;
+    PF_EffectWorld* input = nullptr;
+    PF_EffectWorld* output = nullptr;
+    if (const PF_Err err = extra->cb->checkout_layer_pixels(call.in->effect_ref, SmartInputCheckout, &input);
+        err != PF_Err_NONE)
+        return err;
+    if (const PF_Err err = extra->cb->checkout_output(call.in->effect_ref, &output); err != PF_Err_NONE)
+        return err;
+    if (!output)
+        return PF_Err_NONE; // the host requested no pixels
+    PF_EffectWorld empty = {};
+    return Render(call, output, input ? input : &empty);
 }
 
 } // namespace Adapter

@@ -2,8 +2,9 @@
 
 #include "AEGP_SuiteHandler.h"
 #include "AE_EffectUI.h"
+#include "engine/IPlugin.h"
+#include "host/CommandGuard.h"
 #include "host/Commands.h"
-#include "host/HostKind.h"
 #include "host/HostState.h"
 #include "host/Instance.h"
 #include "host/ParameterBridge.h"
@@ -13,15 +14,15 @@ namespace Adapter {
 
 namespace {
 
-// A button loads the effect's script anew, but only for instances that came from a project: fresh ones just
-// did.
-PF_Err PressButton(Call& call, SequenceRecord& record) {
+// A button runs the effect's script again, but only for instances that came from a project: for a fresh
+// instance it just ran.
+PF_Err PressButton(HostCall& call, SequenceRecord& record) {
     if (!call.guard.LockFrame())
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     if (record.wasResetup) {
         call.engine.resetup();
         record.uiReady = 1;
-        UpdateParametersUI(call.in, call.out, call.params);
+        UpdateParametersUI(call, call.params);
         if (IsPremiere(*call.in) || NeedsForcedRerender(*call.in))
             call.out->out_flags |= PF_OutFlag_FORCE_RERENDER;
     }
@@ -29,14 +30,14 @@ PF_Err PressButton(Call& call, SequenceRecord& record) {
     return PF_Err_NONE;
 }
 
-// The colour picker draws nothing yet, and leaves the control to the host.
+// The colour picker draws nothing and leaves the control to the host.
 PF_Err HandleColorUIEvent(PF_InData*, PF_OutData*, PF_ParamDef**, PF_LayerDef*, PF_EventExtra*) {
     return PF_Err_NONE;
 }
 
 } // namespace
 
-PF_Err UserChangedParam(Call& call) {
+PF_Err UserChangedParam(HostCall& call) {
     SequenceRecord* record = FindRecord(*call.in);
     const auto* extra = static_cast<const PF_UserChangedParamExtra*>(call.extra);
     if (!record || !extra)
@@ -51,28 +52,28 @@ PF_Err UserChangedParam(Call& call) {
     if (changed->param_type == PF_Param_BUTTON)
         return PressButton(call, *record);
     AEGP_SuiteHandler suites(call.in->pica_basicP);
-    UpdateParameterValue(suites, call.in, call.out, changed, index);
+    UpdateParameterValue(call, suites, *changed, index);
     return PF_Err_NONE;
 }
 
-PF_Err UpdateParamsUi(Call& call) {
+PF_Err UpdateParamsUi(HostCall& call) {
     const SequenceRecord* record = FindRecord(*call.in);
     if (!record)
         return PF_Err_NONE;
     SelectSequence(call.engine, record->engineSequence);
     SelectComposition(call.engine, record->compWidth, record->compHeight, record->compPixelAspect);
-    UpdateParametersValues(call.in, call.out, call.params, false);
+    UpdateParametersValues(call, false);
     call.engine.preUIUpdate();
-    UpdateParametersUI(call.in, call.out, call.params);
+    UpdateParametersUI(call, call.params);
     return PF_Err_NONE;
 }
 
-PF_Err Event(Call& call) {
+PF_Err Event(HostCall& call) {
     auto* extra = static_cast<PF_EventExtra*>(call.extra);
     if (!extra)
         return PF_Err_NONE;
     const A_long index = extra->effect_win.index;
-    // Only colours published before the first 3-D point lie in this range; kept as it is.
+    // Deliberate: only colours that were published before the first 3-D point are in this range.
     if (index < s_ColorsStart || index >= s_PointsStart)
         return PF_Err_NONE;
     const bool enabled =

@@ -5,8 +5,9 @@
 
 namespace Adapter {
 
-// The text's first `limit` bytes at most, without a UTF-8 character cut in two. The host's fields are fixed.
-inline std::string Bounded(const std::string& text, std::size_t limit) {
+// Returns the first `limit` bytes of a UTF-8 text, or fewer where the cut would split a character. The host's
+// text fields have fixed sizes.
+inline std::string BoundedText(const std::string& text, std::size_t limit) {
     if (text.size() <= limit)
         return text;
     const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u; };

@@ -1,11 +1,12 @@
-#include "host/PixelData.h"
+#include "host/WorldPixels.h"
 
-#include <cstdint>
+#include <algorithm>
+#include <cstring>
 
 #include "AE_EffectCBSuites.h"
 #include "AE_EffectPixelFormat.h"
 #include "PrSDKAESupport.h"
-#include "host/HostKind.h"
+#include "host/HostCall.h"
 #include "host/Suites.h"
 #include "sdk/PixelFormats.h"
 
@@ -40,5 +41,15 @@ int GetPixelData(PF_InData* in, void** pixels, PF_LayerDef* world) {
     *pixels = world->data;
     return GetPixelDataBpp(world, in, nullptr, nullptr);
 }
+
+void ClearPixels(PF_LayerDef& world, int bits) {
+    auto* row = reinterpret_cast<std::byte*>(world.data);
+    for (A_long y = 0; row && y < world.height; ++y, row += world.rowbytes)
+        std::memset(row, 0, PackedRowBytes(static_cast<std::size_t>(std::max(world.width, 0)), bits));
+}
+
+Overlap::Overlap(std::int64_t size, std::int64_t offset, std::int64_t otherSize)
+    : source(std::max<std::int64_t>(-offset, 0)), target(std::max<std::int64_t>(offset, 0)),
+      count(std::max<std::int64_t>(std::min(size - source, otherSize - target), 0)) {}
 
 } // namespace Adapter
