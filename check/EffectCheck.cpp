@@ -83,7 +83,7 @@ private:
 
     void frame(const FrameKind& kind, const std::vector<ParameterSetting>& settings = {}) {
         ReportFrame(m_Frame++);
-        FrameRequest request;
+        FrameInputs request;
         request.input = TestPicture(kind);
         request.time = 0.5 * static_cast<double>(m_Frame);
         request.settings = settings;

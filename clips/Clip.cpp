@@ -42,7 +42,7 @@ int Clip::run(FrameRenderer& renderer, const Animation& animation, const std::ve
     Progress progress(stderr, m_Options.quiet ? Progress::Style::None : Progress::StyleFor(stderr),
                       m_Plan.endless ? 0 : m_Plan.frames.size());
     const auto render = [&](const FrameId& frame, Picture input) {
-        FrameRequest request;
+        FrameInputs request;
         request.input = std::move(input);
         request.time = timeOf(frame.number);
         request.settings = animation.at(request.time);

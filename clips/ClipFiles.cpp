@@ -1,7 +1,6 @@
 // How a clip finds its input, its frames and its output.
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include "clips/VideoSource.h"
 #include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
@@ -19,25 +19,6 @@ namespace {
 
 constexpr FrameRate s_UsualRate{24, 1};
 constexpr const char* s_Nowhere = "/dev/null";
-
-struct Extent {
-    unsigned width = 0, height = 0;
-};
-
-Extent ParseRawSize(const std::string& text) {
-    unsigned sides[2] = {};
-    const auto cross = std::min(text.find('x'), text.size());
-    const std::string_view parts[2] = {std::string_view(text).substr(0, cross),
-                                       std::string_view(text).substr(std::min(cross + 1, text.size()))};
-    for (int i = 0; i < 2; ++i) {
-        const char* end = parts[i].data() + parts[i].size();
-        const auto [stop, error] = std::from_chars(parts[i].data(), end, sides[i]);
-        if (error != std::errc() || stop != end || sides[i] < 1 || sides[i] > MaxExtent)
-            throw WrongUse("--raw " + text + ": WIDTHxHEIGHT expected, such as 1920x1080, each from 1 to " +
-                           std::to_string(MaxExtent));
-    }
-    return {sides[0], sides[1]};
-}
 
 } // namespace
 
@@ -105,7 +86,7 @@ void Clip::openVideo() {
 }
 
 void Clip::openRaw() {
-    const auto [width, height] = ParseRawSize(m_Options.raw);
+    const auto [width, height] = ParsePixelSize("--raw", m_Options.raw);
     if (m_Range && m_Range->first < 1)
         throw WrongUse("--frames " + m_Options.frames + ": the frames of standard input begin with 1");
     const long last = m_Range ? m_Range->last : 0;

@@ -8,17 +8,13 @@
 #include "clips/KeysInternal.h"
 #include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
 namespace {
 
 constexpr unsigned s_Words = 4; // of a parameter's value
-
-std::string Trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t");
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
 
 // Seconds for "12" and "0.5s"; nothing when the text is no time.
 std::optional<double> KeyTime(const std::string& raw, const FrameRate& rate) {

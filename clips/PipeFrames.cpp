@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "toolkit/Conversion.h"
+#include "toolkit/PictureConversion.h"
 
 namespace fxhost {
 

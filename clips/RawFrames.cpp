@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "clips/PipeIO.h"
-#include "toolkit/Conversion.h"
+#include "toolkit/PictureConversion.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {

@@ -1,13 +1,11 @@
 #include "clips/VideoParts.h"
 
-#include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 #include "clips/ChildProcess.h"
 #include "clips/VideoProbe.h"
+#include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -19,10 +17,6 @@ using Json = nlohmann::json;
 
 constexpr const char* s_PlanFile = "plan.json";
 
-fs::path Beside(const fs::path& target, const std::string& infix) {
-    return target.parent_path() / ("." + target.stem().string() + "." + infix + target.extension().string());
-}
-
 void RequireFolder(const fs::path& target) {
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
     if (!fs::is_directory(folder))
@@ -31,15 +25,8 @@ void RequireFolder(const fs::path& target) {
         throw WrongUse("--output " + target.string() + ": is a folder; a video file was expected");
 }
 
-// One that is on the disk wholly before it has its name.
-void WriteWhole(const fs::path& path, const std::string& text) {
-    const fs::path unfinished = path.string() + ".new";
-    std::ofstream file(unfinished, std::ios::binary);
-    file << text << std::flush;
-    file.close();
-    if (!file)
-        throw EffectFailure(path.string() + ": cannot be written: " + std::strerror(errno));
-    fs::rename(unfinished, path);
+void WriteText(const fs::path& path, const std::string& text) {
+    WriteFileAtomically(path, std::as_bytes(std::span(text)));
 }
 
 std::string Seconds(double seconds) {
@@ -71,7 +58,7 @@ VideoParts::VideoParts(const VideoJob& job) : m_Job(job), m_Folder(PartsFolder(j
     try {
         fs::remove_all(m_Folder);
         fs::create_directory(m_Folder);
-        WriteWhole(plan, Json{{"plan", job.plan}}.dump());
+        WriteText(plan, Json{{"plan", job.plan}}.dump());
     } catch (const fs::filesystem_error& error) {
         throw EffectFailure("--output " + job.path + ": the folder " + m_Folder.string() +
                             " cannot be made: " + error.code().message());
@@ -94,12 +81,12 @@ void VideoParts::readPlan(const std::string& path) {
 void VideoParts::setShape(const Shape& shape, const std::string& ending) {
     m_Shape = shape;
     m_Ending = ending;
-    WriteWhole(m_Folder / s_PlanFile, Json{{"plan", m_Job.plan},
-                                           {"width", shape.width},
-                                           {"height", shape.height},
-                                           {"depth", shape.depth},
-                                           {"ending", ending}}
-                                          .dump());
+    WriteText(m_Folder / s_PlanFile, Json{{"plan", m_Job.plan},
+                                          {"width", shape.width},
+                                          {"height", shape.height},
+                                          {"depth", shape.depth},
+                                          {"ending", ending}}
+                                         .dump());
 }
 
 fs::path VideoParts::part(std::size_t index) const {
@@ -110,7 +97,7 @@ fs::path VideoParts::part(std::size_t index) const {
 
 // The process's number keeps encoders apart that outlive a killed run.
 fs::path VideoParts::unfinished(std::size_t index) const {
-    return Beside(part(index), std::to_string(getpid()));
+    return UnfinishedPath(part(index));
 }
 
 bool VideoParts::has(std::size_t index) const {
@@ -167,16 +154,16 @@ void VideoParts::runJoin(const fs::path& target, bool copySound) const {
 }
 
 void VideoParts::join(std::size_t frames) {
-    WriteWhole(m_Folder / "list", listFile(frames));
-    const fs::path target(m_Job.path), unfinished = Beside(target, std::to_string(getpid()));
+    WriteText(m_Folder / "list", listFile(frames));
+    const AtomicFile target(m_Job.path);
     try {
-        runJoin(unfinished, true);
+        runJoin(target.unfinished(), true);
     } catch (const EffectFailure&) {
         if (m_Job.sound.path.empty())
             throw;
-        runJoin(unfinished, false); // the container may not take the sound as it is
+        runJoin(target.unfinished(), false); // the container may not take the sound as it is
     }
-    fs::rename(unfinished, target);
+    target.commit();
     fs::remove_all(m_Folder);
 }
 

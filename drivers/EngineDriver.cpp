@@ -5,6 +5,7 @@
 
 #include "engine/IPlugin.h"
 #include "guard/Stage.h"
+#include "host/CopyOut.h"
 #include "platform/CGL.h"
 #include "platform/GLProblem.h"
 #include "toolkit/Errors.h"
@@ -34,14 +35,6 @@ private:
 
 void* Writable(const Picture& picture) {
     return const_cast<std::uint8_t*>(picture.bytes.data()); // the engine only reads
-}
-
-// The engine's 0..65535 to the host's 0..32768.
-void CopyRow16(const std::uint8_t* from, std::uint8_t* to, std::size_t bytes) {
-    const auto* in = reinterpret_cast<const std::uint16_t*>(from);
-    auto* out = reinterpret_cast<std::uint16_t*>(to);
-    for (std::size_t i = 0; i < bytes / 2; ++i)
-        out[i] = static_cast<std::uint16_t>((in[i] >> 1) + (in[i] > 32768 ? 1 : 0));
 }
 
 } // namespace
@@ -104,12 +97,12 @@ std::string EngineDriver::shaderErrors() {
     return m_Engine.getErrorText();
 }
 
-void EngineDriver::setValues(const FrameRequest& request) {
+void EngineDriver::setValues(const FrameInputs& request) {
     for (ParameterSetting setting : request.settings)
         m_Engine.setParam(setting.index, setting.value);
 }
 
-Picture EngineDriver::render(const FrameRequest& request) {
+Picture EngineDriver::render(const FrameInputs& request) {
     const Picture& input = request.input;
     const FrameLock lock(m_Engine);
     StageSpan span(Stage::PreRender, &m_OnStage);
@@ -153,7 +146,8 @@ Picture EngineDriver::result(unsigned width, unsigned height, unsigned depth, St
     for (unsigned y = 0; y < height; ++y) { // the last row comes first
         const auto* from = static_cast<const std::uint8_t*>(pixels) + y * rowBytes;
         if (depth == 16)
-            CopyRow16(from, picture.Row(height - 1 - y), rowBytes);
+            Adapter::ConvertRow16(reinterpret_cast<const std::byte*>(from),
+                                  reinterpret_cast<std::byte*>(picture.Row(height - 1 - y)), rowBytes / 2);
         else
             std::memcpy(picture.Row(height - 1 - y), from, rowBytes);
     }

@@ -28,7 +28,7 @@ public:
     EngineDriver& operator=(const EngineDriver&) = delete;
 
     std::vector<Parameter> parameters() override;
-    Picture render(const FrameRequest& request) override;
+    Picture render(const FrameInputs& request) override;
 
     EffectInfo info();
     // Runs updateUIFlags, after which parameters() tells which ones are disabled.
@@ -41,7 +41,7 @@ public:
     std::string shaderErrors();
 
 private:
-    void setValues(const FrameRequest& request);
+    void setValues(const FrameInputs& request);
     Picture result(unsigned width, unsigned height, unsigned depth, StageSpan& span);
 
     IPlugin& m_Engine;

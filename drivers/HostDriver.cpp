@@ -12,8 +12,8 @@
 #include "parameters/ParameterTraits.h"
 #include "platform/CGL.h"
 #include "platform/GLProblem.h"
+#include "toolkit/Downsampling.h"
 #include "toolkit/Errors.h"
-#include "toolkit/Reduce.h"
 
 namespace fxhost {
 
@@ -156,7 +156,7 @@ stricthost::Instance& HostDriver::instanceFor(const Picture& full) {
     return *m_Instance;
 }
 
-void HostDriver::setValues(stricthost::Instance& instance, const FrameRequest& request) {
+void HostDriver::setValues(stricthost::Instance& instance, const FrameInputs& request) {
     const auto index = [&](unsigned number) {
         const Row& row = m_Rows.at(number);
         if (row.hostIndex == 0)
@@ -167,11 +167,11 @@ void HostDriver::setValues(stricthost::Instance& instance, const FrameRequest& r
         instance.SetValue(index(setting.index),
                           ToHostValue(m_Rows[setting.index].parameter.type, setting.value));
     for (const LayerInput& layer : request.layers)
-        instance.SetValue(index(layer.index), std::make_shared<const Picture>(Reduced(
+        instance.SetValue(index(layer.index), std::make_shared<const Picture>(Downsampled(
                                                   layer.picture, m_Settings.across, m_Settings.down)));
 }
 
-Picture HostDriver::render(const FrameRequest& request) {
+Picture HostDriver::render(const FrameInputs& request) {
     if (!(std::abs(request.time) <= s_MostSeconds))
         throw WrongUse("a frame's time must lie within " + std::to_string(static_cast<int>(s_MostSeconds)) +
                        " seconds");
@@ -180,7 +180,7 @@ Picture HostDriver::render(const FrameRequest& request) {
 
     const bool isFullSize = m_Settings.across <= 1 && m_Settings.down <= 1;
     const Picture reduced =
-        isFullSize ? Picture() : Reduced(request.input, m_Settings.across, m_Settings.down);
+        isFullSize ? Picture() : Downsampled(request.input, m_Settings.across, m_Settings.down);
     stricthost::FrameRequest frame;
     frame.input = isFullSize ? &request.input : &reduced;
     frame.timeScale = s_UnitsPerSecond;

@@ -32,7 +32,7 @@ public:
 
     // Of a bundle the host knows labels only; they then serve as names.
     std::vector<Parameter> parameters() override;
-    Picture render(const FrameRequest& request) override;
+    Picture render(const FrameInputs& request) override;
 
     // Ends the plug-in and tells what it did against the rules of its host.
     const std::vector<std::string>& finish();
@@ -47,7 +47,7 @@ private:
     void listLinkedParameters();
     void listPublishedParameters();
     stricthost::Instance& instanceFor(const Picture& full);
-    void setValues(stricthost::Instance& instance, const FrameRequest& request);
+    void setValues(stricthost::Instance& instance, const FrameInputs& request);
 
     HostSettings m_Settings;
     std::unique_ptr<stricthost::PluginModule> m_Module;

@@ -2,10 +2,10 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <unistd.h>
 
 #include "packaging/InfoPlist.h"
 #include "packaging/Packing.h"
+#include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -17,8 +17,8 @@ namespace fs = std::filesystem;
 constexpr char s_Extension[] = ".plugin";
 constexpr char s_PackageInfo[] = "eFKTFXTC"; // type and creator
 
-Bytes ToBytes(const std::string& text) {
-    return {text.begin(), text.end()};
+void WriteText(const fs::path& path, const std::string& text) {
+    WriteFileAtomically(path, std::as_bytes(std::span(text)));
 }
 
 // The module beside this tool: in its build folder, or in lib/shaderfx of where both were installed.
@@ -34,31 +34,6 @@ fs::path FindModule(const std::string& given) {
             return candidate;
     throw EffectFailure("the plug-in module shaderfx.so is not beside this tool; name it with --module");
 }
-
-// A folder that disappears with the object unless it was moved to its place.
-class StagedFolder {
-public:
-    explicit StagedFolder(const fs::path& target)
-        : m_Path(target.string() + "." + std::to_string(getpid()) + ".tmp") {
-        fs::remove_all(m_Path);
-        fs::create_directories(m_Path);
-    }
-    ~StagedFolder() {
-        std::error_code ignored;
-        fs::remove_all(m_Path, ignored);
-    }
-    StagedFolder(const StagedFolder&) = delete;
-    StagedFolder& operator=(const StagedFolder&) = delete;
-
-    const fs::path& Path() const { return m_Path; }
-    void MoveTo(const fs::path& target) const {
-        fs::remove_all(target);
-        fs::rename(m_Path, target);
-    }
-
-private:
-    fs::path m_Path;
-};
 
 fs::path RequireTarget(const BundleParts& parts) {
     const fs::path target = fs::path(parts.bundle).lexically_normal();
@@ -113,15 +88,17 @@ fs::path WriteBundle(const BundleParts& parts) {
         throw EffectFailure(parts.effect, "the effect cannot be bundled as it is");
     const fs::path module = FindModule(parts.module);
     try {
-        const StagedFolder staged(bundle);
-        const fs::path contents = staged.Path() / "Contents";
+        const AtomicFile staged(bundle);
+        const fs::path contents = staged.unfinished() / "Contents";
         fs::create_directories(contents / ModuleFolder());
         fs::create_directories(contents / "Resources");
         fs::copy_file(module, contents / ModuleFolder() / name);
-        WriteFileBytes(contents / "Info.plist", ToBytes(InfoPlist(Describe(packing.files, name))));
-        WriteFileBytes(contents / "PkgInfo", ToBytes(s_PackageInfo));
-        WriteFileBytes(contents / "Resources/blob.dat", ToPackage(packing.files));
-        staged.MoveTo(bundle);
+        WriteText(contents / "Info.plist", InfoPlist(Describe(packing.files, name)));
+        WriteText(contents / "PkgInfo", s_PackageInfo);
+        const Bytes package = ToPackage(packing.files);
+        WriteFileAtomically(contents / "Resources/blob.dat", std::as_bytes(std::span(package)));
+        fs::remove_all(bundle);
+        staged.commit();
         return bundle;
     } catch (const fs::filesystem_error& error) {
         throw EffectFailure(parts.bundle, error.code().message() + " (" + error.path1().string() + ")");

@@ -1,11 +1,8 @@
 #include "packaging/Packing.h"
 
 #include <algorithm>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <map>
-#include <unistd.h>
 
 #include "packaging/EffectSource.h"
 #include "packaging/ScriptScan.h"
@@ -90,21 +87,6 @@ Package ReadPackage(const std::string& path) {
     } catch (const std::exception& error) {
         throw WrongUse(path + ": neither a zip archive nor a scrambled one (" + error.what() +
                        "); a package made by `fxhost pack` was expected");
-    }
-}
-
-void WriteFileBytes(const std::string& path, const Bytes& bytes) {
-    const std::string temporary = path + "." + std::to_string(::getpid()) + ".tmp";
-    std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    std::error_code error;
-    if (file)
-        fs::rename(temporary, path, error);
-    if (!file || error) {
-        const std::string why = error ? error.message() : std::strerror(errno);
-        fs::remove(temporary, error);
-        throw EffectFailure(path, "cannot be written: " + why);
     }
 }
 

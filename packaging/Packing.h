@@ -29,7 +29,4 @@ struct Package {
 // Reads a package file, scrambled or not. Throws WrongUse when it is none.
 Package ReadPackage(const std::string& path);
 
-// Writes under a temporary name and renames. Throws EffectFailure naming the file.
-void WriteFileBytes(const std::string& path, const Bytes& bytes);
-
 } // namespace fxhost

@@ -1,5 +1,6 @@
 #include "stricthost/Call.h"
 
+#include <cstring>
 #include <mutex>
 #include <set>
 #include <utility>
@@ -109,6 +110,10 @@ const char* Call::Name() const {
 
 void Call::Report(const std::string& what) const {
     host.violations.Add(std::string(Name()) + " " + what);
+}
+
+std::string Call::Message() const {
+    return {out.return_msg, strnlen(out.return_msg, sizeof out.return_msg)};
 }
 
 void Call::PassParams(std::vector<PF_ParamDef> defs) {

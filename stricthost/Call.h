@@ -30,6 +30,8 @@ struct Call {
 
     const char* Name() const; // of the command
     void Report(const std::string& what) const;
+    // What the plug-in wrote into out.return_msg, for the user to read; empty when it wrote nothing.
+    std::string Message() const;
 
     // The definitions handed over as params[], with values. Adds the null at the end.
     void PassParams(std::vector<PF_ParamDef> defs);

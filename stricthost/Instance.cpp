@@ -12,14 +12,6 @@
 
 namespace stricthost {
 
-namespace {
-
-std::string MessageOf(const PF_OutData& out) {
-    return {out.return_msg, strnlen(out.return_msg, sizeof out.return_msg)};
-}
-
-} // namespace
-
 CommandError::CommandError(PF_Cmd command, PF_Err code, const std::string& message)
     : std::runtime_error(std::string(CommandName(command)) + " gave error " + std::to_string(code) +
                          (message.empty() ? "" : ": " + message)),
@@ -59,7 +51,7 @@ void Instance::Check(const Call& call, PF_Err err) {
     if (err != PF_Err_NONE && !m_Sequence)
         m_Deleted = true; // nothing is left to set down
     if (err != PF_Err_NONE)
-        throw CommandError(call.command, err, MessageOf(call.out));
+        throw CommandError(call.command, err, call.Message());
 }
 
 // The handle that was there before is the host's to dispose of.

@@ -1,6 +1,5 @@
 #include "stricthost/StrictHost.h"
 
-#include <cstring>
 #include <stdexcept>
 
 #include "stricthost/Call.h"
@@ -13,10 +12,6 @@ Options WithPath(Options options, const std::filesystem::path& bundle) {
     if (options.pluginPath.empty())
         options.pluginPath = std::filesystem::absolute(bundle).lexically_normal().string();
     return options;
-}
-
-std::string MessageOf(const PF_OutData& out) {
-    return {out.return_msg, strnlen(out.return_msg, sizeof out.return_msg)};
 }
 
 } // namespace
@@ -45,7 +40,7 @@ void StrictHost::GlobalSetup() {
     m_Core.outFlags = call.out.out_flags;
     m_Core.outFlags2 = call.out.out_flags2;
     if (err != PF_Err_NONE)
-        throw CommandError(PF_Cmd_GLOBAL_SETUP, err, MessageOf(call.out));
+        throw CommandError(PF_Cmd_GLOBAL_SETUP, err, call.Message());
     m_Stage = Stage::GlobalsSetUp;
     CheckFlags();
 }
@@ -64,7 +59,7 @@ void StrictHost::ParamsSetup() {
     Call call(m_Core, PF_Cmd_PARAMS_SETUP);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     if (err != PF_Err_NONE)
-        throw CommandError(PF_Cmd_PARAMS_SETUP, err, MessageOf(call.out));
+        throw CommandError(PF_Cmd_PARAMS_SETUP, err, call.Message());
     const bool gap = call.out.num_params > call.added + 1;
     if (call.out.num_params != call.added + 1 && !(gap && m_Core.options.allowParamGap))
         call.Report("told of " + std::to_string(call.out.num_params) + " parameters, but added " +
@@ -77,8 +72,8 @@ std::string StrictHost::About() {
         throw std::logic_error("About is out of order");
     Call call(m_Core, PF_Cmd_ABOUT);
     if (const PF_Err err = m_Core.Send(call, nullptr, nullptr); err != PF_Err_NONE)
-        throw CommandError(PF_Cmd_ABOUT, err, MessageOf(call.out));
-    return MessageOf(call.out);
+        throw CommandError(PF_Cmd_ABOUT, err, call.Message());
+    return call.Message();
 }
 
 Instance& StrictHost::AddInstance(A_long width, A_long height) {

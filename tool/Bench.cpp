@@ -60,7 +60,7 @@ void PrintJson(const std::vector<Row>& rows, const Picture& input, unsigned fram
 int Bench(const BenchOptions& options) {
     Picture input = InputLayer(options.frame);
     EffectSession session(options.frame.effect);
-    FrameRequest request = MakeFrameRequest(options.frame, std::move(input), session.driver().parameters());
+    FrameInputs request = MakeFrameInputs(options.frame, std::move(input), session.driver().parameters());
     FrameStepTimer timer;
     session.driver().onStage([&](Stage stage) { timer.begin(stage); });
     for (unsigned frame = 0; frame < s_WarmUp + options.frames; ++frame) {

@@ -8,6 +8,7 @@
 #include "packaging/Pipl.h"
 #include "stricthost/StrictHost.h"
 #include "tool/Commands.h"
+#include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -37,7 +38,9 @@ void AddPropertyList(const std::filesystem::path& bundle) {
     } catch (const std::runtime_error& error) {
         throw EffectFailure(bundle.string(), std::string("the bundle does not start: ") + error.what());
     }
-    WriteFileBytes(bundle / "Contents/Resources" / (info.name + ".rsrc"), PiplResourceFile(info));
+    const Bytes resource = PiplResourceFile(info);
+    WriteFileAtomically(bundle / "Contents/Resources" / (info.name + ".rsrc"),
+                        std::as_bytes(std::span(resource)));
 }
 
 int MakeBundle(const BundleOptions& options) {

@@ -1,9 +1,9 @@
 #include "tool/ContactSheet.h"
 
 #include <algorithm>
-#include <array>
 
 #include "gpu/BitmapFont.h"
+#include "toolkit/Downsampling.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -16,38 +16,9 @@ constexpr unsigned s_BaseLine = 5; // of a label, from the bottom of its strip
 constexpr unsigned s_Check = 8;    // a checkerboard field
 constexpr std::uint8_t s_Paper = 40, s_Ink = 230;
 
-using Rgba = std::array<double, 4>; // 0 to 1, alpha last
-
-Rgba PixelAt(const Picture& picture, unsigned x, unsigned y) {
-    constexpr unsigned order[] = {1, 2, 3, 0};
-    Rgba pixel;
-    for (unsigned i = 0; i < 4; ++i) {
-        const std::size_t at = std::size_t{x} * 4 + order[i];
-        if (picture.depth == 8)
-            pixel[i] = picture.Row(y)[at] / 255.0;
-        else if (picture.depth == 16)
-            pixel[i] = reinterpret_cast<const std::uint16_t*>(picture.Row(y))[at] / 32768.0;
-        else
-            pixel[i] = static_cast<double>(reinterpret_cast<const float*>(picture.Row(y))[at]);
-    }
-    return pixel;
-}
-
-// The mean over a box of `step` by `step` pixels, colours weighted by their alpha.
-Rgba BoxMean(const Picture& picture, unsigned left, unsigned top, unsigned step) {
-    Rgba sum{};
-    unsigned count = 0;
-    for (unsigned y = top; y < std::min(top + step, picture.height); ++y)
-        for (unsigned x = left; x < std::min(left + step, picture.width); ++x, ++count) {
-            const Rgba pixel = PixelAt(picture, x, y);
-            for (unsigned i = 0; i < 3; ++i)
-                sum[i] += pixel[i] * pixel[3];
-            sum[3] += pixel[3];
-        }
-    for (unsigned i = 0; i < 3 && sum[3] > 0; ++i)
-        sum[i] /= sum[3];
-    sum[3] /= count;
-    return sum;
+// Value of a channel at full scale.
+double FullScale(unsigned depth) {
+    return depth == 8 ? 255 : depth == 16 ? 32768 : 1;
 }
 
 std::uint8_t ToByte(double unit) {
@@ -68,15 +39,17 @@ unsigned Shrunk(unsigned extent, unsigned step) {
 }
 
 void PutPicture(Picture& sheet, const Picture& picture, unsigned left, unsigned top, unsigned step) {
+    const double scale = FullScale(picture.depth);
     for (unsigned y = 0; y < Shrunk(picture.height, step); ++y)
         for (unsigned x = 0; x < Shrunk(picture.width, step); ++x) {
-            const Rgba mean = BoxMean(picture, x * step, y * step, step);
-            const double alpha = std::clamp(mean[3], 0.0, 1.0);
+            const auto mean = BoxMean(picture, {x * step, y * step, std::min((x + 1) * step, picture.width),
+                                                std::min((y + 1) * step, picture.height)});
+            const double alpha = std::clamp(mean[0] / scale, 0.0, 1.0);
             const double behind = (x / s_Check + y / s_Check) % 2 ? 0.4 : 0.6;
             std::uint8_t* pixel = sheet.Row(top + y) + std::size_t{left + x} * 4;
             pixel[0] = 255;
             for (unsigned i = 0; i < 3; ++i)
-                pixel[1 + i] = ToByte(mean[i] * alpha + behind * (1 - alpha));
+                pixel[1 + i] = ToByte(mean[1 + i] / scale * alpha + behind * (1 - alpha));
         }
 }
 

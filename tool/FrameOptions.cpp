@@ -1,10 +1,9 @@
 #include "tool/FrameOptions.h"
 
-#include <charconv>
-
 #include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
@@ -34,18 +33,8 @@ CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options) {
 }
 
 Picture EmptyLayer(const std::string& size, unsigned depth) {
-    unsigned extent[2] = {};
-    const auto cross = size.find('x');
-    const std::string parts[2] = {size.substr(0, cross),
-                                  cross == std::string::npos ? "" : size.substr(cross + 1)};
-    for (int i = 0; i < 2; ++i) {
-        const char* end = parts[i].data() + parts[i].size();
-        const auto [stop, error] = std::from_chars(parts[i].data(), end, extent[i]);
-        if (error != std::errc() || stop != end || extent[i] < 1 || extent[i] > MaxExtent)
-            throw WrongUse("--size " + size + ": WIDTHxHEIGHT expected, such as 1920x1080, each from 1 to " +
-                           std::to_string(MaxExtent));
-    }
-    return Picture(extent[0], extent[1], depth);
+    const PixelSize pixels = ParsePixelSize("--size", size);
+    return Picture(pixels.width, pixels.height, depth);
 }
 
 void RequireOneInput(const FrameOptions& options) {
@@ -77,9 +66,9 @@ std::vector<LayerInput> ReadLayers(const std::vector<std::string>& assignments,
     return layers;
 }
 
-FrameRequest MakeFrameRequest(const FrameOptions& options, Picture input,
-                              const std::vector<Parameter>& parameters) {
-    FrameRequest request;
+FrameInputs MakeFrameInputs(const FrameOptions& options, Picture input,
+                            const std::vector<Parameter>& parameters) {
+    FrameInputs request;
     request.input = std::move(input);
     request.time = options.time;
     for (const auto& text : options.parameters)

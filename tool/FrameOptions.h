@@ -28,8 +28,8 @@ void RequireOneInput(const FrameOptions& options);
 Picture InputLayer(const FrameOptions& options);
 
 // The frame with its parameters and layers; `input` comes from InputLayer. Throws WrongUse.
-FrameRequest MakeFrameRequest(const FrameOptions& options, Picture input,
-                              const std::vector<Parameter>& parameters);
+FrameInputs MakeFrameInputs(const FrameOptions& options, Picture input,
+                            const std::vector<Parameter>& parameters);
 
 // "WxH" as a transparent black layer. Throws WrongUse when it is none.
 Picture EmptyLayer(const std::string& size, unsigned depth);

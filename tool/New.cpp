@@ -5,6 +5,7 @@
 #include "packaging/Packing.h"
 #include "packaging/Template.h"
 #include "tool/Commands.h"
+#include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -27,7 +28,7 @@ int New(const std::string& folder) {
     if (!fs::create_directories(path, error))
         throw EffectFailure(folder, "the folder cannot be made: " + error.message());
     for (const auto& [file, bytes] : TemplateEffect(name))
-        WriteFileBytes((path / file).string(), bytes);
+        WriteFileAtomically(path / file, std::as_bytes(std::span(bytes)));
     std::printf("Made %s. Try it: fxhost render %s -i IMAGE -o out.png\n", path.c_str(), path.c_str());
     return ExitOk;
 }

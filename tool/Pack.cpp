@@ -5,6 +5,7 @@
 #include "packaging/EffectSource.h"
 #include "packaging/Packing.h"
 #include "tool/Commands.h"
+#include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -25,7 +26,8 @@ int Pack(const PackOptions& options) {
         std::fprintf(stderr, "%s\n", ToText(finding).c_str());
     if (!packing.findings.empty())
         return ExitEffectFailed;
-    WriteFileBytes(options.to, ToPackage(packing.files));
+    const Bytes package = ToPackage(packing.files);
+    WriteFileAtomically(options.to, std::as_bytes(std::span(package)));
     return ExitOk;
 }
 
@@ -44,7 +46,7 @@ int Unpack(const PackOptions& options) {
     if (error)
         throw EffectFailure(options.to, "the folder cannot be made: " + error.message());
     for (const auto& [name, bytes] : package.files)
-        WriteFileBytes((folder / name).string(), bytes);
+        WriteFileAtomically(folder / name, std::as_bytes(std::span(bytes)));
     return ExitOk;
 }
 

@@ -33,7 +33,7 @@ int RenderPicture(const RenderOptions& options) {
     HostSession session = OpenSession(options);
     const auto parameters = session.driver().parameters();
     const FrameRate rate = options.clip.fps.empty() ? FrameRate{} : FrameRate::Parse(options.clip.fps);
-    FrameRequest request;
+    FrameInputs request;
     request.settings =
         ReadAnimation(options.clip, options.frame.parameters, parameters, rate).at(options.frame.time);
     request.layers = ReadLayers(options.frame.layers, parameters, input.depth);

@@ -27,7 +27,7 @@ struct SheetOptions {
 };
 
 // The first variation runs across the sheet, the second, if there is one, down.
-std::vector<SheetCell> RenderCells(FrameRenderer& renderer, const FrameRequest& base,
+std::vector<SheetCell> RenderCells(FrameRenderer& renderer, const FrameInputs& base,
                                    const std::vector<Variation>& variations) {
     const Variation& across = variations.front();
     const Variation* down = variations.size() > 1 ? &variations[1] : nullptr;
@@ -37,7 +37,7 @@ std::vector<SheetCell> RenderCells(FrameRenderer& renderer, const FrameRequest& 
     std::vector<SheetCell> cells;
     for (std::size_t row = 0; row < rows; ++row)
         for (std::size_t column = 0; column < across.texts.size(); ++column) {
-            FrameRequest request = base;
+            FrameInputs request = base;
             request.settings.push_back(across.settings[column]);
             std::string label = across.name + " " + across.texts[column];
             if (down) {
@@ -60,7 +60,7 @@ int Sheet(const SheetOptions& options) {
     std::vector<Variation> variations;
     for (const auto& text : options.variations)
         variations.push_back(ParseVariation(text, parameters));
-    const FrameRequest base = MakeFrameRequest(options.frame, std::move(input), parameters);
+    const FrameInputs base = MakeFrameInputs(options.frame, std::move(input), parameters);
     const auto cells = RenderCells(session.driver(), base, variations);
     WritePicture(
         options.output,

@@ -4,17 +4,9 @@
 
 #include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
-
-namespace {
-
-std::string Trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t");
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-} // namespace
 
 Variation ParseVariation(const std::string& text, const std::vector<Parameter>& parameters) {
     const auto [name, values] = SplitAssignment("--vary", text);

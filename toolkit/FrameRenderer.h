@@ -13,7 +13,8 @@ struct LayerInput {
     Picture picture;
 };
 
-struct FrameRequest {
+// Everything that one frame is rendered from.
+struct FrameInputs {
     Picture input;                          // its depth is the frame's
     double time = 0;                        // seconds
     std::vector<ParameterSetting> settings; // parameters that are not named keep their defaults
@@ -30,7 +31,7 @@ public:
 
     // One frame, of the size that the effect asks for. When shaders do not compile, the picture is the one
     // that the host would show. Throws EffectFailure when there is no picture at all.
-    virtual Picture render(const FrameRequest& request) = 0;
+    virtual Picture render(const FrameInputs& request) = 0;
 };
 
 } // namespace fxhost

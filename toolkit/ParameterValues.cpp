@@ -1,14 +1,13 @@
 #include "toolkit/ParameterValues.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <iterator>
-#include <optional>
 
 #include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
@@ -51,33 +50,6 @@ std::string ShownName(const Parameter& parameter) {
                    "): " + Quoted(text) + " given, " + expected + " expected");
 }
 
-std::string Trimmed(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t");
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-std::vector<std::string> Split(const std::string& text, char separator) {
-    std::vector<std::string> parts(1);
-    for (const char c : text)
-        if (c == separator)
-            parts.emplace_back();
-        else
-            parts.back() += c;
-    return parts;
-}
-
-// A finite number that is the whole text.
-std::optional<double> Number(const std::string& raw) {
-    std::string text = Trimmed(raw);
-    if (text.starts_with('+'))
-        text.erase(0, 1);
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number))
-        return std::nullopt;
-    return number;
-}
-
 std::string Text(double number) {
     char text[32];
     std::snprintf(text, sizeof text, "%.7g", number);
@@ -93,7 +65,7 @@ Parameter::Value ParseNumbers(const std::string& text, const Parameter& paramete
     if (parameter.type == Parameter::COLOR)
         value.SetFloat(3, 1);
     for (unsigned i = 0; i < parts.size(); ++i) {
-        const auto number = Number(parts[i]);
+        const auto number = ParseNumber(parts[i]);
         if (!number)
             Refuse(parameter, text, row.shape);
         value.SetFloat(i, static_cast<float>(*number));
@@ -127,7 +99,7 @@ Parameter::Value ParseChoice(const std::string& text, const Parameter& parameter
         value.SetInt(0, static_cast<int>(entry - choices.begin()) + 1);
         return value;
     }
-    const auto number = Number(text);
+    const auto number = ParseNumber(text);
     if (!number || *number != std::floor(*number) || *number < 1 ||
         *number > static_cast<double>(choices.size())) {
         std::string list;

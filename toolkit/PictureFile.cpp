@@ -2,15 +2,12 @@
 
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <memory>
-#include <unistd.h>
 
-#include "toolkit/Conversion.h"
+#include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
+#include "toolkit/PictureConversion.h"
 
 namespace fxhost {
 
@@ -41,35 +38,6 @@ std::string Reason(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
 
-// Removes the unfinished file unless it got its name.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const fs::path& target)
-        : m_Target(target),
-          m_Path(target.parent_path() / ("." + target.stem().string() + "." + std::to_string(::getpid()) +
-                                         target.extension().string())) {}
-    ~TemporaryFile() {
-        std::error_code ignored;
-        fs::remove(m_Path, ignored);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    std::string Name() const { return m_Path.string(); }
-    void Finish() const { fs::rename(m_Path, m_Target); }
-
-private:
-    fs::path m_Target, m_Path;
-};
-
-void WriteBytes(const std::string& name, const std::vector<unsigned char>& bytes) {
-    std::ofstream stream(name, std::ios::binary);
-    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    stream.close();
-    if (!stream)
-        throw EffectFailure(std::strerror(errno));
-}
-
 void Write(const std::string& name, const Picture& picture) {
     const auto fail = [](const std::string& why) { throw EffectFailure(Reason(why)); };
     const auto output = OIIO::ImageOutput::create(name);
@@ -88,7 +56,7 @@ void Write(const std::string& name, const Picture& picture) {
     if (!output->open(name, spec) || !output->write_image(type, file.bytes.data()) || !output->close())
         fail(output->geterror());
     if (inMemory)
-        WriteBytes(name, bytes);
+        WriteFile(name, std::as_bytes(std::span(bytes)));
     else
         ReadPicture(name, std::nullopt);
 }
@@ -126,9 +94,9 @@ Picture ReadPicture(const std::string& path, std::optional<unsigned> depth) {
 
 void WritePicture(const std::string& path, const Picture& picture) {
     try {
-        const TemporaryFile temporary(path);
-        Write(temporary.Name(), picture);
-        temporary.Finish();
+        const AtomicFile file(path);
+        Write(file.unfinished().string(), picture);
+        file.commit();
     } catch (const std::exception& error) {
         throw EffectFailure(path, std::string("cannot be written: ") + error.what());
     }

@@ -8,6 +8,7 @@
 
 #include "bench/Pairs.h"
 #include "engine/IPlugin.h"
+#include "host/CopyOut.h"
 #include "host/EntryPoint.h"
 #include "platform/CGL.h"
 #include "stricthost/StrictHost.h"
@@ -76,10 +77,8 @@ private:
             std::memcpy(to, from, bytes);
             return;
         }
-        const auto* const in = reinterpret_cast<const std::uint16_t*>(from);
-        auto* const out = reinterpret_cast<std::uint16_t*>(to);
-        for (std::size_t i = 0; i < bytes / 2; ++i)
-            out[i] = static_cast<std::uint16_t>((in[i] >> 1) + (in[i] > 32768 ? 1 : 0));
+        Adapter::ConvertRow16(reinterpret_cast<const std::byte*>(from), reinterpret_cast<std::byte*>(to),
+                              bytes / 2);
     }
 
     IPlugin& m_Engine;

@@ -17,7 +17,7 @@ std::vector<Parameter> NegativeRenderer::parameters() {
     return {Parameter("Amount", Parameter::FLOAT, "Amount")};
 }
 
-Picture NegativeRenderer::render(const FrameRequest& request) {
+Picture NegativeRenderer::render(const FrameInputs& request) {
     beforeFrame();
     times.push_back(request.time);
     amounts.push_back(request.settings.empty() ? 0 : request.settings[0].value.Float(0));

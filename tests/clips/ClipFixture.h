@@ -13,7 +13,7 @@
 class NegativeRenderer final : public fxhost::FrameRenderer {
 public:
     std::vector<Parameter> parameters() override;
-    fxhost::Picture render(const fxhost::FrameRequest& request) override;
+    fxhost::Picture render(const fxhost::FrameInputs& request) override;
 
     std::function<void()> beforeFrame = [] {};
     std::vector<double> times;  // of the frames so far

@@ -207,7 +207,7 @@ TEST_F(VideoClipTest, AVideoCannotChangeSize) {
     class Growing final : public FrameRenderer {
     public:
         std::vector<Parameter> parameters() override { return {}; }
-        Picture render(const FrameRequest&) override { return Picture(8, m_Height++ < 3 ? 8 : 16, 8); }
+        Picture render(const FrameInputs&) override { return Picture(8, m_Height++ < 3 ? 8 : 16, 8); }
 
     private:
         int m_Height = 0;

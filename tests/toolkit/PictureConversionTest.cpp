@@ -1,4 +1,4 @@
-#include "toolkit/Conversion.h"
+#include "toolkit/PictureConversion.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ FilePixels File(unsigned width, unsigned height, unsigned channels, int alpha, c
     return {width, height, sizeof(T) * 8, channels, alpha, Raw(values)};
 }
 
-TEST(ConversionTest, FilesBecomeAlphaRedGreenBlueAtTheDepthAskedFor) {
+TEST(PictureConversionTest, FilesBecomeAlphaRedGreenBlueAtTheDepthAskedFor) {
     const auto words = File(1, 1, 4, 3, Words{0, 65535, 32768, 2});
     const auto bytes = File(1, 1, 4, 3, Bytes{0, 51, 255, 128});
     const float nan = std::numeric_limits<float>::quiet_NaN();
@@ -55,7 +55,7 @@ TEST(ConversionTest, FilesBecomeAlphaRedGreenBlueAtTheDepthAskedFor) {
         EXPECT_EQ(ToPicture(row.file, row.depth).bytes, row.wanted) << row.name;
 }
 
-TEST(ConversionTest, PicturesBecomeRgbaOrRgbAndEverySixteenBitLevelComesBack) {
+TEST(PictureConversionTest, PicturesBecomeRgbaOrRgbAndEverySixteenBitLevelComesBack) {
     Picture host(1, 1, 16);
     host.bytes = Raw(Words{1, 0, 32768, 16384});
     // 16384 * 65535 / 32768 = 32767.5, rounded up

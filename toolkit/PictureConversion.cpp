@@ -1,4 +1,4 @@
-#include "toolkit/Conversion.h"
+#include "toolkit/PictureConversion.h"
 
 #include <array>
 #include <cstring>

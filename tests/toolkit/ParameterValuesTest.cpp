@@ -1,6 +1,5 @@
 #include "toolkit/ParameterValues.h"
 
-#include "drivers/FrameSteps.h"
 #include "tests/support/TestFiles.h"
 #include "toolkit/Errors.h"
 
@@ -89,14 +88,6 @@ TEST(ParameterValuesTest, DefaultsAreTheHosts) {
             list[row.index].value.SetFloat(i, row.words[i]);
         EXPECT_EQ(DefaultText(list[row.index]), row.text);
     }
-}
-
-TEST(SpreadTest, MedianAndTenthsOfKnownValues) {
-    const Spread spread = SpreadOf({10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0});
-    EXPECT_EQ(spread.median, 5);
-    EXPECT_EQ(spread.low, 1);
-    EXPECT_EQ(spread.high, 9);
-    EXPECT_EQ(SpreadOf({3, 1}).median, 2);
 }
 
 } // namespace
