@@ -126,7 +126,7 @@ void Texture::release() {
 void Texture::freeStorage() {
     m_CopyPending = false;
     release();
-    m_PixelCopy = {};
+    m_PixelCopy = std::vector<unsigned char>();
     m_Width = m_Height = 0;
     m_Stride = 0;
 }
@@ -208,7 +208,7 @@ bool Texture::allocate(const void* pixels, unsigned width, unsigned height, unsi
 // A texture of 0 x 0 pixels takes no memory and reads as black.
 void Texture::dropPixels() {
     m_CopyPending = false;
-    m_PixelCopy = {};
+    m_PixelCopy = std::vector<unsigned char>();
     m_Width = m_Height = 0;
     m_Stride = 0;
     glBindTexture(GL_TEXTURE_2D, m_Texture);
