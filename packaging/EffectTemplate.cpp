@@ -1,4 +1,4 @@
-#include "packaging/Template.h"
+#include "packaging/EffectTemplate.h"
 
 namespace fxhost {
 
@@ -26,13 +26,13 @@ function draw() {
     SV_setShaderParamVal(shader, "image", SV_getSequenceTexture());
     SV_setShaderParam(shader, amount); // to the uniform of the same name
     SV_setShaderParam(shader, mode);
-    // Drawn upside down, because the host's rows run from the top and GL's from the bottom.
+    // true flips vertically: the layer is stored top row first, GL textures bottom row first.
     SV_renderShader(shader, SV_getSequenceRT(), true);
 }
 )js";
 
 constexpr char s_Shader[] =
-    R"glsl(uniform sampler2D image; // the layer: red, green, blue and alpha, which is not multiplied in
+    R"glsl(uniform sampler2D image; // the layer: red, green, blue and straight alpha
 uniform float amount;    // 0 to 100
 uniform int mode;        // the pop-up's entry, from 1
 

@@ -1,4 +1,4 @@
-#include "packaging/Packing.h"
+#include "packaging/Package.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -39,12 +39,12 @@ Bytes Unscrambled(const Bytes& package) {
 
 } // namespace
 
-Packing CollectPackage(const std::string& folder) {
+PackageContents CollectPackage(const std::string& folder) {
     const EffectSource source = EffectSource::Open(folder);
     if (source.IsPackage())
         throw WrongUse(folder + ": is packed already; an effect folder was expected");
-    Packing packing;
-    std::map<std::string, std::string> first; // path by folded base name
+    PackageContents packing;
+    std::map<std::string, std::string> first; // path of the first file with each case-folded base name
     for (const fs::path& path : FilesToPack(folder)) {
         const std::string name = path.filename().string();
         const auto [other, isNew] = first.emplace(FoldCase(name), path.string());
@@ -62,7 +62,7 @@ Packing CollectPackage(const std::string& folder) {
     }
     for (const auto& reference : FindFileReferences(source.ReadText("fx.js").value_or("")))
         if (!first.count(FoldCase(BaseName(reference.file))))
-            packing.findings.push_back({source.Shown("fx.js"),
+            packing.findings.push_back({source.DisplayPath("fx.js"),
                                         reference.line,
                                         Severity::Error,
                                         "the effect has no file \"" + reference.file + "\"",
@@ -80,7 +80,7 @@ Package ReadPackage(const std::string& path) {
         throw WrongUse(path + ": there is no such package file");
     try {
         return {ReadZip(*bytes), BlobScrambling::Scramble(*bytes)};
-    } catch (const std::exception&) { // not plain; the reason that counts is the scrambled one's
+    } catch (const std::exception&) { // not a plain archive: report the reason of the second attempt
     }
     try {
         return {ReadZip(Unscrambled(*bytes)), *bytes};

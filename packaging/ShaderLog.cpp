@@ -1,4 +1,4 @@
-#include "packaging/DriverLog.h"
+#include "packaging/ShaderLog.h"
 
 #include <iterator>
 #include <optional>
@@ -9,7 +9,7 @@ namespace fxhost {
 
 namespace {
 
-// A located message: the groups that hold its parts. Severity is the word, in any case.
+// The format of a message with a line number, and the regex groups of its parts.
 struct Form {
     const char* pattern;
     std::size_t string, line, severity, text;
@@ -36,7 +36,7 @@ bool IsSummary(const std::string& line) {
     return std::regex_match(line, summary);
 }
 
-// Numbers of absurd length count as none.
+// Returns 0 for numbers that do not fit.
 int ToLine(const std::string& digits) {
     return digits.size() > 9 ? 0 : std::stoi(digits);
 }
@@ -71,7 +71,7 @@ bool StartsMessage(const std::string& line) {
 
 } // namespace
 
-std::vector<LogMessage> ParseDriverLog(const std::string& log) {
+std::vector<LogMessage> ParseShaderLog(const std::string& log) {
     std::vector<LogMessage> messages;
     std::istringstream lines(log);
     for (std::string line; std::getline(lines, line);) {

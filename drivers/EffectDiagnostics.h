@@ -8,11 +8,11 @@
 
 namespace fxhost {
 
-// The engine's collected shader errors as findings in the effect's own files.
+// Converts the shader errors that the engine collected to diagnostics in the files of the effect.
 std::vector<Diagnostic> ShaderFindings(const std::string& errorText, const EffectSource& source);
 
-// Files that the effect names and does not have: those that the engine asked for, and those that the script
-// names in plain text. Shaders among them are left to ShaderFindings.
+// Reports missing files: those that the engine tried to read, and those that the script names in string
+// literals. ShaderFindings reports missing shader files.
 std::vector<Diagnostic> MissingFileFindings(const EffectSource& source);
 
 } // namespace fxhost

@@ -10,7 +10,7 @@ namespace fxhost {
 nlohmann::ordered_json ToJson(const Diagnostic& finding);
 Diagnostic FromJson(const nlohmann::ordered_json& json);
 
-// On one line; bytes that are not UTF-8 are replaced.
+// JSON text on one line; bytes that are not UTF-8 are replaced.
 std::string OneLine(const nlohmann::ordered_json& json);
 
 } // namespace fxhost

@@ -1,9 +1,9 @@
-#include "check/UniformWatch.h"
+#include "check/UniformChecks.h"
 
 #include <algorithm>
 #include <regex>
 
-#include "check/ShaderText.h"
+#include "check/ShaderChecks.h"
 #include "context/Context.h"
 #include "gpu/UniformType.h"
 #include "packaging/ScriptScan.h"
@@ -40,7 +40,7 @@ std::vector<GLUniform> ActiveUniforms(const Shader& shader) {
     return uniforms;
 }
 
-// Set by the engine itself at every draw.
+// True for uniforms that the engine sets at every draw call.
 bool IsEngines(const std::string& name) {
     static const std::regex pattern("(s_)?Texture[0-9]+Params");
     return std::regex_match(name, pattern);
@@ -50,7 +50,7 @@ bool IsZero(const Parameter& uniform) {
     return uniform.value == Parameter::Value();
 }
 
-// Textures start as name 0, which no set texture has; they need no mark.
+// Texture uniforms start as GL name 0, which no texture has, so they need no marker.
 bool IsMarkable(const Parameter& uniform) {
     return uniform.type != Parameter::UNKNOWN && !TraitsOf(uniform.type).isTexture();
 }
@@ -73,7 +73,7 @@ const Parameter* FindByName(const std::vector<Parameter>& list, const std::strin
     return found == list.end() ? nullptr : &*found;
 }
 
-// What keeps a uniform from ever being uploaded, or from being uploaded right; empty when nothing does.
+// The reason why a uniform is not uploaded, or is uploaded with wrong values; empty when there is none.
 std::string Obstacle(const GLUniform& uniform, const Parameter& record, const Parameter* parameter) {
     const UniformType* kind = FindUniformType(uniform.type);
     if (uniform.size > 1)
@@ -95,18 +95,18 @@ std::string Obstacle(const GLUniform& uniform, const Parameter& record, const Pa
 
 } // namespace
 
-void UniformWatch::beforeFrame() {
+void UniformChecks::beforeFrame() {
     for (Shader* shader : UsableShaders())
         for (Parameter& uniform : shader->parameters())
             if (IsMarkable(uniform) && IsZero(uniform))
                 uniform.value.SetInt(0, s_Unset);
 }
 
-void UniformWatch::afterFrame() {
+void UniformChecks::afterFrame() {
     for (Shader* shader : UsableShaders())
         for (Parameter& uniform : shader->parameters()) {
             const bool isMarked = IsMarkable(uniform) && uniform.value.Int(0) == s_Unset;
-            // A shader made within the frame was never marked: zero says nothing about it.
+            // A shader that was created within the frame has no marker; there zero means nothing.
             m_IsSet[{NameOf(*shader), uniform.name}] |= !isMarked && !IsZero(uniform);
             if (isMarked)
                 uniform.value = Parameter::Value();
@@ -115,7 +115,7 @@ void UniformWatch::afterFrame() {
         }
 }
 
-std::vector<Diagnostic> UniformWatch::findings(const std::vector<Parameter>& parameters) const {
+std::vector<Diagnostic> UniformChecks::findings(const std::vector<Parameter>& parameters) const {
     std::vector<Diagnostic> found;
     for (Shader* shader : UsableShaders())
         for (auto& finding : shaderFindings(*shader, parameters))
@@ -124,12 +124,12 @@ std::vector<Diagnostic> UniformWatch::findings(const std::vector<Parameter>& par
     return found;
 }
 
-std::vector<Diagnostic> UniformWatch::shaderFindings(Shader& shader,
-                                                     const std::vector<Parameter>& parameters) const {
+std::vector<Diagnostic> UniformChecks::shaderFindings(Shader& shader,
+                                                      const std::vector<Parameter>& parameters) const {
     const std::string script = m_Source.ReadText("fx.js").value_or("");
     const std::string shaderName = NameOf(shader);
     const bool isFile = !shader.filePath().empty();
-    const std::string file = isFile ? m_Source.Shown(shaderName) : m_Source.Shown("fx.js");
+    const std::string file = isFile ? m_Source.DisplayPath(shaderName) : m_Source.DisplayPath("fx.js");
     std::vector<Diagnostic> found;
     for (const GLUniform& uniform : ActiveUniforms(shader)) {
         const std::string name = uniform.name.substr(0, uniform.name.find('['));

@@ -1,17 +1,17 @@
-#include "tool/Session.h"
+#include "tool/EffectReporter.h"
 
 #include <cstdio>
 
-#include "drivers/EffectReport.h"
+#include "drivers/EffectDiagnostics.h"
 #include "engine/IPlugin.h"
 
 namespace fxhost {
 
 EffectReporter::EffectReporter(const std::string& effect)
-    : m_Source(EffectSource::Open(effect)), m_Watch(m_Source) {}
+    : m_Source(EffectSource::Open(effect)), m_ScriptErrors(m_Source) {}
 
 void EffectReporter::reportScript() {
-    print(m_Watch.take());
+    print(m_ScriptErrors.take());
 }
 
 void EffectReporter::reportAll() {
@@ -25,10 +25,6 @@ void EffectReporter::print(const std::vector<Diagnostic>& findings) {
         std::fprintf(stderr, "%s\n", ToText(finding).c_str());
         m_Failed |= finding.severity == Severity::Error;
     }
-}
-
-EffectSession::EffectSession(const std::string& effect) : EffectReporter(effect), m_Driver(source()) {
-    reportScript();
 }
 
 } // namespace fxhost

@@ -1,4 +1,4 @@
-#include "drivers/ScriptWatch.h"
+#include "drivers/ScriptErrorCollector.h"
 
 #include <algorithm>
 #include <sstream>
@@ -9,7 +9,8 @@ namespace fxhost {
 
 namespace {
 
-// The calls of the author's script, without the line that repeats the message and the interpreter's own.
+// The calls in the author's script: without the first line, which repeats the message, and without calls
+// inside the interpreter.
 std::vector<std::string> StackLines(const ScriptError& error) {
     std::vector<std::string> lines;
     std::istringstream stack(error.stack);
@@ -21,7 +22,7 @@ std::vector<std::string> StackLines(const ScriptError& error) {
     return lines;
 }
 
-// "SyntaxError: text (line 3)" without what the finding's own line says already.
+// "SyntaxError: text (line 3)" without the line number, which the diagnostic contains already.
 std::string Message(const ScriptError& error) {
     const std::string suffix = " (line " + std::to_string(error.line) + ")";
     return error.message.ends_with(suffix) ? error.message.substr(0, error.message.size() - suffix.size())
@@ -30,20 +31,20 @@ std::string Message(const ScriptError& error) {
 
 } // namespace
 
-ScriptWatch* ScriptWatch::s_Current = nullptr;
+ScriptErrorCollector* ScriptErrorCollector::s_Current = nullptr;
 
-ScriptWatch::ScriptWatch(const EffectSource& source) : m_Source(source) {
+ScriptErrorCollector::ScriptErrorCollector(const EffectSource& source) : m_Source(source) {
     s_Current = this;
-    Scripting::ErrorCallback = heard;
+    Scripting::ErrorCallback = onError;
 }
 
-ScriptWatch::~ScriptWatch() {
+ScriptErrorCollector::~ScriptErrorCollector() {
     Scripting::ErrorCallback = nullptr;
     s_Current = nullptr;
 }
 
-// Calls of functions that the script does not define, told in words: the engine calls all four.
-bool ScriptWatch::explainUndefined(Diagnostic& found, const std::string& evaluated) const {
+// The engine calls all four callbacks. Explains calls of callbacks that the script does not define.
+bool ScriptErrorCollector::explainUndefined(Diagnostic& found, const std::string& evaluated) const {
     const std::string callback = evaluated == "fx.js" ? "setup" : evaluated;
     if (found.text != "ReferenceError: identifier '" + callback + "' undefined")
         return false;
@@ -58,22 +59,22 @@ bool ScriptWatch::explainUndefined(Diagnostic& found, const std::string& evaluat
     return true;
 }
 
-void ScriptWatch::heard(const ScriptError& error) {
-    ScriptWatch& watch = *s_Current;
+void ScriptErrorCollector::onError(const ScriptError& error) {
+    ScriptErrorCollector& collector = *s_Current;
     const bool isSetup = error.evaluated == "fx.js";
-    watch.m_SetupFailed |= isSetup;
-    // Callbacks that a broken script never came to define are no findings of their own.
-    if (!isSetup && watch.m_SetupFailed && error.line == 0)
+    collector.m_SetupFailed |= isSetup;
+    // A script that failed before it defined its callbacks gets no further errors about them.
+    if (!isSetup && collector.m_SetupFailed && error.line == 0)
         return;
-    Diagnostic found{watch.m_Source.Shown("fx.js"), error.line, Severity::Error, Message(error),
+    Diagnostic found{collector.m_Source.DisplayPath("fx.js"), error.line, Severity::Error, Message(error),
                      StackLines(error)};
-    if (!watch.explainUndefined(found, error.evaluated) && !isSetup)
+    if (!collector.explainUndefined(found, error.evaluated) && !isSetup)
         found.notes.push_back("in the engine's call of " + error.evaluated);
-    if (std::find(watch.m_All.begin(), watch.m_All.end(), found) == watch.m_All.end())
-        watch.m_All.push_back(std::move(found));
+    if (std::find(collector.m_All.begin(), collector.m_All.end(), found) == collector.m_All.end())
+        collector.m_All.push_back(std::move(found));
 }
 
-std::vector<Diagnostic> ScriptWatch::take() {
+std::vector<Diagnostic> ScriptErrorCollector::take() {
     const std::vector<Diagnostic> fresh(m_All.begin() + static_cast<std::ptrdiff_t>(m_Taken), m_All.end());
     m_Taken = m_All.size();
     return fresh;

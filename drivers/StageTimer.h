@@ -22,7 +22,7 @@ Spread SpreadOf(std::vector<double> values);
 
 // Measures every stage of every frame. GL works asynchronously, so the timer waits for it at the end of each
 // stage; Stage::Draw is what the GPU still does when the script has returned.
-class FrameStepTimer {
+class StageTimer {
 public:
     // Call it as each stage begins, and with Stage::Idle after the last one, with the engine's GL context
     // current.

@@ -1,4 +1,4 @@
-#include "check/ShaderText.h"
+#include "check/ShaderChecks.h"
 
 #include <algorithm>
 #include <cctype>
@@ -11,7 +11,7 @@ namespace fxhost {
 
 namespace {
 
-// Functions that read a texture, and whether rewriting knows them at all.
+// Functions that read a texture, and whether the rewriting of shaders handles them.
 struct ReadFunction {
     const char* name;
     bool rewritten;
@@ -30,7 +30,7 @@ bool IsNamePart(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
 }
 
-// A call of exactly this function at `at`, in text without comments.
+// True when text without comments contains a call of exactly this function at `at`.
 bool IsCall(const std::string& text, std::size_t at, std::size_t length) {
     if (at > 0 && IsNamePart(text[at - 1]))
         return false;
@@ -38,7 +38,7 @@ bool IsCall(const std::string& text, std::size_t at, std::size_t length) {
     return next != std::string::npos && text[next] == '(';
 }
 
-// Rewriting looks for calls from the second character on.
+// Rewriting searches for calls from the second character on.
 bool IsRewritten(const std::string& text, const std::string& name, std::size_t at) {
     return at > 0 && findRoutine(text, name, 1, at) == at;
 }
@@ -66,7 +66,7 @@ void CheckReads(const ReadFunction& read, const std::string& file, const std::st
 
 } // namespace
 
-std::vector<Diagnostic> CheckShaderText(const std::string& file, const std::string& text) {
+std::vector<Diagnostic> CheckShaderSource(const std::string& file, const std::string& text) {
     static const std::regex directive(R"((?:^|\n)[ \t]*#[ \t]*(version|extension)\b)");
     const std::string code = WithoutComments(text);
     std::vector<Diagnostic> found;

@@ -1,4 +1,4 @@
-#include "check/FindingJson.h"
+#include "check/DiagnosticJson.h"
 
 namespace fxhost {
 

@@ -1,11 +1,11 @@
-#include "drivers/EffectReport.h"
+#include "drivers/EffectDiagnostics.h"
 
 #include <algorithm>
 
 #include "context/Context.h"
 #include "gpu/ShaderPitcher.h"
 #include "packaging/ScriptScan.h"
-#include "packaging/ShaderErrors.h"
+#include "packaging/ShaderDiagnostics.h"
 #include "utils/Utils.h"
 
 namespace fxhost {
@@ -16,7 +16,7 @@ int CountLines(const std::string& text) {
     return static_cast<int>(std::count(text.begin(), text.end(), '\n')) + (text.ends_with('\n') ? 0 : 1);
 }
 
-// The text of a shader that was made from one.
+// The source text of a shader that the script created from a string.
 std::string InlineText(const std::string& name) {
     for (const Shader* shader : Context::Current().LiveEntities<Shader>())
         if (shader->filePath().empty() && Utils::ToNarrow(shader->name()) == name)
@@ -24,20 +24,20 @@ std::string InlineText(const std::string& name) {
     return "";
 }
 
-// The engine names shaders by "/file.frag", or by their bare name when the script holds their text.
+// The engine names shaders "/file.frag", or by their bare name when the script contains the source text.
 ShaderOrigin OriginOf(const std::string& name, const EffectSource& source) {
     const auto describe = [](const std::string& file, const std::string& text) {
         return ShaderOrigin{file, false, CountLines(text), static_cast<int>(ShaderPitcher::AddedLines(text))};
     };
     if (!name.starts_with('/')) {
-        ShaderOrigin origin = describe(source.Shown("fx.js"), InlineText(name));
+        ShaderOrigin origin = describe(source.DisplayPath("fx.js"), InlineText(name));
         origin.inScript = true;
         origin.scriptLine = LineOfInlineShader(source.ReadText("fx.js").value_or(""), name);
         return origin;
     }
     if (const auto text = source.ReadText(name))
-        return describe(source.Shown(name), *text);
-    return {source.Shown(name), true};
+        return describe(source.DisplayPath(name), *text);
+    return {source.DisplayPath(name), true};
 }
 
 } // namespace
@@ -53,7 +53,7 @@ std::vector<Diagnostic> MissingFileFindings(const EffectSource& source) {
             return other.text.ends_with("\"" + file + "\"");
         });
         if (!known && !file.ends_with(".frag"))
-            found.push_back({source.Shown("fx.js"),
+            found.push_back({source.DisplayPath("fx.js"),
                              line,
                              Severity::Error,
                              "the effect has no file \"" + file + "\"",

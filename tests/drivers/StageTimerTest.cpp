@@ -1,4 +1,4 @@
-#include "drivers/FrameSteps.h"
+#include "drivers/StageTimer.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@ namespace {
 
 using namespace fxhost;
 
-TEST(SpreadTest, MedianAndTenthPercentilesOfKnownValues) {
+TEST(SpreadTest, MedianAndPercentilesMatchKnownValues) {
     const Spread spread = SpreadOf({10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0});
     EXPECT_EQ(spread.median, 5);
     EXPECT_EQ(spread.low, 1);

@@ -6,7 +6,7 @@
 
 namespace fxhost {
 
-// The files of a new effect of this name: a script, a shader and a configuration that work as they are.
+// The files of a new effect with this name: a script, a shader and a config.xml that work without changes.
 FileMap TemplateEffect(const std::string& name);
 
 } // namespace fxhost

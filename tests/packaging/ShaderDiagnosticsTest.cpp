@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "packaging/DriverLog.h"
-#include "packaging/ShaderErrors.h"
+#include "packaging/ShaderDiagnostics.h"
+#include "packaging/ShaderLog.h"
 
 namespace {
 
@@ -10,10 +10,10 @@ using namespace fxhost;
 using testing::ElementsAre;
 using Texts = std::vector<std::string>;
 
-TEST(DriverLogTest, EveryDriversFormIsRead) {
+TEST(ShaderLogTest, MessagesOfEveryDriverAreParsed) {
     const struct {
         const char *driver, *log;
-        Texts messages; // SOURCE STRING:LINE and the rest as a compiler says it
+        Texts messages; // in the form "STRING:LINE: severity: text"
     } rows[] = {
         {"Mesa",
          "0:12(5): error: `foo' undeclared\n0:14(10): warning: `x' used uninitialized\n"
@@ -37,15 +37,15 @@ TEST(DriverLogTest, EveryDriversFormIsRead) {
     };
     for (const auto& row : rows) {
         Texts texts;
-        for (const LogMessage& message : ParseDriverLog(row.log))
+        for (const LogMessage& message : ParseShaderLog(row.log))
             texts.push_back(
                 ToText({std::to_string(message.string), message.line, message.severity, message.text, {}}));
         EXPECT_EQ(texts, row.messages) << row.driver;
     }
 }
 
-// The author's text has ten lines; rewriting put two in front, and the preamble has two more.
-TEST(ShaderErrorsTest, LinesAreTheAuthorsAndSilenceIsToldInWords) {
+// The author's text has ten lines; rewriting inserts two lines before it, and the preamble has two more.
+TEST(ShaderDiagnosticsTest, LineNumbersAreThoseOfTheAuthorsFile) {
     const char* log = "Shader \"a\"\nShader compilation failed:\n0:9(5): error: glued strings\n"
                       "1(7) : error C1: counted strings\n\n"
                       "Shader \"b\"\nProgram linking failed:\nERROR: 0:4: in the wrappers\n"

@@ -1,4 +1,4 @@
-#include "drivers/FrameSteps.h"
+#include "drivers/StageTimer.h"
 
 #include <algorithm>
 
@@ -29,11 +29,11 @@ Spread SpreadOf(std::vector<double> values) {
     return {median, values[tenth], values[last - tenth]};
 }
 
-const std::vector<double>& FrameStepTimer::times(Stage stage) const {
+const std::vector<double>& StageTimer::times(Stage stage) const {
     return m_Times[IndexOf(stage)];
 }
 
-void FrameStepTimer::begin(Stage stage) {
+void StageTimer::begin(Stage stage) {
     if (stage != Stage::Draw) // This wait is what Stage::Draw measures.
         glFinish();
     const auto now = Clock::now();
@@ -50,7 +50,7 @@ void FrameStepTimer::begin(Stage stage) {
     m_Since = now;
 }
 
-void FrameStepTimer::forget() {
+void StageTimer::forget() {
     for (auto& times : m_Times)
         times.clear();
     m_Frames.clear();

@@ -1,17 +1,17 @@
-#include "packaging/ShaderErrors.h"
+#include "packaging/ShaderDiagnostics.h"
 
 #include <iterator>
 #include <sstream>
 #include <string_view>
 
-#include "packaging/DriverLog.h"
+#include "packaging/ShaderLog.h"
 
 namespace fxhost {
 
 namespace {
 
-// GL gets two source strings: the preamble of two lines, then the rewritten text. Drivers that glue the
-// strings together report everything in string 0 and count the preamble's lines too.
+// The engine passes two source strings to GL: a preamble of two lines and the rewritten text. Drivers that
+// concatenate the strings report everything in string 0 and count the lines of the preamble too.
 constexpr int s_PreambleLines = 2;
 
 struct Block {
@@ -32,7 +32,7 @@ std::vector<Block> Split(const std::string& errorText) {
     return blocks;
 }
 
-// The names that rewriting gives to the author's calls are not his.
+// Restores the names of functions that rewriting renamed.
 std::string WithoutRewriting(std::string text) {
     constexpr std::string_view prefix = "repl_";
     for (auto at = text.find(prefix); at != std::string::npos; at = text.find(prefix, at))
@@ -58,7 +58,7 @@ Diagnostic Finding(const LogMessage& message, const ShaderOrigin& origin, const 
     return {origin.file, origin.scriptLine, message.severity, place + ": " + text, {}};
 }
 
-// The text after a headline that only says which step failed.
+// The driver's log without the headline that names the step.
 std::string Log(const std::string& text) {
     constexpr std::string_view headlines[] = {"Shader compilation failed:\n", "Program linking failed:\n"};
     for (const auto headline : headlines)
@@ -77,7 +77,7 @@ std::vector<Diagnostic> ShaderDiagnostics(const std::string& errorText, const Sh
             found.push_back({origin.file, 0, Severity::Error, "shader file not found", {}});
             continue;
         }
-        const auto messages = ParseDriverLog(Log(block.text));
+        const auto messages = ParseShaderLog(Log(block.text));
         if (messages.empty())
             found.push_back(
                 {origin.file, 0, Severity::Error, "refused by the driver, which gives no reason", {}});
