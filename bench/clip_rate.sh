@@ -1,6 +1,6 @@
 #!/bin/sh
-# Compares the rate of a whole clip (video in, effect, video out) with what the render step alone reaches (one
-# picture again and again, frames thrown away). The ratio tells what reading and writing cost.
+# Compares the frame rate of a whole clip (video in, effect, video out) with that of the render step alone (the same
+# picture in every frame, no output). The ratio shows the cost of reading and writing.
 #   clip_rate.sh FXHOST [EFFECT [FRAMES [OUTPUT]]]     OUTPUT: clip.mp4, or f_####.png, ...
 set -eu
 fxhost=$1
@@ -14,18 +14,18 @@ ffmpeg -v error -f lavfi -i testsrc2=size=1920x1080:rate=25 -frames:v "$frames" 
     -pix_fmt yuv420p "$folder/in.mp4"
 ffmpeg -v error -i "$folder/in.mp4" -frames:v 1 "$folder/still.png"
 
-# rate FRAMES ARGUMENT...: frames a second of one run, from its last line.
+# rate FRAMES ARGUMENT...: prints the frames per second of one run, from its last line.
 rate() {
     last=$1
     shift
-    "$fxhost" render "$effect" --frames "1-$last" "$@" 2>"$folder/said" || {
-        cat "$folder/said" >&2
+    "$fxhost" render "$effect" --frames "1-$last" "$@" 2>"$folder/messages" || {
+        cat "$folder/messages" >&2
         exit 1
     }
-    sed -n 's/.* frames, \([0-9.]*\) frames\/s in .*/\1/p' "$folder/said"
+    sed -n 's/.* frames, \([0-9.]*\) frames\/s in .*/\1/p' "$folder/messages"
 }
 
-# The step alone before and after the clip, as the machine may not stay as fast as it is.
+# Measures the render step before and after the clip, because the speed of the machine may change.
 half=$(((frames + 1) / 2))
 before=$(rate $half -i "$folder/still.png" -o /dev/null)
 whole=$(rate "$frames" -i "$folder/in.mp4" -o "$folder/$output")

@@ -1,6 +1,5 @@
 #include "clips/ChildProcess.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -18,26 +17,13 @@ namespace fxhost {
 
 namespace {
 
-constexpr int s_NotFound = 127;
+constexpr int s_NotFound = 127; // exit status of a program that cannot be started
 
-// Pipes get their close-on-exec flag before any other thread starts a program.
+// Held from pipe() to fork(), so that no other thread starts a program before the new pipe is close-on-exec.
 std::mutex s_StartMutex;
 
-void CloseOnExec(int descriptor) {
-    fcntl(descriptor, F_SETFD, FD_CLOEXEC);
-}
-
-// A file without a name for what the program says.
-int OpenErrorFile() {
-    std::FILE* file = std::tmpfile();
-    if (!file)
-        return -1;
-    const int descriptor = dup(fileno(file));
-    std::fclose(file);
-    return descriptor;
-}
-
-[[noreturn]] void Become(char** arguments, int input, int output, int errors) {
+// Replaces the forked process by the program. A negative descriptor stands for /dev/null.
+[[noreturn]] void ExecProgram(char** arguments, int input, int output, int errors) {
     setpgid(0, 0);
     LiftMemoryLimit();
     for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
@@ -61,20 +47,19 @@ ChildProcess::ChildProcess(std::vector<std::string> arguments, Pipe direction) {
     const std::lock_guard lock(s_StartMutex);
     int ends[2];
     if (::pipe(ends) != 0)
-        throw EffectFailure(arguments[0] + ": no pipe can be made: " + std::strerror(errno));
-    m_Errors = OpenErrorFile();
-    for (const int descriptor : {ends[0], ends[1], m_Errors})
-        CloseOnExec(descriptor);
-    const bool toInput = direction == Pipe::ToItsInput;
+        throw EffectFailure(arguments[0] + ": cannot create a pipe: " + std::strerror(errno));
+    for (const int descriptor : ends)
+        fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+    const bool toInput = direction == Pipe::ToStdin;
     m_Process = fork();
     if (m_Process == 0)
-        Become(texts.data(), toInput ? ends[0] : -1, toInput ? -1 : ends[1], m_Errors);
+        ExecProgram(texts.data(), toInput ? ends[0] : -1, toInput ? -1 : ends[1], m_Stderr.descriptor());
     close(ends[toInput ? 0 : 1]);
     m_Pipe = ends[toInput ? 1 : 0];
     if (m_Process < 0)
-        throw EffectFailure(arguments[0] + ": cannot be started: " + std::strerror(errno));
+        throw EffectFailure(arguments[0] + ": cannot start the program: " + std::strerror(errno));
 #ifdef F_SETPIPE_SZ
-    fcntl(m_Pipe, F_SETPIPE_SZ, 1 << 20); // fewer switches for big frames
+    fcntl(m_Pipe, F_SETPIPE_SZ, 1 << 20); // A larger buffer needs fewer task switches per frame.
 #endif
 }
 
@@ -84,8 +69,6 @@ ChildProcess::~ChildProcess() {
         kill(m_Process, SIGKILL);
         wait();
     }
-    if (m_Errors >= 0)
-        close(m_Errors);
 }
 
 void ChildProcess::closePipe() {
@@ -94,7 +77,7 @@ void ChildProcess::closePipe() {
     m_Pipe = -1;
 }
 
-void ChildProcess::look(int flags) {
+void ChildProcess::reap(int flags) {
     int status = 0;
     const pid_t ended = waitpid(m_Process, &status, flags);
     if (ended < 0 && errno != EINTR)
@@ -105,46 +88,32 @@ void ChildProcess::look(int flags) {
 
 bool ChildProcess::hasEnded() {
     if (m_Status < 0)
-        look(WNOHANG);
+        reap(WNOHANG);
     return m_Status >= 0;
 }
 
 int ChildProcess::wait() {
     while (m_Status < 0)
-        look(0);
+        reap(0);
     return m_Status;
 }
 
-std::string ChildProcess::said() const {
-    constexpr off_t most = 300;
-    const off_t size = m_Errors < 0 ? 0 : lseek(m_Errors, 0, SEEK_END);
-    std::string text(static_cast<std::size_t>(std::min(size, most)), '\0');
-    const ssize_t got =
-        text.empty() ? 0 : pread(m_Errors, text.data(), text.size(), std::max<off_t>(0, size - most));
-    text.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
-    while (!text.empty() && text.back() == '\n')
-        text.pop_back();
-    if (size > most) // whole lines only
-        text.erase(0, text.find('\n') == std::string::npos ? 0 : text.find('\n') + 1);
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    return text;
-}
-
-std::string FailureText(const std::string& program, int status, const std::string& said) {
+std::string FailureText(const std::string& program, int status, const std::string& stderrText) {
     if (status == s_NotFound)
         return "the program " + program + " is needed for video and cannot be started; is it installed?";
-    return program + " failed" + (said.empty() ? " with status " + std::to_string(status) : ": " + said);
+    return program + " failed" +
+           (stderrText.empty() ? " with status " + std::to_string(status) : ": " + stderrText);
 }
 
-std::string OutputOf(std::vector<std::string> arguments, const std::string& about) {
+std::string OutputOf(std::vector<std::string> arguments, const std::string& subject) {
     const std::string program = arguments[0];
-    ChildProcess process(std::move(arguments), ChildProcess::Pipe::FromItsOutput);
+    ChildProcess process(std::move(arguments), ChildProcess::Pipe::FromStdout);
     std::string output;
     char buffer[4096];
-    while (const std::size_t got = ReadFully(process.pipe(), buffer, sizeof buffer))
-        output.append(buffer, got);
+    while (const std::size_t count = ReadFully(process.pipe(), buffer, sizeof buffer))
+        output.append(buffer, count);
     if (const int status = process.wait())
-        throw EffectFailure(about + ": " + FailureText(program, status, process.said()));
+        throw EffectFailure(subject + ": " + FailureText(program, status, process.stderrText()));
     return output;
 }
 

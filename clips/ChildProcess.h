@@ -1,49 +1,52 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <sys/types.h>
 #include <vector>
 
+#include "clips/StderrTail.h"
+
 namespace fxhost {
 
-// A program that runs beside the tool, with one pipe to or from it. Its own process group, so that Ctrl-C in
-// a terminal reaches only the tool. What it prints on standard error is kept.
+// A program that runs beside the tool, with one pipe to or from it. It has its own process group, so that
+// Ctrl-C in a terminal reaches only the tool.
 class ChildProcess {
 public:
-    enum class Pipe { ToItsInput, FromItsOutput };
+    enum class Pipe { ToStdin, FromStdout };
 
-    // The program is looked up in PATH. Throws EffectFailure when no process can be made; a program that does
-    // not exist ends with status 127.
+    // arguments[0] is looked up in PATH. Throws EffectFailure when no process can be created. A program that
+    // does not exist ends with exit status 127.
     ChildProcess(std::vector<std::string> arguments, Pipe pipe);
-    // Ends a process that still runs.
+    // Kills the process if it still runs.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
+    // Descriptor of this side of the pipe; owned by this object.
     int pipe() const { return m_Pipe; }
     void closePipe();
-    // Whether wait would give its result at once.
+    // True when wait() would return at once.
     bool hasEnded();
-    // Waits for the end; the exit status, or 128 and more after a signal.
+    // Waits for the end. Returns the exit status, or 128 plus the number of the signal that ended the
+    // process.
     int wait();
-    // Standard error so far, in one line of at most some 300 characters; the end of it when it is longer.
-    std::string said() const;
+    // The last lines of standard error, joined to one.
+    std::string stderrText() const { return m_Stderr.text(); }
 
 private:
-    void look(int flags);
+    void reap(int flags);
 
     pid_t m_Process = -1;
     int m_Pipe = -1;
-    int m_Errors = -1;
+    StderrTail m_Stderr;
     int m_Status = -1;
 };
 
-// Runs a program to its end and gives what it printed. Throws EffectFailure, opened by `about`, when it
-// fails.
-std::string OutputOf(std::vector<std::string> arguments, const std::string& about);
+// Runs a program to its end and returns its standard output. When it fails, throws EffectFailure whose text
+// starts with `subject`.
+std::string OutputOf(std::vector<std::string> arguments, const std::string& subject);
 
-// What went wrong with a program: its own words, or that it is not installed.
-std::string FailureText(const std::string& program, int status, const std::string& said);
+// Describes the failure of a program: its own error text, or that it is not installed.
+std::string FailureText(const std::string& program, int status, const std::string& stderrText);
 
 } // namespace fxhost

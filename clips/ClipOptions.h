@@ -2,10 +2,11 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace fxhost {
 
-// What the command line says about a clip, as it stands there.
+// The command-line options of a clip, as the user wrote them; empty where not given.
 struct ClipOptions {
     std::string frames, fps, shard, keys, raw;
     std::string codec, pixelFormat, codecOptions;
@@ -14,8 +15,18 @@ struct ClipOptions {
     bool quiet = false;
 };
 
-// Whether these options and files mean more than one picture: a numbered, video or "-" file on either side,
-// or an option that only clips have.
+// The options that a clip shares with a single picture.
+struct ClipRequest {
+    std::string input;                 // file, number pattern, "-", or empty for an empty layer
+    unsigned width = 0, height = 0;    // of the empty layer, in pixels
+    std::string output;                // number pattern, video, "-", or /dev/null
+    std::optional<unsigned> depth;     // bits per channel; the input's own when not given
+    double time = 0;                   // seconds that are added to the time of every frame
+    std::vector<std::string> identity; // further texts that decide what the frames look like
+};
+
+// True when these options and files ask for more than one picture: a number pattern, video or "-" as input or
+// output, or an option that only clips have.
 bool IsClip(const ClipOptions& options, const std::string& input, const std::string& output);
 
 } // namespace fxhost

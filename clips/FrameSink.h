@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "clips/FrameList.h"
@@ -7,27 +8,31 @@
 
 namespace fxhost {
 
-// Where a clip's frames go.
+// Writes the frames of a clip.
 class FrameSink {
 public:
     virtual ~FrameSink() = default;
 
-    // Whether the frame lies there whole from an earlier run, so that it need not be rendered.
-    virtual bool has(const FrameId&) const { return false; }
-    // Takes one frame. Sinks that are not parallel get them in order, from one thread. Throws EffectFailure
-    // naming the file.
+    // True when an earlier run already wrote this frame completely, so that it need not be rendered.
+    virtual bool isWritten(const FrameId&) const { return false; }
+    // Writes one frame. Unless isParallel, one thread passes the frames in ascending order. Throws
+    // EffectFailure that names the file.
     virtual void write(const FrameId& frame, const Picture& picture) = 0;
+    // True when many threads may call write() at the same time, in any order.
     virtual bool isParallel() const { return false; }
-    // After the last frame: makes the result of that many frames whole. Throws EffectFailure.
-    virtual void finish(std::size_t) {}
-    // Instead of finish, when the run ends early: keeps what a later run can go on from. Does not throw.
-    virtual void keep() {}
+    // Completes the output after the last frame. `frames` is the length of the whole clip. Throws
+    // EffectFailure.
+    virtual void finish(std::size_t frames) { static_cast<void>(frames); }
+    // Called instead of finish() when the run ends early. Keeps what a later run can continue from. Does not
+    // throw.
+    virtual void keepPartialOutput() {}
 
-    // How many of the clip's first `written` frames are safe should the process die now.
-    virtual std::size_t safe(std::size_t written) const { return written; }
-    // Where those are until the clip is whole, when that is not where the user expects them.
-    virtual std::string keptIn() const { return {}; }
-    // Whether a later run can go on after those.
+    // How many of the clip's first `written` frames survive if the process dies now.
+    virtual std::size_t durableFrames(std::size_t written) const { return written; }
+    // Folder that holds the finished parts of an incomplete clip; empty when frames go straight to their
+    // final place.
+    virtual std::string partsFolder() const { return {}; }
+    // True when a later run with --resume can continue after the durable frames.
     virtual bool isResumable() const { return false; }
 };
 

@@ -1,29 +1,28 @@
 #pragma once
 
-#include <memory>
 #include <optional>
-#include <string>
 
 #include "clips/FrameList.h"
 #include "pictures/Picture.h"
 
 namespace fxhost {
 
-// Where a clip's frames come from. All pictures have the size and depth of the first one.
+// Reads the frames of a clip. All pictures have the size and depth of the first one.
 class FrameSource {
 public:
     virtual ~FrameSource() = default;
 
-    // One frame; nothing when the clip ends before it and may do so. Sources that are not parallel are asked
-    // for ascending numbers, by one thread. Throws WrongUse or EffectFailure naming the file and the frame.
+    // Reads one frame. Returns nothing when the clip ends before it, provided that it may end there. Unless
+    // isParallel, one thread asks for ascending numbers. Throws WrongUse or EffectFailure that names the file
+    // and the frame.
     virtual std::optional<Picture> read(long number) = 0;
-    // Whether read may be called by many threads at once, in any order.
+    // True when many threads may call read() at the same time, in any order.
     virtual bool isParallel() const = 0;
 
     unsigned width() const { return m_Width; }   // pixels
     unsigned height() const { return m_Height; } // pixels
     unsigned depth() const { return m_Depth; }   // bits per channel: 8, 16 or 32
-    bool hasAlpha() const { return m_HasAlpha; }
+    bool hasAlpha() const { return m_HasAlpha; } // false when every pixel is opaque
 
 protected:
     unsigned m_Width = 0, m_Height = 0, m_Depth = 8;

@@ -16,14 +16,14 @@ bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// A place for a number at the beginning of a text.
-struct Place {
-    std::size_t length;
-    unsigned width;
+// A placeholder at the beginning of a text.
+struct Placeholder {
+    std::size_t length; // of the placeholder itself
+    unsigned width;     // smallest number of digits
 };
 
-// "%d" and "%0Nd".
-std::optional<Place> ReadPercentForm(std::string_view text) {
+// Reads "%d" or "%0Nd".
+std::optional<Placeholder> ReadPercentForm(std::string_view text) {
     std::size_t end = 1;
     unsigned width = 1;
     if (text.size() > 2 && text[1] == '0' && text[2] > '0' && IsDigit(text[2])) {
@@ -32,14 +32,14 @@ std::optional<Place> ReadPercentForm(std::string_view text) {
     }
     if (text[0] != '%' || end >= text.size() || text[end] != 'd')
         return std::nullopt;
-    return Place{end + 1, width};
+    return Placeholder{end + 1, width};
 }
 
-std::optional<Place> ReadHashes(std::string_view text) {
+std::optional<Placeholder> ReadHashes(std::string_view text) {
     const std::size_t length = std::min(text.find_first_not_of('#'), text.size());
     if (length == 0)
         return std::nullopt;
-    return Place{length, static_cast<unsigned>(length)};
+    return Placeholder{length, static_cast<unsigned>(length)};
 }
 
 bool HasPercentForm(std::string_view name) {
@@ -64,19 +64,19 @@ std::optional<NumberPattern> NumberPattern::Parse(const std::string& option, con
 
     bool found = false;
     for (std::size_t i = 0; i < name.size();) {
-        const auto place = percents ? ReadPercentForm(name.substr(i)) : ReadHashes(name.substr(i));
-        if (!place) {
+        const auto placeholder = percents ? ReadPercentForm(name.substr(i)) : ReadHashes(name.substr(i));
+        if (!placeholder) {
             i += percents && name.substr(i, 2) == "%%" ? 1 : 0;
             (found ? pattern.m_After : pattern.m_Before) += name[i++];
             continue;
         }
         if (found)
-            throw WrongUse(
-                option + " " + path +
-                ": two places for a number; one such as name_%04d.png or name_####.png was expected");
+            throw WrongUse(option + " " + path +
+                           ": has two placeholders for the number; expected one, such as name_%04d.png or "
+                           "name_####.png");
         found = true;
-        pattern.m_Width = place->width;
-        i += place->length;
+        pattern.m_Width = placeholder->width;
+        i += placeholder->length;
     }
     if (!found)
         return std::nullopt;
@@ -116,7 +116,7 @@ std::vector<long> NumberPattern::numbersOnDisk() const {
     return numbers;
 }
 
-// Unfinished pictures are called ".STEM.PROCESS.ENDING".
+// The name of an unfinished picture is ".STEM.PROCESS.EXTENSION", with the number of the writing process.
 void NumberPattern::removeLeftovers(const std::set<long>& numbers) const {
     std::error_code ignored;
     std::vector<fs::path> leftovers;

@@ -7,21 +7,22 @@
 
 namespace fxhost {
 
-// The name of numbered files: "in_%04d.exr", "in_%d.exr" or "in_####.exr" (as many digits as "#", more when
-// the number is longer). The number stands in the last part of the path. "%%" means "%" in the first two
-// forms.
+// The name of numbered files: "in_%04d.exr", "in_%d.exr" or "in_####.exr". Each "#" is one digit; longer
+// numbers take more digits. Only the last component of the path may contain the number. "%%" stands for "%"
+// in names with "%d".
 class NumberPattern {
 public:
-    // Nothing when the name has no place for a number. Throws WrongUse, opened by `option`, for two of them.
+    // Nothing when the name has no placeholder. Two placeholders throw WrongUse, whose text starts with
+    // `option`.
     static std::optional<NumberPattern> Parse(const std::string& option, const std::string& path);
 
     const std::string& text() const { return m_Text; }
     std::string path(long number) const;
 
-    // The numbers of the files that are there, ascending; a number written in another width is none of them.
+    // The numbers of the existing files, ascending. Numbers with another count of digits do not match.
     std::vector<long> numbersOnDisk() const;
-    // Removes what writers of these files left when they were killed; not those of others, which may still be
-    // at work.
+    // Removes the temporary files that killed writers left for these numbers. Other numbers may still be in
+    // work on another machine.
     void removeLeftovers(const std::set<long>& numbers) const;
 
 private:
@@ -29,7 +30,7 @@ private:
     std::optional<long> numberIn(const std::string& name) const;
 
     std::string m_Text, m_Folder, m_Before, m_After;
-    unsigned m_Width = 1; // digits at least
+    unsigned m_Width = 1; // smallest number of digits
 };
 
 } // namespace fxhost

@@ -7,7 +7,7 @@ namespace fxhost {
 std::optional<PictureHeader> ReadPictureHeader(const std::string& path) {
     const auto input = OIIO::ImageInput::open(path);
     if (!input) {
-        OIIO::geterror(); // else it piles up
+        OIIO::geterror(); // Unread errors would accumulate.
         return std::nullopt;
     }
     const OIIO::ImageSpec& spec = input->spec();

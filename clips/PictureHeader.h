@@ -5,13 +5,13 @@
 
 namespace fxhost {
 
-// What the first bytes of a picture file tell.
+// What a picture file declares about itself before its pixels.
 struct PictureHeader {
     unsigned width = 0, height = 0; // pixels
     bool hasAlpha = false;
 };
 
-// Nothing when there is no such file or it is no picture.
+// Nothing when the file does not exist or is not a picture.
 std::optional<PictureHeader> ReadPictureHeader(const std::string& path);
 
 } // namespace fxhost

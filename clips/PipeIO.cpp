@@ -13,7 +13,7 @@ namespace fxhost {
 
 namespace {
 
-// Until something can be read; looks for a stop request every now and then.
+// Waits until the descriptor is readable, and checks for a stop request every 100 ms.
 void AwaitInput(int descriptor) {
     pollfd input{descriptor, POLLIN, 0};
     while (poll(&input, 1, 100) <= 0)
@@ -27,12 +27,12 @@ std::size_t ReadFully(int descriptor, void* buffer, std::size_t bytes) {
     std::size_t done = 0;
     while (done < bytes) {
         AwaitInput(descriptor);
-        const ssize_t got = read(descriptor, static_cast<char*>(buffer) + done, bytes - done);
-        if (got == 0)
+        const ssize_t count = read(descriptor, static_cast<char*>(buffer) + done, bytes - done);
+        if (count == 0)
             break;
-        if (got < 0 && errno != EINTR && errno != EAGAIN)
-            throw EffectFailure(std::string("reading failed: ") + std::strerror(errno));
-        done += got > 0 ? static_cast<std::size_t>(got) : 0;
+        if (count < 0 && errno != EINTR && errno != EAGAIN)
+            throw EffectFailure(std::string("cannot read: ") + std::strerror(errno));
+        done += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
     return done;
 }
@@ -40,13 +40,13 @@ std::size_t ReadFully(int descriptor, void* buffer, std::size_t bytes) {
 int WriteFully(int descriptor, const void* buffer, std::size_t bytes) {
     std::size_t done = 0;
     while (done < bytes) {
-        const ssize_t put = write(descriptor, static_cast<const char*>(buffer) + done, bytes - done);
-        if (put < 0 && errno == EAGAIN) {
+        const ssize_t count = write(descriptor, static_cast<const char*>(buffer) + done, bytes - done);
+        if (count < 0 && errno == EAGAIN) {
             pollfd output{descriptor, POLLOUT, 0};
             poll(&output, 1, 100);
-        } else if (put < 0 && errno != EINTR)
+        } else if (count < 0 && errno != EINTR)
             return errno;
-        done += put > 0 ? static_cast<std::size_t>(put) : 0;
+        done += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
     return 0;
 }

@@ -4,14 +4,15 @@
 
 namespace fxhost {
 
-// Thrown out of a wait when the user asks for a stop.
+// Thrown out of a blocking read when the user requests a stop.
 struct StoppedByUser {};
 
-// Reads until the buffer is full or the other side has no more; the bytes read. Throws EffectFailure on an
-// error, StoppedByUser while it waits for bytes.
+// Reads until the buffer is full or the stream ends. Returns the number of bytes. Throws EffectFailure on a
+// read error, and StoppedByUser when a stop is requested while no bytes arrive.
 std::size_t ReadFully(int descriptor, void* buffer, std::size_t bytes);
 
-// Writes everything. 0, or the error number: EPIPE when the other side has gone (SIGPIPE must be ignored).
+// Writes the whole buffer. Returns 0 or the error number, which is EPIPE when the reader has closed the pipe.
+// SIGPIPE must be ignored.
 int WriteFully(int descriptor, const void* buffer, std::size_t bytes);
 
 } // namespace fxhost

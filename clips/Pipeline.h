@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -12,24 +13,28 @@ namespace fxhost {
 // The frames of one run.
 struct FramePlan {
     std::vector<FrameId> frames; // to render, ascending
-    std::size_t total = 0;       // places of the whole clip, those of earlier runs included
-    bool endless = false;        // every frame from number 1 on until the source ends; `frames` is empty
+    std::size_t total = 0;       // length of the whole clip, including frames of earlier runs
+    bool endless = false;        // every frame from number 1 until the source ends; `frames` is empty
 
     std::size_t size() const { return endless ? SIZE_MAX : frames.size(); }
     FrameId at(std::size_t i) const { return endless ? FrameId{static_cast<long>(i) + 1, i} : frames[i]; }
 };
 
+using RenderFunction = std::function<Picture(const FrameId&, Picture)>;
+
 struct PipelineResult {
-    std::size_t rendered = 0;
-    bool stopped = false;     // by the user; the sink was told to keep what it has
-    double renderSeconds = 0; // inside `render`
+    std::size_t rendered = 0; // frames of this run
+    bool stopped = false;     // true when the user requested a stop
+    double renderSeconds = 0; // spent inside `render`
 };
 
-// Reads, renders and writes at the same time: reading ahead and writing behind on threads of their own,
-// `render` on the calling thread. Ends early when the user asks for a stop. When something fails, what was
-// rendered before is written, the sink keeps it, and the exception comes out. When the guarding parent gives
-// the render thread up, what was rendered is written too, and this function does not return any more.
+// Reads, renders and writes at the same time. Reading and writing have threads of their own; `render` runs on
+// the calling thread. Every way to end writes the frames that are already rendered:
+// - A stop requested by the user ends the run early.
+// - An exception from the source, the sink or `render` is thrown again after the sink kept its partial
+// output.
+// - When the watchdog gives up the render thread, this function never returns.
 PipelineResult RunPipeline(FrameSource& source, FrameSink& sink, const FramePlan& plan,
-                           const std::function<Picture(const FrameId&, Picture)>& render, Progress& progress);
+                           const RenderFunction& render, Progress& progress);
 
 } // namespace fxhost

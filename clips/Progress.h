@@ -7,24 +7,25 @@
 
 namespace fxhost {
 
-// Tells how far a clip is, on standard error: on a terminal a bar that moves, else a line now and then.
-// Used by one thread at a time.
+// Shows the progress of a clip: as a bar on a terminal, otherwise as a line every few seconds. One thread at
+// a time.
 class Progress {
 public:
     enum class Style { None, Lines, Bar };
-    // Bar on a terminal, else lines.
+    // Bar for a terminal, otherwise Lines.
     static Style StyleFor(std::FILE* file);
 
-    // total: frames to do, 0 when unknown.
+    // total: number of frames, or 0 when it is unknown. `file` must outlive this object.
     Progress(std::FILE* file, Style style, std::size_t total);
-    // Leaves the bar's line.
+    // Ends the line of the bar.
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
+    // Counts one more frame, and shows it when enough time has passed.
     void advance();
     std::size_t done() const { return m_Done; }
-    // Seconds since the beginning.
+    // Seconds since the construction.
     double seconds() const;
 
 private:
@@ -40,7 +41,7 @@ private:
     Clock::time_point m_Shown = m_Begin;
 };
 
-// "120 of 240 frames, 24.1 frames/s, 0:05 left"; without the end when it is not known.
+// "120 of 240 frames, 24.1 frames/s, 0:05 left". With total 0 neither the total nor the time left is shown.
 std::string ProgressText(std::size_t done, std::size_t total, double seconds);
 
 } // namespace fxhost

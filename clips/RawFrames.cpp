@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "clips/PipeIO.h"
-#include "toolkit/PictureConversion.h"
 #include "toolkit/Errors.h"
+#include "toolkit/PictureConversion.h"
 
 namespace fxhost {
 
@@ -16,8 +16,8 @@ static_assert(std::endian::native == std::endian::little, "raw frames are little
 
 class RawSource final : public FrameSource {
 public:
-    RawSource(int descriptor, unsigned frameWidth, unsigned frameHeight, unsigned bits, long last)
-        : m_Descriptor(descriptor), m_Last(last) {
+    RawSource(int descriptor, unsigned frameWidth, unsigned frameHeight, unsigned bits, long required)
+        : m_Descriptor(descriptor), m_Required(required) {
         m_Width = frameWidth;
         m_Height = frameHeight;
         m_Depth = bits;
@@ -41,24 +41,24 @@ private:
         frame.height = m_Height;
         frame.depth = m_Depth;
         frame.bytes.resize(RawFrameBytes(m_Width, m_Height, m_Depth));
-        const std::size_t got = ReadFully(m_Descriptor, frame.bytes.data(), frame.bytes.size());
-        if (got == frame.bytes.size()) {
+        const std::size_t count = ReadFully(m_Descriptor, frame.bytes.data(), frame.bytes.size());
+        if (count == frame.bytes.size()) {
             ++m_Next;
             return frame;
         }
-        if (got == 0 && m_Last == 0 && m_Next > 1)
+        if (count == 0 && m_Required == 0 && m_Next > 1)
             return std::nullopt;
         const std::string name = "standard input (--input -): ";
-        if (got == 0)
+        if (count == 0)
             throw WrongUse(name + "ends before frame " + std::to_string(m_Next) +
-                           (m_Last ? "; --frames asks for " + std::to_string(m_Last) : ""));
+                           (m_Required ? "; --frames asks for frame " + std::to_string(m_Required) : ""));
         throw WrongUse(name + "ends within frame " + std::to_string(m_Next) + ", after " +
-                       std::to_string(got) + " of the " + std::to_string(frame.bytes.size()) +
-                       " bytes that --raw and --depth stand for");
+                       std::to_string(count) + " of the " + std::to_string(frame.bytes.size()) +
+                       " bytes that follow from --raw and --depth");
     }
 
     const int m_Descriptor;
-    const long m_Last;
+    const long m_Required;
     long m_Next = 1;
 };
 
@@ -88,8 +88,8 @@ std::size_t RawFrameBytes(unsigned width, unsigned height, unsigned depth) {
 }
 
 std::unique_ptr<FrameSource> ReadRawFrames(int descriptor, unsigned width, unsigned height, unsigned depth,
-                                           long last) {
-    return std::make_unique<RawSource>(descriptor, width, height, depth, last);
+                                           long required) {
+    return std::make_unique<RawSource>(descriptor, width, height, depth, required);
 }
 
 std::unique_ptr<FrameSink> WriteRawFrames(int descriptor) {

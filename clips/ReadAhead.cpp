@@ -2,9 +2,9 @@
 
 namespace fxhost {
 
-ReadAhead::ReadAhead(std::size_t count, std::size_t threads, std::size_t room,
+ReadAhead::ReadAhead(std::size_t count, std::size_t threads, std::size_t capacity,
                      std::function<std::optional<Picture>(std::size_t)> make)
-    : m_Count(count), m_Room(room), m_Make(std::move(make)) {
+    : m_Count(count), m_Capacity(capacity), m_Make(std::move(make)) {
     for (std::size_t i = 0; i < threads; ++i)
         m_Threads.emplace_back([this] { work(); });
 }
@@ -12,7 +12,7 @@ ReadAhead::ReadAhead(std::size_t count, std::size_t threads, std::size_t room,
 ReadAhead::~ReadAhead() {
     {
         const std::lock_guard lock(m_Mutex);
-        m_Ended = true;
+        m_HasEnded = true;
     }
     m_Changed.notify_all();
     for (std::thread& thread : m_Threads)
@@ -22,10 +22,11 @@ ReadAhead::~ReadAhead() {
 void ReadAhead::work() {
     std::unique_lock lock(m_Mutex);
     for (;;) {
-        m_Changed.wait(lock, [this] { return m_Ended || m_Begun == m_Count || m_Begun < m_Taken + m_Room; });
-        if (m_Ended || m_Begun == m_Count)
+        m_Changed.wait(
+            lock, [this] { return m_HasEnded || m_Started == m_Count || m_Started < m_Taken + m_Capacity; });
+        if (m_HasEnded || m_Started == m_Count)
             return;
-        const std::size_t index = m_Begun++;
+        const std::size_t index = m_Started++;
         lock.unlock();
         Result result;
         try {
@@ -34,7 +35,7 @@ void ReadAhead::work() {
             result.error = std::current_exception();
         }
         lock.lock();
-        m_Ended |= !result.picture; // what comes after it is not wanted
+        m_HasEnded |= !result.picture; // Later pictures are not needed.
         m_Ready.emplace(index, std::move(result));
         m_Changed.notify_all();
     }

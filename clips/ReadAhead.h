@@ -13,20 +13,20 @@
 
 namespace fxhost {
 
-// Makes pictures on threads of its own, ahead of whoever takes them, and gives them out in order.
+// Makes pictures ahead of their use, on threads of its own, and returns them in order.
 class ReadAhead {
 public:
-    // `make` is called for 0 to count - 1, each once, in this order but by `threads` threads at once. Never
-    // more than `room` pictures wait.
-    ReadAhead(std::size_t count, std::size_t threads, std::size_t room,
+    // `make` is called once for each index from 0 to count - 1, in ascending order, by `threads` threads at
+    // the same time. It returns nothing when the pictures end early. At most `capacity` pictures wait.
+    ReadAhead(std::size_t count, std::size_t threads, std::size_t capacity,
               std::function<std::optional<Picture>(std::size_t)> make);
-    // Waits for calls of `make` that are under way.
+    // Waits for running calls of `make`.
     ~ReadAhead();
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
 
-    // The next picture; what `make` threw for it is thrown here. Nothing after the last one, or from
-    // where `make` gave nothing.
+    // Waits for the next picture. Returns nothing after the last one. Throws what `make` threw for this
+    // picture. One thread.
     std::optional<Picture> next();
 
 private:
@@ -36,13 +36,13 @@ private:
     };
     void work();
 
-    const std::size_t m_Count, m_Room;
+    const std::size_t m_Count, m_Capacity;
     const std::function<std::optional<Picture>(std::size_t)> m_Make;
     std::mutex m_Mutex;
     std::condition_variable m_Changed;
     std::map<std::size_t, Result> m_Ready;
-    std::size_t m_Begun = 0, m_Taken = 0;
-    bool m_Ended = false;
+    std::size_t m_Started = 0, m_Taken = 0;
+    bool m_HasEnded = false;
     std::vector<std::thread> m_Threads;
 };
 

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <thread>
 
-#include "clips/EncoderFormats.h"
+#include "clips/EncoderPixelFormats.h"
 #include "clips/VideoColours.h"
 #include "toolkit/Errors.h"
 
@@ -13,15 +13,15 @@ namespace fxhost {
 
 namespace {
 
-struct Row {
-    const char* ending;
-    bool deep;  // more than 8 bits a channel
-    bool alpha; // whether the row is for pictures with alpha
+struct FormatRow {
+    const char* extension;
+    bool isDeep;   // for more than 8 bits a channel
+    bool hasAlpha; // for pictures with alpha
     const char* codec;
     const char* pixelFormat;
-    const char* oddFormat; // when width or height is odd and chroma is halved both ways
-    const char* options;
-    const char* partEnding;
+    const char* oddFormat; // replaces a 4:2:0 format when width or height is odd; null when not needed
+    const char* arguments;
+    const char* partExtension;
 };
 
 constexpr const char* s_X264 = "-preset veryfast -crf 16";
@@ -29,8 +29,8 @@ constexpr const char* s_X265 = "-preset veryfast -crf 16 -tag:v hvc1 -x265-param
 constexpr const char* s_Vp9 = "-b:v 0 -crf 20 -deadline good -cpu-used 4 -row-mt 1";
 constexpr const char* s_Ffv1 = "-level 3 -g 1 -slices 4 -slicecrc 1";
 
-// The first row that fits holds; a row without alpha fits pictures with alpha too.
-constexpr Row s_Rows[] = {
+// The first matching row is used. A row without alpha also matches pictures with alpha.
+constexpr FormatRow s_Rows[] = {
     {".mp4", false, false, "libx264", "yuv420p", "yuv444p", s_X264, ".mov"},
     {".mp4", true, false, "libx265", "yuv420p10le", "yuv444p10le", s_X265, ".mov"},
     {".m4v", false, false, "libx264", "yuv420p", "yuv444p", s_X264, ".mov"},
@@ -48,14 +48,14 @@ constexpr Row s_Rows[] = {
     {".webm", true, false, "libvpx-vp9", "yuv420p10le", "yuv444p10le", s_Vp9, ".webm"},
 };
 
-const Row* FindRow(const std::string& ending, bool deep, bool alpha) {
-    for (const Row& row : s_Rows)
-        if (ending == row.ending && row.deep == deep && (alpha || !row.alpha))
+const FormatRow* FindRow(const std::string& extension, bool deep, bool alpha) {
+    for (const FormatRow& row : s_Rows)
+        if (extension == row.extension && row.isDeep == deep && (alpha || !row.hasAlpha))
             return &row;
     return nullptr;
 }
 
-std::string Ending(const std::string& path) {
+std::string ExtensionOf(const std::string& path) {
     return std::filesystem::path(path).extension().string();
 }
 
@@ -65,7 +65,8 @@ void AddWords(std::vector<std::string>& list, const std::string& text) {
         list.push_back(word);
 }
 
-// Conversion from RGB, and what the file says about it. Some encoders listen to the frames, some to options.
+// Adds the conversion from RGB and the colour tags. Some encoders take the tags from the frames, others from
+// the options, so both are set.
 void AddColours(std::vector<std::string>& list, const ColourTags& tags, unsigned width, unsigned height) {
     list.insert(list.end(), {"-vf", FromRgbFilter(tags, width, height), "-color_range",
                              tags.isFullRange ? "pc" : "tv", "-colorspace", tags.matrix, "-color_primaries",
@@ -74,11 +75,11 @@ void AddColours(std::vector<std::string>& list, const ColourTags& tags, unsigned
 
 ColourTags TagsFor(const std::string& pixelFormat, const VideoContent& content, unsigned width,
                    unsigned height) {
-    if (pixelFormat.starts_with("yuvj")) // JPEG's, which no tag can change
+    if (pixelFormat.starts_with("yuvj")) // The formats of JPEG fix these tags.
         return {"bt470bg", "bt470bg", "bt709", true};
     const bool known = !content.matrix.empty() && content.matrix != "gbr" && content.matrix != "rgb";
-    const std::string matrix = known ? content.matrix : UsualMatrix(width, height);
-    const auto orMatrix = [&](const std::string& said) { return said.empty() ? matrix : said; };
+    const std::string matrix = known ? content.matrix : DefaultMatrix(width, height);
+    const auto orMatrix = [&](const std::string& tag) { return tag.empty() ? matrix : tag; };
     return {matrix, orMatrix(content.primaries), orMatrix(content.transfer)};
 }
 
@@ -94,32 +95,33 @@ std::string CodecThreads() {
     return std::to_string(std::max(1u, std::thread::hardware_concurrency() / 2));
 }
 
-void RequireVideoEnding(const std::string& path) {
-    if (!FindRow(Ending(path), false, false))
+void RequireVideoExtension(const std::string& path) {
+    if (!FindRow(ExtensionOf(path), false, false))
         throw WrongUse("--output " + path +
-                       ": videos are written as .mp4, .m4v, .mov, .mkv or .webm; pictures of a clip need a "
-                       "number, such as out_####.png");
+                       ": expected a video (.mp4, .m4v, .mov, .mkv or .webm) or numbered pictures, such as "
+                       "out_####.png");
 }
 
-VideoFormat ChooseVideoFormat(const std::string& path, const VideoWishes& wishes, const VideoContent& content,
-                              unsigned width, unsigned height, unsigned depth) {
-    RequireVideoEnding(path);
-    const Row& row = *FindRow(Ending(path), depth > 8, content.hasAlpha);
-    const bool own = wishes.codec.empty() || wishes.codec == row.codec;
+VideoFormat ChooseVideoFormat(const std::string& path, const EncoderOptions& options,
+                              const VideoContent& content, unsigned width, unsigned height, unsigned depth) {
+    RequireVideoExtension(path);
+    const FormatRow& row = *FindRow(ExtensionOf(path), depth > 8, content.hasAlpha);
+    const bool isDefaultCodec = options.codec.empty() || options.codec == row.codec;
     const bool odd = (width % 2 || height % 2) && row.oddFormat;
-    std::string pixelFormat = wishes.pixelFormat;
-    if (pixelFormat.empty() && own)
+    std::string pixelFormat = options.pixelFormat;
+    if (pixelFormat.empty() && isDefaultCodec)
         pixelFormat = odd ? row.oddFormat : row.pixelFormat;
     if (pixelFormat.empty())
-        pixelFormat =
-            UsualFormat(EncoderFormats(wishes.codec), depth > 8, content.hasAlpha, width % 2 || height % 2);
+        pixelFormat = PreferredPixelFormat(EncoderPixelFormats(options.codec), depth > 8, content.hasAlpha,
+                                           width % 2 || height % 2);
 
     VideoFormat format;
-    format.partEnding = row.partEnding;
-    format.keepsAlpha = row.alpha || (content.hasAlpha && (!own || !wishes.pixelFormat.empty()));
-    format.arguments = {"-c:v", own ? row.codec : wishes.codec};
-    if (own) {
-        AddWords(format.arguments, row.options);
+    format.partExtension = row.partExtension;
+    format.keepsAlpha =
+        row.hasAlpha || (content.hasAlpha && (!isDefaultCodec || !options.pixelFormat.empty()));
+    format.arguments = {"-c:v", isDefaultCodec ? row.codec : options.codec};
+    if (isDefaultCodec) {
+        AddWords(format.arguments, row.arguments);
         format.arguments.insert(format.arguments.end(), {"-threads", CodecThreads()});
     }
     if (!pixelFormat.empty())
@@ -127,7 +129,7 @@ VideoFormat ChooseVideoFormat(const std::string& path, const VideoWishes& wishes
     format.isYuv = !IsRgb(pixelFormat);
     if (format.isYuv)
         AddColours(format.arguments, TagsFor(pixelFormat, content, width, height), width, height);
-    AddWords(format.arguments, wishes.options);
+    AddWords(format.arguments, options.arguments);
     return format;
 }
 

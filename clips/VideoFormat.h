@@ -4,42 +4,43 @@
 #include <string>
 #include <vector>
 
-#include "clips/FrameList.h"
+#include "clips/FrameRate.h"
 
 namespace fxhost {
 
-// What the user says about a video to write; empty where the name's ending decides.
-struct VideoWishes {
-    std::string codec;       // an FFmpeg encoder's name
+// The encoder that the user asks for; empty where the output's extension decides.
+struct EncoderOptions {
+    std::string codec;       // FFmpeg's name of the encoder
     std::string pixelFormat; // FFmpeg's name
-    std::string options;     // further encoder arguments, separated by blanks
+    std::string arguments;   // further encoder arguments, separated by blanks
 };
 
-// What the clip brings.
+// Properties of the clip that the encoder has to preserve.
 struct VideoContent {
     FrameRate rate;
-    bool hasAlpha = false;                   // whether alpha is worth keeping
-    std::string matrix, primaries, transfer; // the input video's, in FFmpeg's names; may be empty
+    bool hasAlpha = false;                   // false when every pixel is opaque
+    std::string matrix, primaries, transfer; // tags of the input video in FFmpeg's names; may be empty
 };
 
-// The encoder arguments for frames of one size and depth.
+// The encoder for frames of one size and depth.
 struct VideoFormat {
-    std::vector<std::string> arguments; // codec, pixel format, colours; all between input and output
-    std::string partEnding;             // of files that can be joined to the output
-    bool isYuv = false;                 // whether the encoder takes luma and chroma
-    bool keepsAlpha = false;            // whether frames are to come with alpha
+    std::vector<std::string> arguments; // FFmpeg's arguments between input and output
+    std::string partExtension;          // of files that can be joined to the output
+    bool isYuv = false;                 // true when the encoder takes luma and chroma
+    bool keepsAlpha = false;            // true when the encoder takes an alpha channel
 };
 
-// Chosen by the output's ending: .mp4 and .m4v H.264, or H.265 with 10 bits for deep pictures; .mov ProRes
-// with 10 bits, with alpha ProRes 4444; .mkv FFV1, which loses nothing up to 16 bits; .webm VP9.
-VideoFormat ChooseVideoFormat(const std::string& path, const VideoWishes& wishes, const VideoContent& content,
-                              unsigned width, unsigned height, unsigned depth);
+// Chooses the encoder by the output's extension. .mp4 and .m4v: H.264, or H.265 with 10 bits for pictures of
+// more than 8 bits. .mov: ProRes with 10 bits, ProRes 4444 with alpha. .mkv: FFV1, which is lossless up to 16
+// bits. .webm: VP9. `options` take precedence.
+VideoFormat ChooseVideoFormat(const std::string& path, const EncoderOptions& options,
+                              const VideoContent& content, unsigned width, unsigned height, unsigned depth);
 
-// How many threads FFmpeg takes to read or to write: half as many as there are processors, as the others
-// render. More of them also cost more in all.
+// The number of threads for an FFmpeg process: half of the processors, because the others render. More
+// threads also take more processor time in total.
 std::string CodecThreads();
 
-// Throws WrongUse when videos with this ending are not written; the text lists those that are.
-void RequireVideoEnding(const std::string& path);
+// Throws WrongUse when the extension is not a supported video format; the text lists the supported ones.
+void RequireVideoExtension(const std::string& path);
 
 } // namespace fxhost

@@ -20,7 +20,7 @@ std::vector<std::string> Probe(std::vector<std::string> arguments) {
     return arguments;
 }
 
-// ffprobe writes most numbers as texts.
+// 0 when there is no such entry. ffprobe writes most numbers as texts.
 double Number(const Json& object, const char* name) {
     const auto found = object.find(name);
     if (found == object.end())
@@ -30,6 +30,7 @@ double Number(const Json& object, const char* name) {
     return found->is_string() ? std::atof(found->get<std::string>().c_str()) : 0;
 }
 
+// Empty when there is no such entry, or its value is a placeholder of ffprobe.
 std::string Text(const Json& object, const char* name) {
     const auto found = object.find(name);
     if (found == object.end() || !found->is_string() || *found == "unknown" || *found == "reserved")
@@ -44,10 +45,10 @@ FrameRate Rate(const Json& stream, const std::string& path) {
             seconds > 0)
             return {frames, seconds};
     }
-    throw WrongUse(path + ": the video has no frame rate; a video file was expected for --input");
+    throw WrongUse(path + ": the video has no frame rate; expected a video file for --input");
 }
 
-// "00:00:03.870000000", as Matroska keeps it.
+// Seconds of "00:00:03.870000000", which is how Matroska stores durations; 0 for any other text.
 double ClockSeconds(const std::string& text) {
     int hours = 0, minutes = 0;
     double seconds = 0;
@@ -56,7 +57,7 @@ double ClockSeconds(const std::string& text) {
     return hours * 3600 + minutes * 60 + seconds;
 }
 
-long Promised(const Json& stream, const FrameRate& rate) {
+long DeclaredFrames(const Json& stream, const FrameRate& rate) {
     if (const double frames = Number(stream, "nb_frames"); frames > 0)
         return std::lround(frames);
     double seconds = Number(stream, "duration");
@@ -65,7 +66,8 @@ long Promised(const Json& stream, const FrameRate& rate) {
     return std::lround(seconds * rate.perSecond());
 }
 
-bool IsTurned(const Json& stream) {
+// True for a rotation by a quarter turn.
+bool IsRotated(const Json& stream) {
     double degrees = 0;
     const Json sideData = stream.value("side_data_list", Json::array());
     for (const Json& side : sideData)
@@ -98,7 +100,7 @@ Json ProbeFile(const std::string& path) {
         const std::string text = error.what();
         if (text.find("is it installed") != std::string::npos)
             throw;
-        throw WrongUse("--input " + text + " (a picture or a video was expected)");
+        throw WrongUse("--input " + text + " (expected a picture or a video)");
     }
 }
 
@@ -109,12 +111,12 @@ std::string FileArgument(const std::string& path) {
 }
 
 bool IsVideoName(const std::string& path) {
-    constexpr const char* endings[] = {".mp4", ".m4v",  ".mov", ".mkv",  ".webm", ".avi", ".mxf",
-                                       ".mpg", ".mpeg", ".ts",  ".m2ts", ".ogv",  ".wmv", ".y4m"};
-    std::string ending = std::filesystem::path(path).extension().string();
-    std::transform(ending.begin(), ending.end(), ending.begin(),
+    constexpr const char* extensions[] = {".mp4", ".m4v",  ".mov", ".mkv",  ".webm", ".avi", ".mxf",
+                                          ".mpg", ".mpeg", ".ts",  ".m2ts", ".ogv",  ".wmv", ".y4m"};
+    std::string extension = std::filesystem::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return std::find(std::begin(endings), std::end(endings), ending) != std::end(endings);
+    return std::find(std::begin(extensions), std::end(extensions), extension) != std::end(extensions);
 }
 
 VideoInfo ProbeVideo(const std::string& path) {
@@ -130,25 +132,25 @@ VideoInfo ProbeVideo(const std::string& path) {
         info.hasSound |= type == "audio";
     }
     if (!video)
-        throw WrongUse("--input " + path + ": holds no video");
+        throw WrongUse("--input " + path + ": contains no video");
     info.width = static_cast<unsigned>(Number(*video, "width"));
     info.height = static_cast<unsigned>(Number(*video, "height"));
-    if (IsTurned(*video))
+    if (IsRotated(*video))
         std::swap(info.width, info.height);
     if (info.width < 1 || info.height < 1 || info.width > MaxExtent || info.height > MaxExtent)
         throw WrongUse("--input " + path + ": " + std::to_string(info.width) + "x" +
-                       std::to_string(info.height) + " pixels; at most " + std::to_string(MaxExtent) +
-                       " either way are expected");
+                       std::to_string(info.height) + " pixels; expected at most " +
+                       std::to_string(MaxExtent) + " in each direction");
     info.rate = Rate(*video, path);
-    info.frames = std::lround(Number(*video, "nb_read_packets"));
-    info.promised = Promised(*video, info.rate);
+    info.packets = std::lround(Number(*video, "nb_read_packets"));
+    info.declaredFrames = DeclaredFrames(*video, info.rate);
     info.codec = Text(*video, "codec_name");
     info.matrix = Text(*video, "color_space");
     info.primaries = Text(*video, "color_primaries");
     info.transfer = Text(*video, "color_transfer");
     FillPixelFormat(Text(*video, "pix_fmt"), info);
     const Json tags = video->value("tags", Json::object());
-    for (const char* name : {"alpha_mode", "ALPHA_MODE"}) // WebM keeps alpha beside the codec's own format
+    for (const char* name : {"alpha_mode", "ALPHA_MODE"}) // WebM stores alpha outside the pixel format.
         info.hasAlpha |= Text(tags, name) == "1";
     return info;
 }

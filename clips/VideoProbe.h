@@ -2,31 +2,31 @@
 
 #include <string>
 
-#include "clips/FrameList.h"
+#include "clips/FrameRate.h"
 
 namespace fxhost {
 
-// What ffprobe tells about a video file.
+// What ffprobe reports about a video file.
 struct VideoInfo {
-    unsigned width = 0, height = 0; // of the frames as they come out, turned if the file says so
+    unsigned width = 0, height = 0; // of the decoded frames, after a rotation that the file asks for
     unsigned bits = 8;              // of the deepest channel
     bool hasAlpha = false;
-    bool isYuv = false; // luma and two chroma channels
-    FrameRate rate;     // the average one
-    long frames = 0;    // packets found in the file
-    long promised = 0;  // what the header promises, 0 when it does not
+    bool isYuv = false;      // luma and two chroma channels
+    FrameRate rate;          // average frame rate
+    long packets = 0;        // video packets in the file, usually one a frame
+    long declaredFrames = 0; // number of frames according to the header; 0 when it does not say
     bool hasSound = false;
-    std::string codec;                       // "h264"
-    std::string matrix, primaries, transfer; // FFmpeg's names: "bt709", ...; empty when the file does not say
+    std::string codec;                       // FFmpeg's name, for example "h264"
+    std::string matrix, primaries, transfer; // FFmpeg's names, for example "bt709"; empty when not tagged
 };
 
-// Throws WrongUse naming the file when it holds no video, EffectFailure when ffprobe cannot be run.
+// Throws WrongUse that names the file when it has no video, EffectFailure when ffprobe cannot be run.
 VideoInfo ProbeVideo(const std::string& path);
 
-// Whether a path without number pattern names a video, by its ending.
+// True for a file name with a video's extension.
 bool IsVideoName(const std::string& path);
 
-// A path that FFmpeg does not take for an option or an address.
+// A path in a form that FFmpeg takes neither for an option nor for an address.
 std::string FileArgument(const std::string& path);
 
 } // namespace fxhost

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "clips/ChildProcess.h"
-#include "clips/PipeFrames.h"
+#include "clips/PipeFormat.h"
 #include "clips/PipeIO.h"
 #include "clips/VideoParts.h"
 #include "clips/VideoProbe.h"
@@ -20,7 +20,7 @@ class VideoSink final : public FrameSink {
 public:
     explicit VideoSink(const VideoJob& job) : m_Job(job), m_Parts(job) {}
 
-    bool has(const FrameId& frame) const override { return m_Parts.has(frame.place / PartFrames); }
+    bool isWritten(const FrameId& frame) const override { return m_Parts.has(frame.place / PartFrames); }
 
     void write(const FrameId& frame, const Picture& picture) override {
         checkShape(frame, picture);
@@ -30,7 +30,7 @@ public:
             finishClosed();
         m_Part = frame.place / PartFrames;
         if (!m_Encoder)
-            m_Encoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::ToItsInput);
+            m_Encoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::ToStdin);
         const auto bytes = FrameOf(picture, pipeFormat());
         const int error = WriteFully(m_Encoder->pipe(), bytes.data(), bytes.size());
         if (error)
@@ -44,11 +44,11 @@ public:
             m_Parts.join(frames);
     }
 
-    // The part that is under way begins anew in a later run; until then it can be played.
-    void keep() override {
+    // A later run starts the unfinished part again. Until then the part can be played.
+    void keepPartialOutput() override {
         try {
             finishClosed();
-        } catch (const std::exception&) { // the run has failed already
+        } catch (const std::exception&) { // The run has already failed for another reason.
         }
         if (!m_Encoder)
             return;
@@ -57,29 +57,28 @@ public:
         m_Encoder.reset();
     }
 
-    std::size_t safe(std::size_t written) const override {
-        while (m_WholeParts * PartFrames < written && m_Parts.has(m_WholeParts))
-            ++m_WholeParts;
-        return std::min(written, m_WholeParts * PartFrames);
+    std::size_t durableFrames(std::size_t written) const override {
+        while (m_CompleteParts * PartFrames < written && m_Parts.has(m_CompleteParts))
+            ++m_CompleteParts;
+        return std::min(written, m_CompleteParts * PartFrames);
     }
     bool isResumable() const override { return true; }
-    std::string keptIn() const override { return PartsFolder(m_Job.path); }
+    std::string partsFolder() const override { return m_Parts.folder(); }
 
 private:
     void checkShape(const FrameId& frame, const Picture& picture) {
         const VideoParts::Shape shape{picture.width, picture.height, picture.depth};
         if (m_Parts.shape() && shape != *m_Parts.shape())
-            throw EffectFailure(m_Job.path + ": frame " + std::to_string(frame.number) + " has " +
-                                std::to_string(shape.width) + "x" + std::to_string(shape.height) +
-                                " pixels, but the video began with " +
-                                std::to_string(m_Parts.shape()->width) + "x" +
-                                std::to_string(m_Parts.shape()->height) +
-                                "; numbered pictures may change size, a video may not");
+            throw EffectFailure(
+                m_Job.path + ": frame " + std::to_string(frame.number) + " has " +
+                std::to_string(shape.width) + "x" + std::to_string(shape.height) +
+                " pixels, but the video started with " + std::to_string(m_Parts.shape()->width) + "x" +
+                std::to_string(m_Parts.shape()->height) + "; only numbered pictures may change size");
         if (m_Format.arguments.empty())
-            m_Format = ChooseVideoFormat(m_Job.path, m_Job.wishes, m_Job.content, shape.width, shape.height,
+            m_Format = ChooseVideoFormat(m_Job.path, m_Job.options, m_Job.content, shape.width, shape.height,
                                          shape.depth);
         if (!m_Parts.shape())
-            m_Parts.setShape(shape, m_Format.partEnding);
+            m_Parts.setShape(shape, m_Format.partExtension);
     }
 
     PipeFormat pipeFormat() const {
@@ -107,11 +106,11 @@ private:
         list.insert(list.end(), m_Format.arguments.begin(), m_Format.arguments.end());
         list.insert(list.end(), {"-video_track_timescale", std::to_string(m_Job.content.rate.frames),
                                  "-fflags", "+bitexact", "-flags:v", "+bitexact",
-                                 FileArgument(m_Parts.unfinished(m_Part).string())});
+                                 FileArgument(m_Parts.unfinishedPath(m_Part).string())});
         return list;
     }
 
-    // Tells the encoder that this was all; it ends while the next part is under way.
+    // Ends the input of the encoder, which finishes while the next part is being encoded.
     void closePart() {
         finishClosed();
         if (!m_Encoder)
@@ -127,15 +126,16 @@ private:
         const auto encoder = std::move(m_Closed);
         if (encoder->wait() != 0)
             failed(*encoder, -1, 0);
-        fs::rename(m_Parts.unfinished(m_ClosedPart), m_Parts.part(m_ClosedPart));
+        fs::rename(m_Parts.unfinishedPath(m_ClosedPart), m_Parts.path(m_ClosedPart));
     }
 
+    // number: frame that could not be written, or -1. error: number of the write error.
     [[noreturn]] void failed(ChildProcess& encoder, long number, int error) {
         encoder.closePipe();
         const int status = encoder.wait();
         throw EffectFailure(m_Job.path + ": " + (number < 0 ? "" : "frame " + std::to_string(number) + ": ") +
-                            (status ? FailureText("ffmpeg", status, encoder.said())
-                                    : std::string("cannot be encoded: ") + std::strerror(error)));
+                            (status ? FailureText("ffmpeg", status, encoder.stderrText())
+                                    : std::string("cannot encode: ") + std::strerror(error)));
     }
 
     const VideoJob m_Job;
@@ -143,7 +143,7 @@ private:
     VideoFormat m_Format;
     std::unique_ptr<ChildProcess> m_Encoder, m_Closed;
     std::size_t m_Part = 0, m_ClosedPart = 0;
-    mutable std::size_t m_WholeParts = 0; // from the beginning, as far as known
+    mutable std::size_t m_CompleteParts = 0; // without a gap, from the beginning; a lower bound
 };
 
 } // namespace

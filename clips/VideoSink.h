@@ -1,39 +1,38 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "clips/FrameSink.h"
 #include "clips/VideoFormat.h"
 
 namespace fxhost {
 
-// Sound for a video that is written.
+// Sound that is copied to a video.
 struct SoundTrack {
-    std::string path;   // empty: none
-    double start = 0;   // seconds into the file
-    double seconds = 0; // 0: to its end
+    std::string path;   // empty for no sound
+    double start = 0;   // seconds from the beginning of the file
+    double seconds = 0; // 0 for everything up to the end
 };
 
 struct VideoJob {
     std::string path;
-    VideoWishes wishes;
+    EncoderOptions options;
     VideoContent content;
     SoundTrack sound;
     bool resume = false;
-    // Everything that decides what the frames look like. A later run may only go on when it is the same.
-    std::string plan;
-    std::size_t frames = 0; // that are expected
+    std::string identity;   // everything that decides what the frames look like
+    std::size_t frames = 0; // expected length of the video
 };
 
-// Writes a video through the ffmpeg program. It is encoded in parts of PartFrames frames, which lie in the
-// folder ".NAME.parts" beside the output until the last one is whole; then they are joined, without
-// encoding again, to the file of that name. Each part gets its name when it is whole, so a run that was
-// killed can go on with the first missing part, and the result is the same as that of one run.
-// Throws WrongUse when the folder does not exist, the ending is not known, or the parts are another clip's.
+// Frames in each part of a video that is being written.
 constexpr std::size_t PartFrames = 48;
-std::unique_ptr<FrameSink> WriteVideo(const VideoJob& job);
 
-// The folder for the parts of an output.
-std::string PartsFolder(const std::string& path);
+// Writes a video with the ffmpeg program. The video is encoded in parts, which stay in the folder
+// ".NAME.parts" beside the output until the last one is complete; then they are joined without encoding them
+// again. A part gets its name when it is complete, so a run that was killed can continue with the first
+// missing part, and the result is the same file as that of a single run. Throws WrongUse when the folder does
+// not exist, the extension is not known, or the parts belong to another clip.
+std::unique_ptr<FrameSink> WriteVideo(const VideoJob& job);
 
 } // namespace fxhost

@@ -1,7 +1,7 @@
 #include "clips/VideoSource.h"
 
 #include "clips/ChildProcess.h"
-#include "clips/PipeFrames.h"
+#include "clips/PipeFormat.h"
 #include "clips/PipeIO.h"
 #include "clips/VideoColours.h"
 #include "clips/VideoFormat.h"
@@ -13,18 +13,18 @@ namespace {
 
 class VideoSource final : public FrameSource {
 public:
-    VideoSource(const std::string& path, const VideoInfo& info, std::optional<unsigned> asked, long last)
-        : m_Path(path), m_Info(info), m_Last(last) {
+    VideoSource(const std::string& path, const VideoInfo& info, std::optional<unsigned> depth, long required)
+        : m_Path(path), m_Info(info), m_Required(required) {
         m_Width = info.width;
         m_Height = info.height;
-        m_Depth = asked.value_or(info.bits > 8 ? 16 : 8);
+        m_Depth = depth.value_or(info.bits > 8 ? 16 : 8);
         m_HasAlpha = info.hasAlpha;
         m_Pipe = {info.width, info.height, m_Depth > 8, info.isYuv, info.hasAlpha};
     }
 
     std::optional<Picture> read(long number) override {
         if (!m_Decoder)
-            m_Decoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::FromItsOutput);
+            m_Decoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::FromStdout);
         std::optional<Picture> picture;
         do
             picture = readNext();
@@ -36,7 +36,7 @@ public:
 private:
     std::vector<std::string> arguments() const {
         std::vector<std::string> list = {"ffmpeg", "-v", "error", "-nostdin", "-threads", CodecThreads()};
-        if (m_Info.codec == "vp9" && m_Info.hasAlpha) // the built-in decoder drops it
+        if (m_Info.codec == "vp9" && m_Info.hasAlpha) // FFmpeg's own decoder drops the alpha channel.
             list.insert(list.end(), {"-c:v", "libvpx-vp9"});
         list.insert(list.end(),
                     {"-i", FileArgument(m_Path), "-map", "0:v:0", "-fps_mode", "passthrough", "-vf",
@@ -47,30 +47,31 @@ private:
     std::optional<Picture> readNext() {
         std::vector<std::uint8_t> frame(m_Pipe.bytes());
         if (ReadFully(m_Decoder->pipe(), frame.data(), frame.size()) != frame.size()) {
-            reportEnd();
+            checkEnd();
             return std::nullopt;
         }
         ++m_Next;
         return PictureOf(std::move(frame), m_Pipe, m_Depth);
     }
 
-    // Whether the end is where it may be.
-    void reportEnd() {
+    // Returns when the video may end here, otherwise throws.
+    void checkEnd() {
         const int status = m_Decoder->wait();
-        const std::string said = m_Decoder->said();
+        const std::string errors = m_Decoder->stderrText();
         const std::string where = "--input " + m_Path + ": ";
         if (status != 0 && m_Next == 1)
-            throw WrongUse(where + FailureText("ffmpeg", status, said));
-        if (status == 0 && said.empty() && m_Last == 0 && m_Next > 1)
+            throw WrongUse(where + FailureText("ffmpeg", status, errors));
+        if (status == 0 && errors.empty() && m_Required == 0 && m_Next > 1)
             return;
-        throw WrongUse(where + "the video ends early, before frame " + std::to_string(m_Next) + " of " +
-                       std::to_string(m_Last ? m_Last : std::max(m_Info.promised, m_Info.frames)) +
-                       (said.empty() ? "" : " (" + said + ")"));
+        throw WrongUse(
+            where + "the video ends early, before frame " + std::to_string(m_Next) + " of " +
+            std::to_string(m_Required ? m_Required : std::max(m_Info.declaredFrames, m_Info.packets)) +
+            (errors.empty() ? "" : " (" + errors + ")"));
     }
 
     const std::string m_Path;
     const VideoInfo m_Info;
-    const long m_Last;
+    const long m_Required;
     PipeFormat m_Pipe;
     std::unique_ptr<ChildProcess> m_Decoder;
     long m_Next = 1;
@@ -79,8 +80,8 @@ private:
 } // namespace
 
 std::unique_ptr<FrameSource> OpenVideo(const std::string& path, const VideoInfo& info,
-                                       std::optional<unsigned> depth, long last) {
-    return std::make_unique<VideoSource>(path, info, depth, last);
+                                       std::optional<unsigned> depth, long required) {
+    return std::make_unique<VideoSource>(path, info, depth, required);
 }
 
 } // namespace fxhost

@@ -8,11 +8,11 @@
 
 namespace fxhost {
 
-// The frames of a video file through the ffmpeg program; the first one has number 1. 8-bit video comes at
-// depth 8, deeper video at depth 16, unless a depth is asked for. Colours are turned into RGB by the matrix
-// that the file names, or else the one customary for its size. `last`: the frame that must still come, 0 when
-// the clip may end where the file ends.
+// Decodes a video file with the ffmpeg program. The first frame has number 1. Video of 8 bits is read at
+// depth 8, other video at depth 16, unless `depth` is given. Colours are converted to RGB with the matrix
+// that the file names, or the default of its size. `required`: last frame that must exist; 0 when the clip
+// may end where the file ends.
 std::unique_ptr<FrameSource> OpenVideo(const std::string& path, const VideoInfo& info,
-                                       std::optional<unsigned> depth, long last);
+                                       std::optional<unsigned> depth, long required);
 
 } // namespace fxhost

@@ -2,9 +2,9 @@
 
 namespace fxhost {
 
-WriteBehind::WriteBehind(FrameSink& sink, std::size_t threads, std::size_t room,
-                         std::function<void()> written)
-    : m_Sink(sink), m_Room(room), m_Written(std::move(written)) {
+WriteBehind::WriteBehind(FrameSink& sink, std::size_t threads, std::size_t capacity,
+                         std::function<void()> onWritten)
+    : m_Sink(sink), m_Capacity(capacity), m_OnWritten(std::move(onWritten)) {
     for (std::size_t i = 0; i < threads; ++i)
         m_Threads.emplace_back([this] { work(); });
 }
@@ -12,7 +12,7 @@ WriteBehind::WriteBehind(FrameSink& sink, std::size_t threads, std::size_t room,
 WriteBehind::~WriteBehind() {
     {
         const std::lock_guard lock(m_Mutex);
-        if (!m_Closed)
+        if (!m_IsClosed)
             m_Waiting.clear();
     }
     join();
@@ -20,8 +20,8 @@ WriteBehind::~WriteBehind() {
 
 bool WriteBehind::add(const FrameId& frame, Picture picture) {
     std::unique_lock lock(m_Mutex);
-    m_Changed.wait(lock, [this] { return m_Closed || m_Error || m_Waiting.size() < m_Room; });
-    if (m_Closed || m_Error)
+    m_Changed.wait(lock, [this] { return m_IsClosed || m_Error || m_Waiting.size() < m_Capacity; });
+    if (m_IsClosed || m_Error)
         return false;
     m_Waiting.push_back({frame, std::move(picture)});
     lock.unlock();
@@ -32,32 +32,37 @@ bool WriteBehind::add(const FrameId& frame, Picture picture) {
 void WriteBehind::work() {
     std::unique_lock lock(m_Mutex);
     for (;;) {
-        m_Changed.wait(lock, [this] { return m_Closed || m_Error || !m_Waiting.empty(); });
+        m_Changed.wait(lock, [this] { return m_IsClosed || m_Error || !m_Waiting.empty(); });
         if (m_Error || m_Waiting.empty())
             return;
-        const Item item = std::move(m_Waiting.front());
-        m_Waiting.pop_front();
-        lock.unlock();
-        m_Changed.notify_all();
-        std::exception_ptr error;
-        try {
-            m_Sink.write(item.frame, item.picture);
-        } catch (...) {
-            error = std::current_exception();
-        }
-        lock.lock();
-        if (!error)
-            m_Written();
-        else if (!m_Error)
-            m_Error = error;
-        m_Changed.notify_all();
+        writeOne(lock);
     }
+}
+
+// Releases the lock while the sink writes.
+void WriteBehind::writeOne(std::unique_lock<std::mutex>& lock) {
+    const Item item = std::move(m_Waiting.front());
+    m_Waiting.pop_front();
+    lock.unlock();
+    m_Changed.notify_all();
+    std::exception_ptr error;
+    try {
+        m_Sink.write(item.frame, item.picture);
+    } catch (...) {
+        error = std::current_exception();
+    }
+    lock.lock();
+    if (!error)
+        m_OnWritten();
+    else if (!m_Error)
+        m_Error = error;
+    m_Changed.notify_all();
 }
 
 void WriteBehind::join() {
     {
         const std::lock_guard lock(m_Mutex);
-        m_Closed = true;
+        m_IsClosed = true;
     }
     m_Changed.notify_all();
     for (std::thread& thread : m_Threads)
@@ -69,11 +74,6 @@ void WriteBehind::drain() {
     join();
     if (m_Error)
         std::rethrow_exception(m_Error);
-}
-
-bool WriteBehind::failed() {
-    const std::lock_guard lock(m_Mutex);
-    return m_Error != nullptr;
 }
 
 } // namespace fxhost

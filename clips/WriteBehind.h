@@ -12,22 +12,23 @@
 
 namespace fxhost {
 
-// Hands rendered frames to a sink on threads of its own.
+// Writes rendered frames to a sink on threads of its own.
 class WriteBehind {
 public:
-    // `written` is called after each frame, by one thread at a time. Never more than `room` frames wait.
-    WriteBehind(FrameSink& sink, std::size_t threads, std::size_t room, std::function<void()> written);
-    // Gives up the frames that still wait, unless drain() came first.
+    // `onWritten` is called after each written frame, by one thread at a time. At most `capacity` frames
+    // wait. `sink` must outlive this object.
+    WriteBehind(FrameSink& sink, std::size_t threads, std::size_t capacity, std::function<void()> onWritten);
+    // Discards the waiting frames, unless drain() was called.
     ~WriteBehind();
     WriteBehind(const WriteBehind&) = delete;
     WriteBehind& operator=(const WriteBehind&) = delete;
 
-    // Waits for room; false when no more frames are taken, because writing failed or drain() was called.
+    // Waits for space in the queue. Returns false when no more frames are accepted, because writing failed or
+    // drain() was called.
     bool add(const FrameId& frame, Picture picture);
-    // Writes what waits and ends the threads. Any thread, once. Throws what the sink threw.
+    // Writes the waiting frames and ends the threads. Call it once, from any thread. Throws what the sink
+    // threw.
     void drain();
-    // Whether the sink threw; frames are not taken any more.
-    bool failed();
 
 private:
     struct Item {
@@ -35,15 +36,16 @@ private:
         Picture picture;
     };
     void work();
+    void writeOne(std::unique_lock<std::mutex>& lock);
     void join();
 
     FrameSink& m_Sink;
-    const std::size_t m_Room;
-    const std::function<void()> m_Written;
+    const std::size_t m_Capacity;
+    const std::function<void()> m_OnWritten;
     std::mutex m_Mutex;
     std::condition_variable m_Changed;
     std::deque<Item> m_Waiting;
-    bool m_Closed = false;
+    bool m_IsClosed = false;
     std::exception_ptr m_Error;
     std::vector<std::thread> m_Threads;
 };

@@ -1,11 +1,9 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <vector>
 
-// A decoded picture of red, green, blue and straight alpha. Rows are not padded; the first one is the top
-// row.
+// A decoded picture: red, green, blue, alpha, tightly packed rows, first row on top.
 struct DecodedImage {
     struct Deleter {
         void operator()(void* pixels) const;
@@ -15,8 +13,7 @@ struct DecodedImage {
     unsigned height = 0;
     unsigned depth = 0;                    // bits per channel: 8, or 32 (float) for Radiance HDR
     std::unique_ptr<void, Deleter> pixels; // null when decoding failed
-    std::string errorText;                 // why it failed
 };
 
-// Decodes the bytes of an image file. May be called from any thread.
+// Any thread.
 DecodedImage DecodeImage(const std::vector<unsigned char>& file);

@@ -32,8 +32,7 @@ void Surface::grabPixels(const void* pixels, unsigned width, unsigned height, un
 const unsigned char* Surface::pixels() const {
     if (m_ExternalPixels)
         return m_ExternalPixels;
-    const bool isWhole = m_Stride == 0 || m_Pixels.size() / m_Stride >= m_Height;
-    return isWhole ? m_Pixels.data() : nullptr;
+    return m_Pixels.size() >= m_Height * m_Stride ? m_Pixels.data() : nullptr;
 }
 
 unsigned char* Surface::pixels() {

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #ifdef __SANITIZE_THREAD__
-// The picture library has threads by the time that tests start processes.
+// The image library has started threads when the tests start processes.
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options() {
     return "die_after_fork=0";
 }
@@ -35,7 +35,7 @@ int ClipFixture::run(ClipOptions options, const std::string& input, const std::s
     request.input = path(input);
     request.output = path(output);
     Clip clip(options, request);
-    const auto animation = ReadAnimation(options, m_Settings, m_Renderer.parameters(), clip.rate());
+    const auto animation = ReadAnimation(options.keys, m_Settings, m_Renderer.parameters(), clip.rate());
     return clip.run(m_Renderer, animation, {}, [] {});
 }
 

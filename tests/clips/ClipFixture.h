@@ -9,25 +9,25 @@
 #include "tests/support/TestFiles.h"
 #include "toolkit/FrameRenderer.h"
 
-// Turns every channel but alpha over, at depth 8: 255 - x. Has one slider, "Amount".
+// Inverts every channel except alpha at depth 8 (255 - x); copies other depths. Has one slider, "Amount".
 class NegativeRenderer final : public fxhost::FrameRenderer {
 public:
     std::vector<Parameter> parameters() override;
     fxhost::Picture render(const fxhost::FrameInputs& request) override;
 
     std::function<void()> beforeFrame = [] {};
-    std::vector<double> times;  // of the frames so far
-    std::vector<float> amounts; // what the slider was
+    std::vector<double> times;  // of the frames rendered so far
+    std::vector<float> amounts; // values of the slider in these frames
 };
 
-// Shorthands for running clips in the test's folder.
+// Runs clips in the folder of the test.
 class ClipFixture : public FolderTest {
 protected:
-    // Runs a clip with these file names, which are put into the folder.
+    // Runs a clip with files of the folder, and returns the exit status.
     int run(fxhost::ClipOptions options, const std::string& input, const std::string& output);
-    // The same in a child process that may kill itself; its wait status.
+    // The same in a child process that may kill itself; returns its wait status.
     int runInChild(const fxhost::ClipOptions& options, const std::string& input, const std::string& output);
-    // Runs a program, which must succeed; what it prints.
+    // Runs a shell command, which must succeed, and returns its standard output.
     static std::string shell(const std::string& command);
 
     NegativeRenderer m_Renderer;

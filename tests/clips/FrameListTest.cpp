@@ -1,5 +1,6 @@
 #include "clips/FrameList.h"
 
+#include "clips/FrameRate.h"
 #include <gtest/gtest.h>
 
 #include "toolkit/Errors.h"
@@ -8,7 +9,7 @@ namespace {
 
 using namespace fxhost;
 
-TEST(FrameListTest, RangesListTheirFrames) {
+TEST(FrameListTest, RangeWithOptionalStepListsItsFrames) {
     const std::pair<const char*, std::vector<long>> rows[] = {
         {"1-3", {1, 2, 3}}, {"7", {7}}, {"0-9x3", {0, 3, 6, 9}}, {"1001-1004x2", {1001, 1003}}};
     for (const auto& [text, frames] : rows) {
@@ -21,7 +22,7 @@ TEST(FrameListTest, RangesListTheirFrames) {
     }
 }
 
-TEST(FrameListTest, WhatIsNoRangeShardOrRateIsRefused) {
+TEST(FrameListTest, MalformedRangesShardsAndRatesAreRejected) {
     for (const char* text : {"", "a", "5-1", "-1", "1-", "1-5x0", "1-5x", "1-5,7", "1.5", "1-999999999999"})
         EXPECT_THROW(FrameRange::Parse(text), WrongUse) << text;
     for (const char* text : {"", "3", "0/8", "9/8", "3/", "/8", "3/0", "a/b"})
@@ -30,7 +31,7 @@ TEST(FrameListTest, WhatIsNoRangeShardOrRateIsRefused) {
         EXPECT_THROW(FrameRate::Parse(text), WrongUse) << text;
 }
 
-TEST(FrameListTest, RoundedRatesMeanTheirFractions) {
+TEST(FrameListTest, RoundedNtscRatesGiveTheirExactFractions) {
     const std::pair<const char*, FrameRate> rows[] = {
         {"24", {24, 1}},          {"25.0", {25, 1}},        {"23.976", {24000, 1001}},
         {"23.98", {24000, 1001}}, {"29.97", {30000, 1001}}, {"59.94", {60000, 1001}},

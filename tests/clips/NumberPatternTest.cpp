@@ -8,7 +8,7 @@ namespace {
 using namespace fxhost;
 using testing::ElementsAre;
 
-TEST(NumberPatternTest, NumbersArePutWhereThePatternSays) {
+TEST(NumberPatternTest, PlaceholderIsReplacedByThePaddedNumber) {
     const struct {
         const char* pattern;
         long number;
@@ -29,13 +29,13 @@ TEST(NumberPatternTest, NumbersArePutWhereThePatternSays) {
 
 class LeftoverTest : public FolderTest {};
 
-TEST_F(LeftoverTest, FilesAreFoundAndOnlyTheirOwnLeftoversRemoved) {
+TEST_F(LeftoverTest, ExistingNumbersAreListedAndOnlyLeftoversOfPlannedFramesRemoved) {
     for (const char* name : {"a_0003.png", "a_0001.png", "a_12345.png", "a_2.png", "a_0004.exr", "b_0005.png",
                              ".a_0006.4711.png", ".a_0007.png", ".b_0006.4711.png", ".a_0008.4712.png"})
         writeFile(name, "x");
     const auto pattern = NumberPattern::Parse("-i", at("a_####.png")).value();
     EXPECT_THAT(pattern.numbersOnDisk(), ElementsAre(1, 3, 12345));
-    pattern.removeLeftovers({5, 6, 7}); // frame 8 is somebody else's
+    pattern.removeLeftovers({5, 6, 7}); // Frame 8 may be in work on another machine.
     EXPECT_FALSE(exists(".a_0006.4711.png"));
     EXPECT_EQ(names().size(), 9u);
 }

@@ -34,7 +34,7 @@ protected:
     }
 };
 
-TEST_F(PictureClipTest, EveryFrameGoesThroughTheRendererToItsOwnFile) {
+TEST_F(PictureClipTest, EveryFrameIsRenderedToTheFileOfItsNumber) {
     writeInputs(9, 11);
     EXPECT_EQ(run({}, "in_%d.png", "out_####.png"), ExitOk);
     ASSERT_THAT(outputs(), ElementsAre("out_0009.png", "out_0010.png", "out_0011.png"));
@@ -46,7 +46,7 @@ TEST_F(PictureClipTest, EveryFrameGoesThroughTheRendererToItsOwnFile) {
     }
 }
 
-TEST_F(PictureClipTest, DeepPicturesStayDeep) {
+TEST_F(PictureClipTest, PicturesOf16BitsAndFloatKeepTheirDepth) {
     for (const auto& [depth, ending] : {std::pair{16u, ".png"}, {16u, ".tif"}, {32u, ".exr"}}) {
         writeInputs(1, 2, depth, ending);
         EXPECT_EQ(run({}, std::string("in_#") + ending, std::string("out_#") + ending), ExitOk);
@@ -56,7 +56,7 @@ TEST_F(PictureClipTest, DeepPicturesStayDeep) {
     }
 }
 
-TEST_F(PictureClipTest, TimeAndKeysFollowTheFrameNumber) {
+TEST_F(PictureClipTest, TimesAndKeyframesFollowTheFrameNumber) {
     writeInputs(101, 104);
     m_Settings = {"Amount=0:0, 4:8, 1s:0"};
     ClipOptions options;
@@ -68,14 +68,14 @@ TEST_F(PictureClipTest, TimeAndKeysFollowTheFrameNumber) {
     };
     EXPECT_THAT(times(), ElementsAre(0, 0.125, 0.25, 0.375));
     EXPECT_THAT(m_Renderer.amounts, ElementsAre(0, 2, 4, 6));
-    options.frames = "102-104x2"; // a part of the clip looks the same as in the whole
+    options.frames = "102-104x2"; // A part of the clip has the same times as in the whole clip.
     EXPECT_THAT(times(), ElementsAre(0.125, 0.375));
     options.zeroFrame = 100;
     m_Request.time = 10;
     EXPECT_THAT(times(), ElementsAre(10.25, 10.5));
 }
 
-TEST_F(PictureClipTest, ShardsTogetherMakeTheClip) {
+TEST_F(PictureClipTest, ShardsTogetherRenderEachFrameOnce) {
     writeInputs(1, 8);
     ClipOptions options;
     for (const char* shard : {"3/3", "1/3", "2/3"}) {
@@ -87,7 +87,7 @@ TEST_F(PictureClipTest, ShardsTogetherMakeTheClip) {
     EXPECT_EQ(m_Renderer.times.size(), 8u);
 }
 
-TEST_F(PictureClipTest, AKilledRunGoesOnWhereItWas) {
+TEST_F(PictureClipTest, ResumeAfterAKillRendersOnlyTheMissingFrames) {
     writeInputs(1, 30);
     EXPECT_EQ(run({}, "in_%d.png", "whole_%d.png"), ExitOk);
     int frame = 0;
@@ -98,7 +98,7 @@ TEST_F(PictureClipTest, AKilledRunGoesOnWhereItWas) {
     EXPECT_TRUE(WIFSIGNALED(runInChild({}, "in_%d.png", "out_%d.png")));
     m_Renderer.beforeFrame = [] {};
     m_Renderer.times.clear();
-    std::filesystem::copy_file(at("in_1.png"), at(".out_17.4711.png")); // as a killed writer leaves
+    std::filesystem::copy_file(at("in_1.png"), at(".out_17.4711.png")); // as a killed writer leaves it
     ClipOptions options;
     options.resume = true;
     EXPECT_EQ(run(options, "in_%d.png", "out_%d.png"), ExitOk);
@@ -108,7 +108,7 @@ TEST_F(PictureClipTest, AKilledRunGoesOnWhereItWas) {
                   bytes("whole_" + std::to_string(number) + ".png"));
     EXPECT_FALSE(names().front().starts_with('.'));
 
-    // Nothing is left to do, except for a file that is no picture.
+    // Nothing is left to do, except for a file that is not a picture.
     std::filesystem::resize_file(at("out_5.png"), 3);
     m_Renderer.times.clear();
     EXPECT_EQ(run(options, "in_%d.png", "out_%d.png"), ExitOk);
@@ -116,7 +116,7 @@ TEST_F(PictureClipTest, AKilledRunGoesOnWhereItWas) {
     EXPECT_EQ(bytes("out_5.png"), bytes("whole_5.png"));
 }
 
-TEST_F(PictureClipTest, AStopKeepsWhatIsRendered) {
+TEST_F(PictureClipTest, StopSignalKeepsTheRenderedFrames) {
     writeInputs(1, 9);
     m_Renderer.beforeFrame = [&] {
         if (m_Renderer.times.size() == 3)
@@ -128,21 +128,21 @@ TEST_F(PictureClipTest, AStopKeepsWhatIsRendered) {
     EXPECT_EQ(outputs().size(), 4u);
 }
 
-TEST_F(PictureClipTest, FramesBeforeAFaultAreWritten) {
+TEST_F(PictureClipTest, FramesBeforeAFailureAreWrittenAndResumeContinues) {
     writeInputs(1, 6);
     WritePicture(input(4), SomePicture(6, 5, 8, 4));
     EXPECT_THAT(
         [&] { run({}, "in_#.png", "out_#.png"); },
-        Says<WrongUse>("in_4.png: 6x5 pixels", "began with 7x5", "3 of 6 frames are written", "--resume"));
+        Says<WrongUse>("in_4.png: 6x5 pixels", "started with 7x5", "3 of 6 frames are written", "--resume"));
     EXPECT_EQ(outputs().size(), 3u);
-    // The size of the whole clip counts, also for the rest of it.
+    // The resumed run has the same frame size.
     ClipOptions options;
     options.resume = true;
     EXPECT_THAT([&] { run(options, "in_#.png", "out_#.png"); }, Says<WrongUse>("in_4.png: 6x5 pixels"));
     std::filesystem::remove(input(4));
     EXPECT_THAT([&] { run(options, "in_#.png", "out_#.png"); }, Says<WrongUse>("in_4.png: no such file"));
     writeInputs(4, 4);
-    std::filesystem::create_directory(at("out_5.png")); // nothing can be written there
+    std::filesystem::create_directory(at("out_5.png")); // No file can be written there.
     EXPECT_THAT([&] { run(options, "in_#.png", "out_#.png"); },
                 Says<EffectFailure>("out_5.png", "cannot be written", "--resume"));
     std::filesystem::remove(at("out_5.png"));
@@ -151,7 +151,7 @@ TEST_F(PictureClipTest, FramesBeforeAFaultAreWritten) {
 }
 
 // A limit on the size of files stands in for a full disk: writing fails in the middle of a file.
-TEST_F(PictureClipTest, NoFormatLetsAFullDiskPass) {
+TEST_F(PictureClipTest, FullDiskIsReportedForEveryPictureFormat) {
     for (long number = 1; number <= 3; ++number)
         WritePicture(input(number), SomePicture(64, 64, 8, number));
     for (const char* ending : {".png", ".exr", ".tif", ".jpg", ".bmp"}) {
@@ -185,16 +185,17 @@ TEST_F(PictureClipTest, ARunawayFrameLosesNothingThatIsRendered) {
     });
     EXPECT_EQ(status, ExitRanAway);
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                AllOf(HasSubstr("frame 6, draw"), HasSubstr("5 of 9 frames are written; the same command with --resume")));
+                AllOf(HasSubstr("frame 6, draw"),
+                      HasSubstr("5 of 9 frames are written; the same command with --resume")));
     EXPECT_EQ(outputs().size(), 5u);
 }
 
-TEST_F(PictureClipTest, OptionsThatMakeNoSenseAreRefused) {
+TEST_F(PictureClipTest, ContradictingOptionsAreRejected) {
     writeInputs(1, 2);
     m_Request.width = m_Request.height = 4;
     const struct {
-        const char *input, *output, *frames, *shard, *raw, *said;
-    } rows[] = {{"in_##.png", "out_#.png", "", "", "", "no such picture"},
+        const char *input, *output, *frames, *shard, *raw, *message;
+    } rows[] = {{"in_##.png", "out_#.png", "", "", "", "there is no such picture"},
                 {"in_1.png", "out_#.png", "", "", "", "--frames FIRST-LAST is needed"},
                 {"", "out_#.png", "", "", "", "--frames FIRST-LAST is needed"},
                 {"in_#.png", "out.png", "", "", "", "out_####.png"},
@@ -215,7 +216,7 @@ TEST_F(PictureClipTest, OptionsThatMakeNoSenseAreRefused) {
         options.shard = row.shard;
         options.raw = row.raw;
         options.resume = std::string(row.output) == "-";
-        EXPECT_THAT([&] { run(options, row.input, row.output); }, Says<WrongUse>(row.said)) << row.said;
+        EXPECT_THAT([&] { run(options, row.input, row.output); }, Says<WrongUse>(row.message)) << row.message;
     }
     EXPECT_THAT(outputs(), IsEmpty());
 }

@@ -38,8 +38,8 @@ protected:
     int m_Ends[2] = {-1, -1};
 };
 
-// The host's order is alpha, red, green, blue; the pipe's red, green, blue, alpha, low bytes first.
-TEST_F(RawFramesTest, LayoutIsRgbaWithFullRange) {
+// A picture has alpha, red, green, blue; the pipe has red, green, blue, alpha, low bytes first.
+TEST_F(RawFramesTest, FramesAreRgbaWithFullRangeInBothDirections) {
     const struct {
         unsigned height, depth;
         Bytes raw, host;
@@ -62,17 +62,17 @@ TEST_F(RawFramesTest, LayoutIsRgbaWithFullRange) {
     }
 }
 
-TEST_F(RawFramesTest, FramesAreSkippedAndTheEndIsSeen) {
+TEST_F(RawFramesTest, EarlierFramesAreSkippedAndAnEarlyEndIsReported) {
     put({1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3, 4, 4});
     closeEnd(1);
     const auto source = ReadRawFrames(m_Ends[0], 1, 1, 8, 0), strict = ReadRawFrames(m_Ends[0], 1, 1, 8, 5);
     EXPECT_EQ(source->read(3).value().bytes[1], 3);
     EXPECT_THAT([&] { source->read(4); }, Says<WrongUse>("ends within frame 4, after 2 of the 4 bytes"));
     EXPECT_FALSE(source->read(4));
-    EXPECT_THAT([&] { strict->read(1); }, Says<WrongUse>("ends before frame 1; --frames asks for 5"));
+    EXPECT_THAT([&] { strict->read(1); }, Says<WrongUse>("ends before frame 1; --frames asks for frame 5"));
 }
 
-TEST_F(RawFramesTest, AClosedReaderIsAnError) {
+TEST_F(RawFramesTest, WritingToAClosedPipeIsAnError) {
     closeEnd(0);
     const auto sink = WriteRawFrames(m_Ends[1]);
     EXPECT_THAT(
@@ -82,7 +82,7 @@ TEST_F(RawFramesTest, AClosedReaderIsAnError) {
         Says<EffectFailure>("frame 7: the reading side has closed the pipe"));
 }
 
-TEST(ProgressTest, TellsRateAndTimeLeft) {
+TEST(ProgressTest, TextShowsCountRateAndTimeLeft) {
     EXPECT_EQ(ProgressText(120, 240, 5), "120 of 240 frames, 24.0 frames/s, 0:05 left");
     EXPECT_EQ(ProgressText(1, 3601, 2), "1 of 3601 frames, 0.50 frames/s, 2:00:00 left");
     EXPECT_EQ(ProgressText(240, 240, 10), "240 of 240 frames, 24.0 frames/s");

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
-#include "clips/EncoderFormats.h"
+#include "clips/EncoderPixelFormats.h"
 #include "clips/VideoFormat.h"
 #include "clips/VideoProbe.h"
 #include "clips/VideoSource.h"
@@ -14,21 +14,10 @@
 namespace {
 
 using namespace fxhost;
-using testing::AllOf;
-using testing::Each;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Property;
-using testing::Throws;
-
-template <class Exception, class... Parts>
-auto Says(const Parts&... parts) {
-    return Throws<Exception>(Property(&std::exception::what, AllOf(HasSubstr(parts)...)));
-}
 
 class VideoClipTest : public ClipFixture {
 protected:
-    // A clip of moving bars with a tone.
+    // A test pattern with a tone of the same length.
     void makeVideo(const std::string& name, int frames, const std::string& rate, const std::string& more) {
         const std::string seconds = std::to_string(FrameRate::Parse(rate).timeOf(frames));
         shell("ffmpeg -v error -y -f lavfi -i testsrc2=size=64x48:duration=" + seconds + ":rate=" + rate +
@@ -53,9 +42,9 @@ TEST_F(VideoClipTest, LosslessVideoKeepsEveryBitAndAlpha) {
         const VideoInfo info = ProbeVideo(at("out.mkv"));
         EXPECT_EQ(info.bits, depth);
         EXPECT_TRUE(info.hasAlpha);
-        EXPECT_EQ(info.frames, 3);
+        EXPECT_EQ(info.packets, 3);
         ASSERT_EQ(run({}, "out.mkv", "back_#.png"), ExitOk);
-        for (long number = 1; number <= 3; ++number) { // at depth 8 turned over twice
+        for (long number = 1; number <= 3; ++number) { // At depth 8, the clip was inverted twice.
             const Picture back = ReadPicture(at("back_" + std::to_string(number) + ".png"), {});
             EXPECT_EQ(back.depth, depth);
             EXPECT_EQ(back.bytes, SomePicture(7, 5, depth, number).bytes) << depth << " " << number;
@@ -63,7 +52,7 @@ TEST_F(VideoClipTest, LosslessVideoKeepsEveryBitAndAlpha) {
     }
 }
 
-TEST_F(VideoClipTest, PartsJoinToOneEvenClipWithItsSound) {
+TEST_F(VideoClipTest, JoinedPartsHaveAConstantRateAndTheWholeSound) {
     makeVideo("in.mp4", 110, "30000/1001", "-c:v libx264 -pix_fmt yuv420p -c:a aac");
     for (const char* output : {"out.mp4", "out.mov", "out.mkv"}) {
         ASSERT_EQ(run({}, "in.mp4", output), ExitOk);
@@ -79,7 +68,7 @@ TEST_F(VideoClipTest, PartsJoinToOneEvenClipWithItsSound) {
     }
 }
 
-TEST_F(VideoClipTest, APartOfTheClipTakesItsPartOfTheSound) {
+TEST_F(VideoClipTest, FrameRangeTakesTheSoundOfItsTime) {
     makeVideo("in.mov", 50, "25", "-c:v prores_ks -c:a pcm_s16le");
     ClipOptions options;
     options.frames = "26-50";
@@ -92,10 +81,10 @@ TEST_F(VideoClipTest, APartOfTheClipTakesItsPartOfTheSound) {
     EXPECT_EQ(m_Renderer.times.front(), 1); // second 1 of the input
 }
 
-TEST_F(VideoClipTest, ColoursSurviveTheTwoConversions) {
+TEST_F(VideoClipTest, OtherDecodersSeeTheRenderedColours) {
     Picture flat(64, 48, 8);
     for (std::size_t i = 0; i < flat.bytes.size(); i += 4) {
-        const std::uint8_t pixel[] = {255, 55, 155, 205}; // alpha, red, green, blue; 200, 100, 50 turned over
+        const std::uint8_t pixel[] = {255, 55, 155, 205}; // alpha, red, green, blue; inverted 200, 100, 50
         std::copy(pixel, pixel + 4, flat.bytes.begin() + static_cast<long>(i));
     }
     WritePicture(at("in.png"), flat);
@@ -103,9 +92,9 @@ TEST_F(VideoClipTest, ColoursSurviveTheTwoConversions) {
     options.frames = "1-3";
     for (const char* output : {"out.mp4", "out.mov", "out.webm"}) {
         ASSERT_EQ(run(options, "in.png", output), ExitOk);
-        // FFmpeg's own eyes, which go by what the file says of its colours.
-        shell("ffmpeg -v error -y -i " + at(output) + " -frames:v 1 -pix_fmt rgb24 " + at("eyes.png"));
-        const Picture seen = ReadPicture(at("eyes.png"), 8);
+        // FFmpeg decodes with the colour tags of the file.
+        shell("ffmpeg -v error -y -i " + at(output) + " -frames:v 1 -pix_fmt rgb24 " + at("decoded.png"));
+        const Picture seen = ReadPicture(at("decoded.png"), 8);
         EXPECT_NEAR(seen.Row(20)[81], 200, 3) << output;
         EXPECT_NEAR(seen.Row(20)[82], 100, 3) << output;
         EXPECT_NEAR(seen.Row(20)[83], 50, 3) << output;
@@ -113,7 +102,7 @@ TEST_F(VideoClipTest, ColoursSurviveTheTwoConversions) {
     }
 }
 
-TEST_F(VideoClipTest, DeepAndTransparentVideoUsesWhatTheCodecHas) {
+TEST_F(VideoClipTest, DepthAndAlphaChooseThePixelFormat) {
     WritePicture(at("deep.png"), SomePicture(64, 48, 16, 1));
     m_Request.width = 64;
     m_Request.height = 48;
@@ -135,7 +124,7 @@ TEST_F(VideoClipTest, DeepAndTransparentVideoUsesWhatTheCodecHas) {
     EXPECT_EQ(ReadPicture(at("clear_1.png"), 8).bytes[0], 0); // the empty layer's alpha
 }
 
-TEST_F(VideoClipTest, AKilledRunGoesOnToTheSameFile) {
+TEST_F(VideoClipTest, ResumeAfterAKillGivesTheFileOfASingleRun) {
     makeVideo("in.mp4", 150, "25", "-c:v libx264 -pix_fmt yuv420p -c:a aac");
     for (const char* output : {"out.mp4", "out.mkv"}) {
         m_Renderer.beforeFrame = [] {};
@@ -144,7 +133,7 @@ TEST_F(VideoClipTest, AKilledRunGoesOnToTheSameFile) {
         std::filesystem::remove(at(output));
         ClipOptions options;
         int frames = 0;
-        for (const int last : {110, 50}) { // killed twice, the first time with whole parts behind
+        for (const int last : {110, 50}) { // killed twice, the first time after complete parts
             frames = 0;
             m_Renderer.beforeFrame = [&] {
                 if (++frames == last)
@@ -160,13 +149,13 @@ TEST_F(VideoClipTest, AKilledRunGoesOnToTheSameFile) {
         EXPECT_LT(frames, 150);
         EXPECT_TRUE(bytes(output) == whole) << output;
         frames = 0;
-        ASSERT_EQ(run(options, "in.mp4", output), ExitOk); // all is done
+        ASSERT_EQ(run(options, "in.mp4", output), ExitOk); // Nothing is left to do.
         EXPECT_EQ(frames, 0);
         EXPECT_TRUE(bytes(output) == whole) << output;
     }
 }
 
-TEST_F(VideoClipTest, PartsOfAnotherClipAreNotTaken) {
+TEST_F(VideoClipTest, ResumeRejectsThePartsOfAnotherClip) {
     makeVideo("in.mp4", 60, "25", "-c:v libx264 -an");
     m_Renderer.beforeFrame = [&] {
         if (m_Renderer.times.size() == 55)
@@ -174,7 +163,7 @@ TEST_F(VideoClipTest, PartsOfAnotherClipAreNotTaken) {
     };
     EXPECT_THAT(
         [&] { run({}, "in.mp4", "out.mp4"); },
-        Says<EffectFailure>("had enough", "48 of 60 frames are written as whole parts in", "--resume"));
+        Says<EffectFailure>("had enough", "48 of 60 frames are written as complete parts in", "--resume"));
     m_Renderer.beforeFrame = [] {};
     ClipOptions options;
     options.resume = true;
@@ -185,7 +174,7 @@ TEST_F(VideoClipTest, PartsOfAnotherClipAreNotTaken) {
     EXPECT_EQ(probe("nb_read_frames", "out.mp4"), "60");
 }
 
-TEST_F(VideoClipTest, AVideoThatEndsEarlyIsNamed) {
+TEST_F(VideoClipTest, VideoThatEndsEarlyIsReportedWithItsFrame) {
     makeVideo("in.mp4", 100, "25", "-c:v libx264 -g 10 -an -movflags +faststart");
     ClipOptions options;
     options.frames = "90-120";
@@ -202,7 +191,7 @@ TEST_F(VideoClipTest, AVideoThatEndsEarlyIsNamed) {
     EXPECT_THAT([&] { run({}, "text.mp4", "c_#.png"); }, Says<WrongUse>("--input", "text.mp4"));
 }
 
-TEST_F(VideoClipTest, AVideoCannotChangeSize) {
+TEST_F(VideoClipTest, VideoWhoseFramesChangeSizeIsRejected) {
     makeVideo("in.mp4", 5, "25", "-c:v libx264 -an");
     class Growing final : public FrameRenderer {
     public:
@@ -217,17 +206,16 @@ TEST_F(VideoClipTest, AVideoCannotChangeSize) {
     m_Request.input = at("in.mp4");
     m_Request.output = at("out.mkv");
     EXPECT_THAT([&] { Clip(options, m_Request).run(growing, {}, {}, [] {}); },
-                Says<EffectFailure>("out.mkv: frame 4 has 8x16 pixels, but the video began with 8x8"));
+                Says<EffectFailure>("out.mkv: frame 4 has 8x16 pixels, but the video started with 8x8"));
 }
 
-// Halved chroma lies between two rows and on the left one of two columns, as H.264 has it unless it says
-// otherwise.
-TEST_F(VideoClipTest, ChromaLiesWhereVideoHasIt) {
+// Subsampled chroma is sited between two rows and on the left one of two columns, the default of H.264.
+TEST_F(VideoClipTest, SubsampledChromaIsLeftSitedInBothDirections) {
     // One column of blue on black at x = 31: only the samples at 30 and 32 are as near to it as one column,
     // and weigh it with a quarter.
     Picture line(64, 64, 8);
     for (unsigned y = 0; y < 64; ++y)
-        for (unsigned x = 0; x < 64; ++x) // the renderer turns colours over, so the others are black
+        for (unsigned x = 0; x < 64; ++x) // The renderer inverts colours, so the other pixels become black.
             for (unsigned c = 0; c < 4; ++c)
                 line.Row(y)[4 * x + c] = c == 0 || !(c == 3 && x == 31) ? 255 : 0;
     WritePicture(at("in.png"), line);
@@ -263,7 +251,7 @@ TEST_F(VideoClipTest, ChromaLiesWhereVideoHasIt) {
         EXPECT_NEAR(255 - seen.Row(20)[4 * (28 + i) + 3], expected[i], 1) << i;
 }
 
-TEST(VideoFormatTest, ForeignEncodersGetTheirUsualFormat) {
+TEST(VideoFormatTest, OtherEncodersGetTheirMostCommonPixelFormat) {
     const struct {
         std::vector<std::string> formats;
         bool deep, alpha, odd;
@@ -276,9 +264,9 @@ TEST(VideoFormatTest, ForeignEncodersGetTheirUsualFormat) {
                 {{"pal8"}, false, false, false, "pal8"},
                 {{}, false, false, false, ""}};
     for (const auto& row : rows)
-        EXPECT_EQ(UsualFormat(row.formats, row.deep, row.alpha, row.odd), row.format);
-    EXPECT_THAT(EncoderFormats("libx264rgb"), testing::Contains("rgb24"));
-    // Tags for YUV only, and JPEG's are not to be chosen.
+        EXPECT_EQ(PreferredPixelFormat(row.formats, row.deep, row.alpha, row.odd), row.format);
+    EXPECT_THAT(EncoderPixelFormats("libx264rgb"), testing::Contains("rgb24"));
+    // Only YUV is tagged, and the tags of JPEG are fixed.
     const auto arguments = [](const char* codec) {
         return ChooseVideoFormat("a.mkv", {codec, "", ""}, {}, 1920, 1080, 8).arguments;
     };
@@ -286,15 +274,15 @@ TEST(VideoFormatTest, ForeignEncodersGetTheirUsualFormat) {
     EXPECT_THAT(arguments("mjpeg"), testing::IsSupersetOf({"yuvj420p", "pc", "bt470bg"}));
 }
 
-TEST(VideoFormatTest, WishesWinOverTheEnding) {
+TEST(VideoFormatTest, EncoderOptionsTakePrecedenceOverTheExtension) {
     const auto format =
         ChooseVideoFormat("a.mov", {"libx265", "yuv444p12le", "-crf 3  -preset slow"}, {}, 1920, 1080, 16);
     EXPECT_THAT(format.arguments,
                 testing::IsSupersetOf({"libx265", "yuv444p12le", "-crf", "3", "-preset", "slow", "bt709"}));
     EXPECT_THAT(format.arguments, testing::Not(testing::Contains("prores_ks")));
     for (const char* path : {"a.gif", "a", "a.MP3"})
-        EXPECT_THROW(RequireVideoEnding(path), WrongUse) << path;
-    // Halved chroma needs even sides.
+        EXPECT_THROW(RequireVideoExtension(path), WrongUse) << path;
+    // 4:2:0 needs an even width and height.
     EXPECT_THAT(ChooseVideoFormat("a.mp4", {}, {}, 5, 4, 8).arguments, testing::Contains("yuv444p"));
 }
 

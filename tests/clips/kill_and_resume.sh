@@ -1,5 +1,5 @@
 #!/bin/sh
-# Kills a rendering clip at some frame, goes on with --resume, and compares with a run that was left alone.
+# Kills a run at some frame, continues with --resume, and compares the files with those of an uninterrupted run.
 #   kill_and_resume.sh FXHOST
 set -eu
 fxhost=$1
@@ -34,24 +34,24 @@ fail() {
 
 clip="render effect --size 480x270 --frames 1-150 --fps 25 --param amount=0:0,6s:1 --quiet -o"
 
-# kill_when PATH OUTPUT: starts a run and kills it as soon as the file is there.
+# kill_when PATH OUTPUT: starts a run and kills it as soon as the file exists.
 kill_when() {
     "$fxhost" $clip "$2" &
     tool=$!
     until [ -e "$1" ]; do
-        kill -0 $tool 2>/dev/null || fail "the run was over before $1 was there"
+        kill -0 $tool 2>/dev/null || fail "the run ended before $1 existed"
         sleep 0.01
     done
     kill -9 $tool
     wait $tool || true
 }
 
-frame=$(($(date +%s) % 100 + 10)) # which one is left to chance
+frame=$(($(date +%s) % 100 + 10)) # a different frame in each test run
 echo "killing at frame $frame"
 mkdir whole cut
 "$fxhost" $clip whole/f_####.png
 kill_when "cut/f_$(printf %04d $frame).png" cut/f_####.png
-[ "$(ls cut | wc -l)" -lt 150 ] || fail "nothing was left to do"
+[ "$(ls cut | wc -l)" -lt 150 ] || fail "no frame was left to render"
 "$fxhost" $clip cut/f_####.png --resume
 diff -r whole cut
 

@@ -11,21 +11,20 @@
 
 #include "engine/AEShaderVexel2.h"
 #include "platform/CGL.h"
-#include "tests/support/ScriptErrorLog.h"
 #include "tests/support/TestPackage.h"
 
-// Pixels in the host's order: channels alpha, red, green, blue; rows top-down.
+// Pixels as a host holds them: alpha, red, green, blue, first row on top, rows `rowBytes` apart.
 template <class Channel>
 struct TestPicture {
     unsigned width = 0;
     unsigned height = 0;
-    std::vector<Channel> channels; // rows without padding
+    std::vector<Channel> channels; // tightly packed
 
     TestPicture(unsigned w, unsigned h) : width(w), height(h), channels(std::size_t{w} * h * 4) {}
     Channel* At(unsigned x, unsigned y) { return &channels[(std::size_t{y} * width + x) * 4]; }
 };
 
-// Restores the thread's GL context at the end, because nested frame locks leave the engine's current.
+// Gives the thread's GL context back at the end: nested frame locks leave the engine's current.
 class ContextKeeper {
 public:
     ContextKeeper() : m_Context(CGLGetCurrentContext()) {}
@@ -37,26 +36,24 @@ private:
     CGLContextObj m_Context;
 };
 
-// Creates an engine for each test, which runs an effect whose files the test writes.
+// An engine of its own for each test, run on a loose effect that the test writes down.
 class EffectTester : public testing::Test {
 protected:
     EffectTester();
     ~EffectTester() override;
 
-    // Writes the files, adds a config.xml when there is none, and sets the engine up.
+    // Writes the files (config.xml is added when missing) and sets the engine up.
     void Start(std::map<std::string, std::string> files);
 
-    // Renders a frame of the current instance as a host does. `padding` is added to the input's row stride,
-    // in bytes.
+    // A frame of the current instance, through the whole road. The input has rowBytes = packed + padding.
     template <class Channel>
     TestPicture<Channel> Frame(TestPicture<Channel> input, double time = 0, std::size_t padding = 0);
 
     AEShaderVexel2& Engine() { return *m_Engine; }
-    // Creates another instance, which becomes the current one. The end of the test releases it.
+    // One more instance, which becomes the current one; given back with the test unless it was before.
     void* NewInstance();
     void ReleaseInstance(void* instance);
-    void* m_Instance = nullptr; // created by Start
-    ScriptErrorLog m_Log;
+    void* m_Instance = nullptr; // of Start
 
 private:
     std::vector<unsigned char> FrameBytes(const void* packed, unsigned depth, std::size_t padding,
@@ -79,6 +76,6 @@ TestPicture<Channel> EffectTester::Frame(TestPicture<Channel> input, double time
     return output;
 }
 
-// A shader that reads the input as `c` and writes the expression, and a script that draws it upright.
+// A shader that reads the input as `c` and writes the expression; a script that runs it upright.
 std::string PixelShader(const std::string& expression);
 std::string OneShaderScript(const std::string& extra = {});

@@ -2,12 +2,12 @@
 
 #include <string>
 
-// Result of one run of the built tool.
+// What one run of the built tool gave.
 struct ToolRun {
-    int status = -1; // exit status; -1 when the process was killed
+    int status = -1; // exit status; -1 when it ended otherwise
     std::string out;
     std::string err;
 };
 
-// Runs the tool with these arguments in a shell. Standard input is empty.
+// Runs the tool with these arguments, in the shell's words.
 ToolRun RunTool(const std::string& arguments);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// Creates a new folder for temporary files, and removes it with its content at the end.
+// A folder of its own below the system's temporary one, removed at the end.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -14,12 +14,12 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::filesystem::path& Path() const { return m_Path; }
-    // Writes a file below the folder, and creates the folders on its path.
+    // Writes a file below the folder, with the folders it needs.
     void Write(const std::string& name, const std::string& bytes) const;
 
 private:
     std::filesystem::path m_Path;
 };
 
-// Returns a zip archive that has these entries.
+// A plain zip archive of these entries.
 std::vector<unsigned char> ZipOf(const std::map<std::string, std::string>& entries);

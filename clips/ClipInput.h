@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "clips/ClipOptions.h"
+#include "clips/FrameList.h"
+#include "clips/FrameRate.h"
+#include "clips/FrameSource.h"
+#include "clips/Pipeline.h"
+#include "clips/VideoProbe.h"
+
+namespace fxhost {
+
+// The opened input of a clip, and what it decides about the clip.
+struct ClipInput {
+    std::unique_ptr<FrameSource> source;
+    FramePlan plan;                  // every frame that this run is asked for
+    std::optional<FrameRange> range; // frames of the whole clip; nothing for an endless one
+    FrameRate rate;
+    long zeroFrame = 1;             // number of the frame at time 0
+    std::optional<VideoInfo> video; // set when the input is a video
+};
+
+// Opens numbered pictures, a video, raw frames, a single picture or an empty layer, and lists the frames.
+// Throws WrongUse that names the file or option.
+ClipInput OpenClipInput(const ClipOptions& options, const ClipRequest& request);
+
+} // namespace fxhost
