@@ -5,12 +5,12 @@
 #include <map>
 
 #include "check/ParameterChecks.h"
-#include "check/ShaderText.h"
-#include "check/UniformWatch.h"
+#include "check/ShaderChecks.h"
+#include "check/UniformChecks.h"
 #include "context/Context.h"
-#include "drivers/EffectReport.h"
+#include "drivers/EffectDiagnostics.h"
 #include "drivers/EngineDriver.h"
-#include "drivers/ScriptWatch.h"
+#include "drivers/ScriptErrorCollector.h"
 #include "guard/Stage.h"
 #include "packaging/ScriptScan.h"
 #include "parameters/ParameterTraits.h"
@@ -28,7 +28,7 @@ constexpr FrameKind s_Small = {16, 16, 8};
 constexpr unsigned s_LeakFrames = 50;
 constexpr std::size_t s_MostVariations = 64;
 
-// Every channel of every pixel differs from its neighbours'.
+// A picture in which every channel of every pixel differs from its neighbours.
 Picture TestPicture(const FrameKind& kind) {
     Picture picture(kind.width, kind.height, kind.depth);
     const std::size_t channels = std::size_t{kind.width} * kind.height * 4;
@@ -47,29 +47,29 @@ Picture TestPicture(const FrameKind& kind) {
 class Checker {
 public:
     Checker(const std::string& effect, const std::function<void(const Diagnostic&)>& listener)
-        : m_Listener(listener), m_Source(EffectSource::Open(effect)), m_Watch(m_Source), m_Driver(m_Source),
-          m_Uniforms(m_Source), m_Parameters(m_Driver.parameters()) {}
+        : m_Listener(listener), m_Source(EffectSource::Open(effect)), m_ScriptErrors(m_Source),
+          m_Driver(m_Source), m_Uniforms(m_Source), m_Parameters(m_Driver.parameters()) {}
 
     void run() {
-        tellScript();
+        reportScript();
         const bool setUp = !m_Failed;
-        tellFiles();
+        reportFiles();
         checkTexts();
         if (!setUp)
             return;
         runFrames();
-        tellFiles();                          // what draw loads
-        if (!m_Driver.shaderErrors().empty()) // then draw no longer runs
+        reportFiles();                        // files that draw() loads
+        if (!m_Driver.shaderErrors().empty()) // then the engine no longer calls draw()
             return;
         runVariations();
         checkLeaks();
-        m_Driver.whileLocked([&] { tell(m_Uniforms.findings(m_Parameters)); });
+        m_Driver.whileLocked([&] { report(m_Uniforms.findings(m_Parameters)); });
     }
 
 private:
     void checkTexts() {
         const std::string script = m_Source.ReadText("fx.js").value_or("");
-        tell(CheckParameters(m_Source.Shown("fx.js"), script, m_Parameters));
+        report(CheckParameters(m_Source.DisplayPath("fx.js"), script, m_Parameters));
         std::vector<std::string> files;
         for (const Shader* shader : Context::Current().LiveEntities<Shader>())
             if (!shader->filePath().empty())
@@ -78,7 +78,7 @@ private:
         files.erase(std::unique(files.begin(), files.end()), files.end());
         for (const auto& file : files)
             if (const auto text = m_Source.ReadText(file))
-                tell(CheckShaderText(m_Source.Shown(file), *text));
+                report(CheckShaderSource(m_Source.DisplayPath(file), *text));
     }
 
     void frame(const FrameKind& kind, const std::vector<ParameterSetting>& settings = {}) {
@@ -95,7 +95,7 @@ private:
         m_Driver.whileLocked([&] { m_Uniforms.beforeFrame(); });
         m_Driver.render(request);
         m_Driver.whileLocked([&] { m_Uniforms.afterFrame(); });
-        tellScript();
+        reportScript();
     }
 
     void runFrames() {
@@ -103,7 +103,8 @@ private:
             frame(kind);
     }
 
-    // A frame for every entry of every pop-up and every switch, the rest being as declared.
+    // Renders a frame for every entry of every pop-up and both states of every check box. All other
+    // parameters keep their declared values.
     void runVariations() {
         std::size_t count = 0;
         for (unsigned i = 0; i < m_Parameters.size(); ++i) {
@@ -145,26 +146,26 @@ private:
         const int line = LineOfWord(m_Source.ReadText("fx.js").value_or(""), "function draw");
         for (const auto& [type, count] : after)
             if (count > before.at(type) + 1)
-                tell({{m_Source.Shown("fx.js"),
-                       line,
-                       Severity::Warning,
-                       "draw leaves " + std::to_string(count - before.at(type)) + " " + type + " behind in " +
-                           std::to_string(s_LeakFrames) +
-                           " frames; keep them between frames or give them to SV_release",
-                       {}}});
+                report({{m_Source.DisplayPath("fx.js"),
+                         line,
+                         Severity::Warning,
+                         "draw leaves " + std::to_string(count - before.at(type)) + " " + type +
+                             " behind in " + std::to_string(s_LeakFrames) +
+                             " frames; keep them between frames or give them to SV_release",
+                         {}}});
     }
 
-    void tellScript() { tell(m_Watch.take()); }
-    void tellFiles() {
-        tell(ShaderFindings(m_Driver.shaderErrors(), m_Source));
-        tell(MissingFileFindings(m_Source));
+    void reportScript() { report(m_ScriptErrors.take()); }
+    void reportFiles() {
+        report(ShaderFindings(m_Driver.shaderErrors(), m_Source));
+        report(MissingFileFindings(m_Source));
     }
-    // Each finding once.
-    void tell(const std::vector<Diagnostic>& findings) {
+    // Passes each diagnostic to the listener once.
+    void report(const std::vector<Diagnostic>& findings) {
         for (const Diagnostic& finding : findings) {
-            if (std::find(m_Told.begin(), m_Told.end(), finding) != m_Told.end())
+            if (std::find(m_Reported.begin(), m_Reported.end(), finding) != m_Reported.end())
                 continue;
-            m_Told.push_back(finding);
+            m_Reported.push_back(finding);
             m_Failed |= finding.severity == Severity::Error;
             m_Listener(finding);
         }
@@ -172,19 +173,19 @@ private:
 
     const std::function<void(const Diagnostic&)>& m_Listener;
     EffectSource m_Source;
-    ScriptWatch m_Watch;
+    ScriptErrorCollector m_ScriptErrors;
     EngineDriver m_Driver;
-    UniformWatch m_Uniforms;
+    UniformChecks m_Uniforms;
     std::vector<Parameter> m_Parameters;
-    std::vector<Diagnostic> m_Told;
+    std::vector<Diagnostic> m_Reported;
     long m_Frame = 0;
     bool m_Failed = false;
 };
 
 } // namespace
 
-void CheckEffect(const std::string& effect, const std::function<void(const Diagnostic&)>& tell) {
-    Checker(effect, tell).run();
+void CheckEffect(const std::string& effect, const std::function<void(const Diagnostic&)>& report) {
+    Checker(effect, report).run();
 }
 
 } // namespace fxhost

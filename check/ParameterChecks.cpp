@@ -8,7 +8,7 @@ namespace fxhost {
 
 namespace {
 
-constexpr std::size_t s_LongestLabel = 31; // bytes that a host keeps of a parameter's name
+constexpr std::size_t s_LongestLabel = 31; // bytes of a parameter's name that a host keeps
 
 } // namespace
 

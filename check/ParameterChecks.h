@@ -8,8 +8,8 @@
 
 namespace fxhost {
 
-// What hosts do not show as the author meant it: long labels, pop-ups of one entry. Lines are those of the
-// parameters' declarations in the script, which `file` names.
+// Reports declarations that hosts do not show as the author meant them: long labels, pop-ups with one entry.
+// `file` is the path of the script; lines are those of the declarations.
 std::vector<Diagnostic> CheckParameters(const std::string& file, const std::string& script,
                                         const std::vector<Parameter>& parameters);
 

@@ -48,7 +48,8 @@ EngineDriver::EngineDriver(const EffectSource& source) : m_Engine(*GetPlugin()) 
         ready = m_Engine.globalSetup(nullptr,
                                      reinterpret_cast<const unsigned short*>(source.BundlePath().c_str()));
     } catch (const std::exception& error) {
-        throw EffectFailure(source.Shown("config.xml"), std::string("not well-formed XML: ") + error.what());
+        throw EffectFailure(source.DisplayPath("config.xml"),
+                            std::string("not well-formed XML: ") + error.what());
     }
     if (!ready)
         throw EffectFailure("no OpenGL context could be made: " + PlatformGLProblem());

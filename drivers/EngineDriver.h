@@ -11,17 +11,18 @@ class IPlugin;
 
 namespace fxhost {
 
-// What an effect's config.xml says of it.
+// Values from the config.xml of an effect.
 struct EffectInfo {
     std::string name, about, hostId;
     unsigned major = 0, minor = 0, build = 0, stage = 0;
 };
 
-// Drives the engine directly, with one instance of the effect. One object at a time, on one thread.
+// Renders an effect by calling the engine directly, with one instance of the effect. Only one object may
+// exist at a time. All calls come from one thread.
 class EngineDriver final : public FrameRenderer {
 public:
-    // Sets the engine up, which runs the effect's script. Throws EffectFailure without GL, or when config.xml
-    // is not XML. `source` must outlive the driver.
+    // Sets up the engine, which runs the effect's script. Throws EffectFailure when there is no OpenGL or
+    // when config.xml is not well-formed. `source` must outlive the driver.
     explicit EngineDriver(const EffectSource& source);
     ~EngineDriver() override;
     EngineDriver(const EngineDriver&) = delete;
@@ -31,13 +32,13 @@ public:
     Picture render(const FrameInputs& request) override;
 
     EffectInfo info();
-    // Runs updateUIFlags, after which parameters() tells which ones are disabled.
+    // Runs updateUIFlags. After that, parameters() returns which ones are disabled.
     void updateUI();
     // Runs `work` with the frame lock held and the engine's GL context current.
     void whileLocked(const std::function<void()>& work);
     // The listener is called as each stage of each frame begins, with the engine's GL context current.
     void onStage(StageListener listener) { m_OnStage = std::move(listener); }
-    // The collected shader errors in the engine's form; empty when all shaders compiled.
+    // The error text of all shaders that failed, in the engine's format; empty when all shaders compiled.
     std::string shaderErrors();
 
 private:

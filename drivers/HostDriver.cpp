@@ -23,7 +23,7 @@ namespace {
 constexpr A_u_long s_UnitsPerSecond = 240000;
 constexpr double s_MostSeconds = 8900;
 
-PF_FilterProc s_Entry = nullptr; // of the plug-in that is driven
+PF_FilterProc s_Entry = nullptr; // entry point of the plug-in
 
 Stage StageOf(PF_Cmd command) {
     switch (command) {
@@ -43,7 +43,7 @@ Stage StageOf(PF_Cmd command) {
     }
 }
 
-// Tells the guard what the plug-in is asked, then asks it.
+// Reports the stage to the watchdog, then sends the command to the plug-in.
 PF_Err WatchedEntry(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamList params, PF_LayerDef* output,
                     void* extra) {
     const StageSpan span(StageOf(command));
@@ -54,13 +54,13 @@ void* CurrentContext() {
     return CGLGetCurrentContext();
 }
 
-// Why global set-up failed, as far as the effect itself tells.
+// The reason why global setup failed.
 std::string SetupProblem(const EffectSource* source, const stricthost::CommandError& error) {
     if (source) {
         try {
             const Config config(nullptr);
         } catch (const std::exception& problem) {
-            throw EffectFailure(source->Shown("config.xml"),
+            throw EffectFailure(source->DisplayPath("config.xml"),
                                 std::string("not well-formed XML: ") + problem.what());
         }
     }
@@ -117,8 +117,8 @@ void HostDriver::setUp(const EffectSource* source) {
         listPublishedParameters();
 }
 
-// The plug-in publishes in the engine's order, without parameters that are not shown and without kinds that
-// hosts do not know.
+// The plug-in publishes parameters in the engine's order, except hidden ones and types that hosts do not
+// have.
 void HostDriver::listLinkedParameters() {
     std::size_t next = 1;
     for (unsigned i = 0; i < GetPlugin()->getNumParams(); ++i) {

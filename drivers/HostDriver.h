@@ -10,37 +10,37 @@
 
 namespace fxhost {
 
-// How the tool plays the editing program.
+// How the tool emulates the editing program.
 struct HostSettings {
     stricthost::Personality personality = stricthost::Personality::AfterEffects;
-    unsigned across = 1, down = 1; // preview resolution: one pixel for so many
+    unsigned across = 1, down = 1; // preview resolution: layer pixels per rendered pixel
     double pixelAspect = 1;        // width / height of a pixel
-    std::string bundle;            // a .plugin to load; empty: the plug-in linked into the tool
+    std::string bundle; // a .plugin to load; empty selects the plug-in that is linked into the tool
 };
 
-// Renders an effect through the editing programs' command protocol, with one instance of it. One object at a
-// time, on one thread.
+// Renders an effect through the command protocol of the editing programs, with one instance of the effect.
+// Only one object may exist at a time. All calls come from one thread.
 class HostDriver final : public FrameRenderer {
 public:
-    // Sets the plug-in up, which runs the effect's script. `source` is null for a bundle, and must otherwise
-    // outlive the driver. Throws WrongUse for a bundle that cannot be loaded, EffectFailure when a set-up
+    // Sets up the plug-in, which runs the effect's script. `source` is null for a bundle; otherwise it must
+    // outlive the driver. Throws WrongUse when a bundle cannot be loaded, and EffectFailure when a setup
     // command fails.
     HostDriver(const HostSettings& settings, const EffectSource* source);
     ~HostDriver() override;
     HostDriver(const HostDriver&) = delete;
     HostDriver& operator=(const HostDriver&) = delete;
 
-    // Of a bundle the host knows labels only; they then serve as names.
+    // For a bundle the host knows only labels, which are used as names too.
     std::vector<Parameter> parameters() override;
     Picture render(const FrameInputs& request) override;
 
-    // Ends the plug-in and tells what it did against the rules of its host.
+    // Shuts down the plug-in and returns its violations of the protocol.
     const std::vector<std::string>& finish();
 
 private:
     struct Row {
         Parameter parameter;
-        std::size_t hostIndex; // 0: the host shows no control for it
+        std::size_t hostIndex; // 0 when the host shows no control for it
     };
 
     void setUp(const EffectSource* source);
@@ -53,7 +53,7 @@ private:
     std::unique_ptr<stricthost::PluginModule> m_Module;
     std::unique_ptr<stricthost::StrictHost> m_Host;
     std::vector<Row> m_Rows;
-    stricthost::Instance* m_Instance = nullptr; // the host's; made for the first picture
+    stricthost::Instance* m_Instance = nullptr; // belongs to the host; created for the first picture
 };
 
 } // namespace fxhost

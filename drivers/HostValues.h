@@ -5,11 +5,11 @@
 
 namespace fxhost {
 
-// A value as the engine holds it, in the form that a host keeps for a parameter of the type. Layers and types
-// without a value give none.
+// Converts a value of the engine to the form that a host keeps for a parameter of this type. Returns an empty
+// value for layers and for types without a value.
 stricthost::ParamValue ToHostValue(Parameter::Type type, const Parameter::Value& value);
 
-// What a published parameter tells, as the effect would declare it: its label is the name too.
+// Describes a published parameter as an effect would declare it. Its name is its label.
 Parameter DescribeParam(const stricthost::PublishedParam& param);
 
 } // namespace fxhost

@@ -14,17 +14,16 @@
 #include "utils/BlobReader.h"
 #include "utils/Utils.h"
 
-// What the host keeps for an instance.
+// The sequence data, which the host keeps for an instance.
 struct AEShaderVexel2::SequenceData {
-    std::uint32_t index = 0; // of its sequence in the registry
+    std::uint32_t index = 0; // of the instance's sequence in the registry
 };
 
 namespace {
 
 constexpr unsigned s_RendersPerFlip = 4;
 
-// Holds the frame lock for a scope when it could be had. `lockFrame` and `releaseFrame` go through the
-// interface.
+// Holds the frame lock for a scope, if it can be taken.
 class FrameLock {
 public:
     explicit FrameLock(IPlugin& plugin) : m_Plugin(plugin), m_Locked(plugin.lockFrame()) {}
@@ -40,7 +39,7 @@ private:
     bool m_Locked;
 };
 
-// Sign and leading digits of a decimal text; 0 without any. What does not fit wraps to 32 bits.
+// Converts the sign and the leading digits of a text, modulo 2^32; 0 when there are none.
 std::uint32_t ToNumber(const std::string& text) {
     return static_cast<std::uint32_t>(std::strtoll(text.c_str(), nullptr, 10));
 }
@@ -52,7 +51,8 @@ IPlugin* GetPlugin(unsigned int) {
     return &plugin;
 }
 
-// The registry must outlive the engine, whose destructor empties it.
+// Creates the registry and the package reader first, so that they are destroyed after the engine, whose
+// destructor uses them.
 AEShaderVexel2::AEShaderVexel2() {
     Context::Current();
     BlobReader::Instance();
@@ -93,8 +93,8 @@ bool AEShaderVexel2::resetup() {
 void AEShaderVexel2::release() {
     if (!m_Initialised)
         return;
-    // The script's GL objects go while their context is current; the context's release then leaves none
-    // current.
+    // The GL objects of the script must be deleted while their context is current. No context is current
+    // after the context's release.
     if (m_GlContext)
         m_GlContext->makeCurrent();
     Scripting::Instance().Release();
@@ -111,14 +111,14 @@ void* AEShaderVexel2::initSequenceData() {
     return m_SequenceData;
 }
 
-// Records that are not the engine's own, or are gone already, are left alone.
+// Ignores data that the engine did not create or has destroyed.
 void AEShaderVexel2::releaseSequenceData(void* data) {
     const auto found = m_Records.find(data);
     if (found == m_Records.end())
         return;
     Context::Current().ReleaseSequence(found->second->index);
     if (m_SequenceData == data)
-        m_SequenceData = nullptr; // not to be read any more
+        m_SequenceData = nullptr;
     m_Records.erase(found);
 }
 
@@ -128,8 +128,8 @@ void AEShaderVexel2::setSequenceData(void* data) {
         Context::Current().SetCurrentSequence(m_SequenceData->index);
 }
 
-// Makes the instance at work the registry's current one. Null when there is none, or when a resetup dropped
-// its sequence.
+// Makes the current instance's sequence the registry's current one. Null when there is no instance, or when a
+// resetup destroyed its sequence.
 Sequence* AEShaderVexel2::SelectSequence() const {
     if (!m_SequenceData)
         return nullptr;
@@ -180,13 +180,13 @@ void AEShaderVexel2::render(double time, unsigned width, unsigned height, unsign
     }
 }
 
-// The screen of an engine without a window is the frame that the host will show.
+// Draws the texts into the frame, which the host shows, as the engine has no window.
 void AEShaderVexel2::ShowErrors(Sequence* sequence, const std::string& errors) {
     Utils::Log("%s", errors.c_str());
     const bool hasFrame = sequence && sequence->GetRenderTarget().usable();
     RenderTarget& screen = hasFrame ? sequence->GetRenderTarget() : RenderTarget::screen;
     screen.set(nullptr);
-    glClearColor(0.0f, 0.0f, 0.0f, 0.0f); // a target that was just sized has no content of its own
+    glClearColor(0.0f, 0.0f, 0.0f, 0.0f); // the content of a resized target is undefined
     glClear(GL_COLOR_BUFFER_BIT);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
@@ -337,7 +337,7 @@ void AEShaderVexel2::unflatten(void*) {}
 void AEShaderVexel2::showOptions(void*) {}
 
 void AEShaderVexel2::setCompositionSize(unsigned width, unsigned height, float scale) {
-    // Out of range means 1, not the nearest end; NaN passes.
+    // A scale out of range becomes 1 rather than the nearest bound. NaN is stored unchanged.
     if (scale < 0.01f)
         scale = 1.0f;
     if (scale > 4.0f)

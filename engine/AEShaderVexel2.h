@@ -9,8 +9,8 @@ class Config;
 class OpenGLContext;
 class Sequence;
 
-// The engine behind IPlugin: owns the configuration and the GL context, drives the script, and forwards
-// everything else to the registry.
+// The implementation of IPlugin. It owns the configuration and the GL context, runs the script, and forwards
+// everything else to the registry. IPlugin.h describes the operations.
 class AEShaderVexel2 final : public IPlugin {
 public:
     AEShaderVexel2();
@@ -58,9 +58,9 @@ private:
     static void ShowErrors(Sequence* sequence, const std::string& errors);
     std::uint32_t ConfigNumber(const wchar_t* key) const;
 
-    SequenceData* m_SequenceData = nullptr; // the instance at work
-    // All that were handed out. Hosts drop the records of instances that they save or copy; those go with the
-    // engine.
+    SequenceData* m_SequenceData = nullptr; // of the current instance
+    // All sequence data that the host holds. Hosts forget some when they save or copy an instance; the engine
+    // frees those at its end.
     std::map<void*, std::unique_ptr<SequenceData>> m_Records;
     std::unique_ptr<Config> m_Config;
     std::unique_ptr<OpenGLContext> m_GlContext;

@@ -5,7 +5,7 @@
 #include "utils/Utils.h"
 
 struct Config::Document {
-    std::string text; // parsed in place: the document points into it
+    std::string text; // parsed in place, so the document points into it
     rapidxml::xml_document<> xml;
 };
 

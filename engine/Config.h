@@ -3,14 +3,16 @@
 #include <memory>
 #include <string>
 
-// The effect's "config.xml": one top-level element a key, its text the value. Read once at construction;
-// malformed XML throws the parser's error out of the constructor.
+// The effect's "config.xml". Each top-level element is a key, and its text is the value.
+// Threads: only the constructor changes the object.
 class Config {
 public:
-    explicit Config(void* module); // the module is not used
+    // Reads the file. The module has no effect. Throws rapidxml::parse_error when the XML is malformed.
+    explicit Config(void* module);
     ~Config();
 
-    // The value of a key, white space kept; empty when there is no such element. Names compare byte for byte.
+    // Returns the value of a key with its white space, or an empty text when there is no such element. Keys
+    // are compared byte for byte.
     std::string GetString(const std::wstring& key) const;
 
 private:

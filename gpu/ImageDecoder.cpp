@@ -3,7 +3,8 @@
 #include <limits>
 #include <string_view>
 
-// The decoder is compiled into this file only, under internal names: other libraries carry their own copy.
+// The decoder is compiled into this file only and with internal linkage, because other libraries in the
+// process may have a copy of their own.
 #define STB_IMAGE_STATIC
 #define STB_IMAGE_IMPLEMENTATION
 #define STBI_NO_STDIO
@@ -30,8 +31,10 @@ void DecodedImage::Deleter::operator()(void* memory) const {
 
 DecodedImage DecodeImage(const std::vector<unsigned char>& file) {
     DecodedImage image;
-    if (file.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+    if (file.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+        image.errorText = "the file is larger than 2 GiB";
         return image;
+    }
     const int size = static_cast<int>(file.size());
     int width = 0, height = 0, channels = 0;
     if (IsRadiance(file)) {
@@ -41,9 +44,11 @@ DecodedImage DecodeImage(const std::vector<unsigned char>& file) {
         image.depth = 8;
         image.pixels.reset(stbi_load_from_memory(file.data(), size, &width, &height, &channels, s_Channels));
     }
-    if (image.pixels) {
-        image.width = static_cast<unsigned>(width);
-        image.height = static_cast<unsigned>(height);
+    if (!image.pixels) {
+        image.errorText = stbi_failure_reason();
+        return image;
     }
+    image.width = static_cast<unsigned>(width);
+    image.height = static_cast<unsigned>(height);
     return image;
 }

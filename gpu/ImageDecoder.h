@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
-// A decoded picture: red, green, blue, alpha, tightly packed rows, first row on top.
+// A decoded picture of red, green, blue and straight alpha. Rows are not padded; the first one is the top
+// row.
 struct DecodedImage {
     struct Deleter {
         void operator()(void* pixels) const;
@@ -13,7 +15,8 @@ struct DecodedImage {
     unsigned height = 0;
     unsigned depth = 0;                    // bits per channel: 8, or 32 (float) for Radiance HDR
     std::unique_ptr<void, Deleter> pixels; // null when decoding failed
+    std::string errorText;                 // why it failed
 };
 
-// Any thread.
+// Decodes the bytes of an image file. May be called from any thread.
 DecodedImage DecodeImage(const std::vector<unsigned char>& file);

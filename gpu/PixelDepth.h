@@ -2,22 +2,26 @@
 
 #include <cstddef>
 
-// Depths are bits per channel: 8, 16 and 32 (float); hosts also say 15 for 16.
+// Depths of pixels, in bits per channel. Textures, render targets and surfaces store 8, 16 or 32 (float)
+// bits. Hosts use 15 for 16, and every other number, which a script may pass, counts as 8.
 namespace PixelDepth {
 
-// The depth from which sizes are computed.
-constexpr unsigned ForSizes(unsigned depth) {
-    return depth == 15 ? 16 : depth;
+constexpr unsigned Stored(unsigned depth) {
+    return depth == 15 || depth == 16 ? 16 : depth == 32 ? 32 : 8;
 }
 
-// At least 1, so that sizes may be divided by it.
-constexpr unsigned BytesPerChannel(unsigned depth) {
-    return ForSizes(depth) < 8 ? 1 : ForSizes(depth) / 8;
+constexpr std::size_t BytesPerChannel(unsigned depth) {
+    return Stored(depth) / 8;
 }
 
-// Bytes of a tightly packed row of four channels.
+// Pixels have four channels.
+constexpr std::size_t BytesPerPixel(unsigned depth) {
+    return 4 * BytesPerChannel(depth);
+}
+
+// Size of a row without padding.
 constexpr std::size_t RowBytes(unsigned width, unsigned depth) {
-    return std::size_t(width) * ForSizes(depth) / 2;
+    return width * BytesPerPixel(depth);
 }
 
 } // namespace PixelDepth

@@ -32,7 +32,8 @@ void Surface::grabPixels(const void* pixels, unsigned width, unsigned height, un
 const unsigned char* Surface::pixels() const {
     if (m_ExternalPixels)
         return m_ExternalPixels;
-    return m_Pixels.size() >= m_Height * m_Stride ? m_Pixels.data() : nullptr;
+    const bool isWhole = m_Stride == 0 || m_Pixels.size() / m_Stride >= m_Height;
+    return isWhole ? m_Pixels.data() : nullptr;
 }
 
 unsigned char* Surface::pixels() {

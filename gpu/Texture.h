@@ -7,11 +7,13 @@
 
 class Surface;
 
-// One GL texture of four channels. Pixels reach shaders in the stored order alpha, red, green, blue; the
-// first row uploaded lies at t = 0.
+// One GL texture of four channels. Shaders read the channels in the order alpha, red, green, blue. The first
+// row uploaded is at t = 0.
 //
-// Owns its GL name: release() and the destructor delete it. Everything but the plain getters needs the
-// engine's GL context current. Depths are bits per channel: 8, 16 or 32 (float); 15 counts as 16.
+// Owns its GL name, which release() and the destructor delete. All functions but the plain getters need the
+// engine's GL context to be current. Depths are bits per channel; see PixelDepth.h. Width and height are from
+// 1 to GLLimits::MaxTextureSize(); a texture of another size, or one that OpenGL has no memory for, has no
+// pixels and an error text.
 class Texture {
 public:
     // Handles of textures carry this type tag.
@@ -23,25 +25,33 @@ public:
     Texture& operator=(const Texture&) = delete;
     virtual ~Texture();
 
-    // Makes the GL texture without content, replacing what was there. Always true.
+    // Makes a GL texture with undefined content, which replaces an earlier one. False, with no GL name and an
+    // error text, when OpenGL cannot store the size.
     virtual bool init(unsigned width, unsigned height, unsigned depth, bool argbOrder);
+    // Deletes the GL texture. The pixel copy is kept.
     virtual void release();
+    // Deletes the GL objects and the pixel copy. The object stays as it was before its first init, which can
+    // be called again.
+    void freeStorage();
 
-    // Replaces size and content, and resets filters to linear and wrapping to repeat.
-    // pixels: height rows, stride bytes apart (any distance, negative too), each at least width * 4 channels;
-    // null makes an empty texture and leaves the pixel copy as it was. argbOrder: the rows hold alpha, red,
-    // green, blue; otherwise red, green, blue, alpha. expand16: 16-bit channels run from 0 to 32768 and are
-    // brought to 0..65534.
+    // Replaces size and content, and resets filters to linear and wrapping to repeat. Does nothing without a
+    // GL name. When OpenGL cannot store the size, the texture keeps its name, becomes 0 x 0 pixels and gets
+    // an error text. pixels: `height` rows, `stride` bytes apart, which may be negative. Null makes the
+    // content undefined and leaves the pixel copy as it was. argbOrder: pixels are alpha, red, green, blue;
+    // otherwise red, green, blue, alpha. expand16: 16-bit channels range from 0 to 32768 and are expanded to
+    // 0..65534.
     void grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
                     bool argbOrder, bool expand16);
-    // Uploads a surface, with flip its last row first.
+    // Uploads a surface; with flip, its last row becomes the first.
     void grabSurface(const Surface& surface, bool flip);
 
-    // Decodes an image file of the effect (what stb_image reads: PNG, JPEG, GIF, Radiance HDR and more).
-    // UTF-8 path. False, and nothing changed but the file name, when it is missing or cannot be decoded.
+    // Decodes an image file of the effect (PNG, JPEG, GIF, Radiance HDR and the other formats of stb_image)
+    // and uploads it. The path is UTF-8. False, with an error text, when the file is missing, cannot be
+    // decoded or is larger than OpenGL can store; in the first two cases size and content stay as they were.
     bool load(const std::string& path);
 
-    // glTexParameteri; the next upload resets filters and wrapping.
+    // Calls glTexParameteri; the next upload resets filters and wrapping. Names and values that OpenGL does
+    // not know are ignored.
     void setParameter(unsigned pname, unsigned value);
 
     unsigned id() const { return m_Texture; } // GL name; 0 when there is none
@@ -50,27 +60,38 @@ public:
     unsigned depth() const { return m_Depth; }       // as given, so 15 stays 15
     std::int64_t stride() const { return m_Stride; } // bytes per row of the last upload; 0 after init
     bool argbOrder() const { return m_ArgbOrder; }
+    bool hasStorage() const { return m_Texture != 0 && m_Width != 0 && m_Height != 0; }
     const std::string& fileName() const { return m_FileName; }
-    // The last pixels uploaded, stride() bytes a row; expanded ones as they were expanded. Needs the GL
-    // context: most uploads are copied only when somebody asks, from the GL texture.
+    // Why the last init, upload or load failed; empty when it succeeded.
+    const std::string& errorText() const { return m_ErrorText; }
+    // The pixels of the last upload, stride() bytes a row; expanded if they were expanded. Needs the GL
+    // context, because most uploads are copied from the GL texture when the copy is first asked for.
     const std::vector<unsigned char>& pixelCopy() const;
 
     // The GL type of one channel in memory.
     static unsigned getGLType(unsigned depth);
 
-    static Texture invalid; // what failed look-ups return; its GL name is 0
+    static Texture invalid; // returned by failed look-ups; its GL name is 0
 
 protected:
-    // For textures that are also drawn into, whose GL content does not stay what was uploaded.
+    // For textures that are also drawn into, so that their GL content does not stay what was uploaded.
     void copyEveryUpload() { m_CopyAtOnce = true; }
+    // Sets the error text of a texture that cannot be used.
+    void fail(const std::string& text) { m_ErrorText = text; }
 
 private:
-    bool canCopyLater(unsigned width, unsigned height, unsigned depth, long stride) const;
+    bool canCopyLater(unsigned width, unsigned depth, long stride) const;
     void copyPixels(const void* pixels, unsigned height, long stride);
     void expandPixels(const void* pixels, unsigned width, unsigned height, long stride);
     void fetchPixelCopy() const;
+    void upload(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
+                bool argbOrder, bool expand16);
+    bool allocate(const void* pixels, unsigned width, unsigned height, unsigned depth);
+    void setSampling(bool argbOrder);
+    void dropPixels();
 
     std::string m_FileName;
+    std::string m_ErrorText;
     unsigned m_Texture = 0;
     unsigned m_Width = 0;
     unsigned m_Height = 0;
@@ -79,5 +100,5 @@ private:
     bool m_ArgbOrder = false;
     mutable std::vector<unsigned char> m_PixelCopy;
     mutable bool m_CopyPending = false; // the copy is still to be fetched from GL
-    mutable bool m_CopyAtOnce = false;  // somebody reads the copies, so do not leave them to GL
+    mutable bool m_CopyAtOnce = false;  // copies are made at every upload
 };

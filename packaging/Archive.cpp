@@ -9,7 +9,7 @@ namespace fxhost {
 namespace {
 
 constexpr zip_uint64_t s_MostUnpacked = zip_uint64_t{1} << 30;
-constexpr std::size_t s_SmallestZip = 22;    // the record at the end
+constexpr std::size_t s_SmallestZip = 22;    // end of central directory record
 constexpr zip_uint16_t s_FirstDosDay = 0x21; // 1980-01-01
 
 struct Discard {
@@ -36,7 +36,7 @@ Bytes ReadEntry(zip_t* archive, zip_uint64_t index, zip_uint64_t size) {
             throw std::runtime_error("an entry is cut short or damaged");
         done += static_cast<zip_uint64_t>(got);
     }
-    // The read at the end is where the checksum is compared.
+    // libzip compares the checksum when it reads at the end of the entry.
     unsigned char beyond = 0;
     if (zip_fread(file.get(), &beyond, 1) != 0)
         throw std::runtime_error("an entry is damaged");
@@ -71,7 +71,7 @@ Bytes ReadSource(zip_source_t* source) {
 } // namespace
 
 FileMap ReadZip(const Bytes& archiveBytes) {
-    if (archiveBytes.size() < s_SmallestZip) // libzip takes nothing at all for an empty archive
+    if (archiveBytes.size() < s_SmallestZip) // libzip reads zero bytes as an empty archive
         throw std::runtime_error("too short");
     zip_error_t error;
     zip_error_init(&error);

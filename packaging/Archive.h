@@ -10,11 +10,11 @@ using Bytes = std::vector<unsigned char>;
 // An effect's files by name.
 using FileMap = std::map<std::string, Bytes>;
 
-// Every file of a zip archive in memory. Throws std::runtime_error with the reason when it is none, is
-// damaged or would unpack to more than 1 GiB.
+// Unpacks a zip archive in memory. Throws std::runtime_error with the reason when the bytes are not a zip
+// archive, are damaged or would unpack to more than 1 GiB.
 FileMap ReadZip(const Bytes& archive);
 
-// A zip archive of these files. Equal files give equal bytes: names are sorted, times fixed.
+// Makes a zip archive. Equal files give equal bytes: names are sorted and time stamps are constant.
 Bytes WriteZip(const FileMap& files);
 
 } // namespace fxhost

@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "packaging/InfoPlist.h"
-#include "packaging/Packing.h"
+#include "packaging/Package.h"
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 
@@ -41,11 +41,12 @@ fs::path RequireTarget(const BundleParts& parts) {
     if (bundle.extension() != s_Extension || bundle.stem().empty())
         throw WrongUse("--output " + parts.bundle + ": a name that ends in .plugin was expected");
     if (fs::exists(bundle) && !parts.replace)
-        throw WrongUse("--output " + parts.bundle + ": is there already; --force replaces it");
+        throw WrongUse("--output " + parts.bundle + ": already exists; --force replaces it");
     return bundle;
 }
 
-// The text of a top-level element of config.xml, as the plug-in reads it; empty without one.
+// The text of a top-level element of config.xml, as the plug-in reads it; empty when there is no such
+// element.
 std::string ConfigValue(const FileMap& files, const std::string& key) {
     const auto config = files.find("config.xml");
     if (config == files.end())
@@ -81,7 +82,7 @@ const char* ModuleFolder() {
 fs::path WriteBundle(const BundleParts& parts) {
     const fs::path bundle = RequireTarget(parts);
     const std::string name = bundle.stem();
-    const Packing packing = CollectPackage(parts.effect);
+    const PackageContents packing = CollectPackage(parts.effect);
     for (const Diagnostic& finding : packing.findings)
         std::fprintf(stderr, "%s\n", ToText(finding).c_str());
     if (!packing.findings.empty())

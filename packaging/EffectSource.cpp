@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "packaging/Packing.h"
+#include "packaging/Package.h"
 #include "toolkit/Errors.h"
 #include "utils/Utils.h"
 
@@ -15,10 +15,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr wchar_t s_PackageSuffix[] = L"//blob.dat"; // how the engine asks for the package
+constexpr wchar_t s_PackageSuffix[] =
+    L"//blob.dat"; // end of the path under which the engine opens the package
 constexpr char s_BundlePackage[] = "Contents/Resources/blob.dat";
 
-// What the engine's readers see; they are plain functions.
+// State for the reading callbacks of the engine, which are plain functions.
 struct Selected {
     fs::path folder;
     Bytes package;
@@ -28,7 +29,7 @@ Selected s_Selected;
 
 std::wstring PathInFolder(const std::wstring& name) {
     if (name.ends_with(s_PackageSuffix))
-        return L""; // a loose effect: there is nothing to open
+        return L""; // a folder: there is no package to open
     const std::string narrow = Utils::ToNarrow(name);
     const fs::path path = s_Selected.folder / fs::path(narrow).relative_path();
     std::error_code ignored;
@@ -40,7 +41,7 @@ std::wstring PathInFolder(const std::wstring& name) {
     return Utils::ToWide(path.string());
 }
 
-// Serves the package once, to the reader that opens it and then serves all files itself.
+// Returns the package to the reader that opens it; that reader then returns all files.
 Bytes PackageBytes(const std::wstring& name) {
     return name.ends_with(s_PackageSuffix) ? s_Selected.package : Bytes();
 }
@@ -89,17 +90,17 @@ EffectSource EffectSource::Open(const std::string& path) {
             throw WrongUse(file + ": the package holds no fx.js, so it is no effect");
     }
     if (!source.Has("config.xml"))
-        throw EffectFailure(source.Shown("config.xml"), "not found; every effect needs one");
+        throw EffectFailure(source.DisplayPath("config.xml"), "not found; every effect needs one");
     return source;
 }
 
-std::string EffectSource::Shown(const std::string& file) const {
+std::string EffectSource::DisplayPath(const std::string& file) const {
     return (fs::path(m_Path) / fs::path(file).relative_path()).string();
 }
 
 std::optional<std::string> EffectSource::ReadText(const std::string& name) const {
     if (!m_IsPackage) {
-        const auto bytes = ReadFileBytes(Shown(name));
+        const auto bytes = ReadFileBytes(DisplayPath(name));
         return bytes ? std::optional(std::string(bytes->begin(), bytes->end())) : std::nullopt;
     }
     const std::string wanted = FoldCase(BaseName(name));

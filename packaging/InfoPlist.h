@@ -4,18 +4,18 @@
 
 namespace fxhost {
 
-// What Info.plist tells about a bundle.
+// The entries of Info.plist that differ between bundles.
 struct BundleInfo {
     std::string executable; // the module's file name
-    std::string name;       // shown
+    std::string name;       // display name
     std::string identifier; // reverse domain name
     std::string version;    // "1.2.3"
 };
 
-// The text of Info.plist for a plug-in of the editing programs.
+// The text of Info.plist for a plug-in.
 std::string InfoPlist(const BundleInfo& info);
 
-// A bundle identifier made from a name: letters, digits and hyphens.
+// Derives a bundle identifier from a name; it consists of letters, digits and hyphens.
 std::string IdentifierOf(const std::string& name);
 
 } // namespace fxhost

@@ -7,7 +7,7 @@ namespace fxhost {
 namespace {
 
 constexpr std::uint16_t s_ResourceNumber = 16000;
-constexpr std::uint32_t s_DataStart = 256; // header and the space reserved behind it
+constexpr std::uint32_t s_DataStart = 256; // size of the header and of the reserved space after it
 constexpr std::uint16_t s_MapHead = 28;    // bytes of the map before its type list
 constexpr std::uint16_t s_ApiVersion[2] = {13, 28};
 

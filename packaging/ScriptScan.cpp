@@ -14,7 +14,7 @@ struct Call {
     int line = 0;
 };
 
-// Group 1 is the function, group 3 the name, group 4 what follows it.
+// Group 1 is the function, group 3 the name, group 4 the character after the name.
 const std::regex& CallPattern() {
     static const std::regex pattern(
         R"re((?:SV_|S\.V\.)(initShader|initTexture)\s*\(\s*(["'])([^"'\\\n]*)\2\s*([),]))re",
@@ -74,7 +74,7 @@ std::string WithoutComments(const std::string& script) {
 std::vector<FileReference> FindFileReferences(const std::string& script) {
     std::vector<FileReference> found;
     for (const Call& call : Calls(script))
-        if (!call.isShader || !call.hasMore) // a shader's second argument is its source text
+        if (!call.isShader || !call.hasMore) // the second argument of initShader is the source text
             found.push_back({call.name + (call.isShader ? ".frag" : ""), call.line});
     return found;
 }
@@ -97,7 +97,7 @@ int LineOfString(const std::string& script, const std::string& content) {
 int LineOfWord(const std::string& script, const std::string& word) {
     const std::string text = WithoutComments(script);
     auto at = text.find(word);
-    if (at == std::string::npos) // then a comment mentions it
+    if (at == std::string::npos) // only comments contain it
         at = script.find(word);
     return at == std::string::npos ? 0 : LineAt(script, at);
 }

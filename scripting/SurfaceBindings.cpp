@@ -1,7 +1,8 @@
-#include <cstring>
 #include <vector>
 
+#include "gpu/ChannelOrder.h"
 #include "gpu/PixelDepth.h"
+#include "gpu/TargetReadback.h"
 #include "imagelib/Convert.h"
 #include "imagelib/Quantize.h"
 #include "scripting/Bindings.h"
@@ -18,22 +19,11 @@ ScriptResult InitSurface(std::int32_t width, std::int32_t height, std::int32_t d
 
 // The row at t = 0 comes first, as in the pixel copy of a texture.
 void FillFromTarget(Surface& surface, RenderTarget& target) {
-    if (const void* const pixels = target.grabBegin()) {
-        const auto rowBytes = static_cast<long>(PixelDepth::RowBytes(target.width(), target.depth()));
-        surface.grabPixels(pixels, target.width(), target.height(), target.depth(), rowBytes, true, true);
-        target.grabEnd(const_cast<void*>(pixels));
-    }
-}
-
-// Reorders tightly packed pixels from red, green, blue, alpha to alpha, red, green, blue.
-void PutAlphaFirst(std::vector<unsigned char>& pixels, std::size_t channelBytes) {
-    unsigned char alpha[4];
-    for (std::size_t at = 0; at + 4 * channelBytes <= pixels.size(); at += 4 * channelBytes) {
-        unsigned char* const pixel = &pixels[at];
-        std::memcpy(alpha, pixel + 3 * channelBytes, channelBytes);
-        std::memmove(pixel + channelBytes, pixel, 3 * channelBytes);
-        std::memcpy(pixel, alpha, channelBytes);
-    }
+    const TargetReadback readback(target);
+    if (readback.pixels())
+        surface.grabPixels(readback.pixels(), target.width(), target.height(), target.depth(),
+                           static_cast<long>(PixelDepth::RowBytes(target.width(), target.depth())), true,
+                           true);
 }
 
 // The surface gets a copy, as the script may release or refill the texture while it uses the surface.
@@ -51,7 +41,8 @@ void FillFromTexture(Surface& surface, const Texture& texture) {
         return;
     }
     std::vector<unsigned char> reordered = kept; // of a decoded image, whose rows are tightly packed
-    PutAlphaFirst(reordered, PixelDepth::BytesPerChannel(texture.depth()));
+    PutAlphaFirst(reordered.data(), reordered.size() / PixelDepth::BytesPerPixel(texture.depth()),
+                  PixelDepth::BytesPerChannel(texture.depth()));
     grab(reordered.data());
 }
 

@@ -2,12 +2,12 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
-#include "drivers/FrameSteps.h"
+#include "drivers/StageTimer.h"
 #include "guard/Stage.h"
 #include "tool/Commands.h"
+#include "tool/EngineSession.h"
 #include "tool/FrameOptions.h"
 #include "tool/GuardOptions.h"
-#include "tool/Session.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -16,7 +16,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr unsigned s_WarmUp = 5; // frames before anything is measured
+constexpr unsigned s_WarmUp = 5; // frames that are rendered before the measurement
 
 struct BenchOptions {
     FrameOptions frame;
@@ -30,7 +30,7 @@ struct Row {
     Spread spread;
 };
 
-std::vector<Row> Rows(const FrameStepTimer& timer) {
+std::vector<Row> Rows(const StageTimer& timer) {
     std::vector<Row> rows;
     for (const Stage stage : TimedStages)
         rows.push_back({TimedStageName(stage), SpreadOf(timer.times(stage))});
@@ -59,9 +59,9 @@ void PrintJson(const std::vector<Row>& rows, const Picture& input, unsigned fram
 
 int Bench(const BenchOptions& options) {
     Picture input = InputLayer(options.frame);
-    EffectSession session(options.frame.effect);
+    EngineSession session(options.frame.effect);
     FrameInputs request = MakeFrameInputs(options.frame, std::move(input), session.driver().parameters());
-    FrameStepTimer timer;
+    StageTimer timer;
     session.driver().onStage([&](Stage stage) { timer.begin(stage); });
     for (unsigned frame = 0; frame < s_WarmUp + options.frames; ++frame) {
         if (frame == s_WarmUp)
@@ -79,7 +79,7 @@ int Bench(const BenchOptions& options) {
 
 Command AddBench(CLI::App& tool) {
     const auto options = std::make_shared<BenchOptions>();
-    CLI::App* app = tool.add_subcommand("bench", "Measure where an effect's time goes");
+    CLI::App* app = tool.add_subcommand("bench", "Measure the time of each step of a frame");
     AddFrameOptions(*app, options->frame)->required();
     app->add_option("-n,--frames", options->frames, "Frames to measure")
         ->check(CLI::Range(1u, 1000000u))

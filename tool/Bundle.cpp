@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "packaging/InfoPlist.h"
-#include "packaging/Packing.h"
+#include "packaging/Package.h"
 #include "packaging/Pipl.h"
 #include "stricthost/StrictHost.h"
 #include "tool/Commands.h"
@@ -22,7 +22,7 @@ struct BundleOptions {
     bool pipl = false;
 };
 
-// What the module in the bundle answers at global set-up is what its property list must say.
+// The property list must contain the version and flags that the module returns from global setup.
 void AddPropertyList(const std::filesystem::path& bundle) {
     PiplInfo info;
     info.name = bundle.stem();
@@ -58,13 +58,15 @@ Command AddBundle(CLI::App& tool) {
     CLI::App* app =
         tool.add_subcommand("bundle", "Make a plug-in bundle from an effect folder, without a compiler");
     app->add_option("FOLDER", parts.effect, "Folder that holds fx.js")->required();
-    app->add_option("-o,--output", parts.bundle, "Bundle to make")->required()->type_name("DIR/NAME.plugin");
+    app->add_option("-o,--output", parts.bundle, "Bundle to create")
+        ->required()
+        ->type_name("DIR/NAME.plugin");
     app->add_option("--module", parts.module,
-                    "Built plug-in module; the one that came with this tool if not given")
+                    "Plug-in module; the one that is installed with this tool by default")
         ->type_name("FILE");
-    app->add_flag("--force", parts.replace, "Replace a bundle that is there");
+    app->add_flag("--force", parts.replace, "Replace an existing bundle");
     app->add_flag("--pipl", options->pipl,
-                  "Add the property list that After Effects on macOS reads first; starts the module once");
+                  "Add the property list for After Effects on macOS; this starts the module once");
     app->footer("Examples:\n  fxhost bundle effects/blur -o Blur.plugin\n"
                 "  fxhost render --plugin Blur.plugin -i in.png -o out.png");
     return {app, [options] { return MakeBundle(*options); }};

@@ -4,8 +4,8 @@
 #include <memory>
 #include <sstream>
 
+#include "check/DiagnosticJson.h"
 #include "check/EffectCheck.h"
-#include "check/FindingJson.h"
 #include "tool/Commands.h"
 #include "tool/GuardOptions.h"
 #include "toolkit/Errors.h"
@@ -28,11 +28,11 @@ struct Outcome {
     int status = ExitOk;
 };
 
-// A file without a name that parent and child share: the child may end at any moment, and what it has found
-// so far is kept.
-class Findings {
+// A temporary file that parent and child process share. It keeps the diagnostics that the child has written,
+// even when the child is killed.
+class DiagnosticFile {
 public:
-    Findings() : m_File(std::tmpfile()) {
+    DiagnosticFile() : m_File(std::tmpfile()) {
         if (!m_File)
             throw EffectFailure(std::string("no temporary file can be made: ") + std::strerror(errno));
     }
@@ -48,7 +48,7 @@ public:
         for (int c = std::fgetc(m_File.get()); c != EOF; c = std::fgetc(m_File.get()))
             text += static_cast<char>(c);
         std::vector<Diagnostic> findings;
-        std::istringstream lines(text.substr(0, text.rfind('\n') + 1)); // the last may be cut off
+        std::istringstream lines(text.substr(0, text.rfind('\n') + 1)); // the last line may be incomplete
         for (std::string line; std::getline(lines, line);)
             findings.push_back(FromJson(Json::parse(line)));
         return findings;
@@ -61,7 +61,7 @@ private:
     std::unique_ptr<std::FILE, Close> m_File;
 };
 
-int CheckInChild(const std::string& effect, Findings& findings) {
+int CheckInChild(const std::string& effect, DiagnosticFile& findings) {
     const auto fail = [&](const std::string& file, const std::string& text, int status) {
         findings.add({file.empty() ? effect : file, 0, Severity::Error, text, {}});
         return status;
@@ -76,23 +76,22 @@ int CheckInChild(const std::string& effect, Findings& findings) {
     }
 }
 
-// One effect in a process, since a package stays open in it; and a guarded one.
+// Runs each effect in a process of its own, because the engine keeps a package open. The process is guarded.
 Outcome CheckOne(const std::string& effect, const CheckOptions& options) {
-    Findings findings;
+    DiagnosticFile findings;
     Outcome outcome;
     outcome.status = RunGuarded(options.limits, effect, [&] { return CheckInChild(effect, findings); });
     outcome.findings = findings.readAll();
     if (outcome.status == ExitRanAway)
-        outcome.findings.push_back(
-            {effect,
-             0,
-             Severity::Error,
-             "did not come to its end; the guard's message tells the frame and the stage",
-             {}});
+        outcome.findings.push_back({effect,
+                                    0,
+                                    Severity::Error,
+                                    "the check was stopped; the message above names the frame and the stage",
+                                    {}});
     return outcome;
 }
 
-// Findings count towards the status unless the effect did not even run.
+// Diagnostics affect the status only when the effect ran.
 int StatusOf(const Outcome& outcome, bool strict) {
     int status = outcome.status;
     for (const Diagnostic& finding : outcome.findings)
@@ -131,13 +130,13 @@ int Check(const CheckOptions& options) {
 Command AddCheck(CLI::App& tool) {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App* app =
-        tool.add_subcommand("check", "Find mistakes in effects, also those that the engine passes over");
+        tool.add_subcommand("check", "Find mistakes in effects, including those that the engine ignores");
     app->add_option("EFFECT", options->effects, "Folders that hold fx.js, or package files")->required();
     app->add_flag("--json", options->json, "Print JSON, for editors and continuous integration");
-    app->add_flag("--strict", options->strict, "Let warnings count as errors");
+    app->add_flag("--strict", options->strict, "Treat warnings as errors");
     AddGuardOptions(*app, options->limits);
     app->footer(
-        "Exit status: 0 no errors; 1 errors; 2 wrong use; 4 an effect crashed or did not come to an end.\n\n"
+        "Exit status: 1 when an effect has errors; with --strict also when it has warnings.\n\n"
         "Examples:\n  fxhost check effects/blur effects/glow\n  fxhost check --strict --json blob.dat");
     return {app, [options] { return Check(*options); }};
 }

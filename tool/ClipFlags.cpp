@@ -6,25 +6,27 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
     const auto text = [&](const char* name, std::string& value, const char* type, const char* help) {
         command.add_option(name, value, help)->type_name(type)->group("Clips");
     };
-    text("--frames", options.frames, "FIRST-LAST[xSTEP]",
-         "Frames to render: 1-240, 1-240x2, 7; all frames of the input otherwise. Videos begin with frame 1");
+    text(
+        "--frames", options.frames, "FIRST-LAST[xSTEP]",
+        "Frames to render: 1-240, 1-240x2, 7; all frames of the input by default. Videos begin with frame 1");
     text("--fps", options.fps, "RATE",
-         "Frames per second: 25, 29.97, 30000/1001; a video's own rate or 24 otherwise");
+         "Frames per second: 25, 29.97, 30000/1001; the rate of the input video, or 24, by default");
     command
         .add_option("--zero-frame", options.zeroFrame,
-                    "Number of the frame at time 0; the first frame of the input otherwise, 1 without input")
+                    "Number of the frame at time 0; the first frame of the input, or 1, by default")
         ->type_name("NUMBER")
         ->group("Clips");
     text("--keys", options.keys, "FILE.json",
-         R"(Keyframes: {"Amount": {"0": 0, "1s": 100}}, with times in frames or seconds)");
-    command.add_flag("--resume", options.resume, "Continue an interrupted run")->group("Clips");
+         R"(Keyframes: {"Amount": {"0": 0, "1s": 100}}, times in frames or seconds)");
+    command.add_flag("--resume", options.resume, "Continue a run that was interrupted")->group("Clips");
     text("--shard", options.shard, "K/N",
-         "Render every Nth frame, starting with the Kth: the share of one of N machines");
+         "Render every Nth frame beginning with the Kth, to distribute a clip over N machines");
     text("--raw", options.raw, "WxH", "Size of the raw RGBA frames that --input - reads");
-    text("--codec", options.codec, "NAME", "FFmpeg's encoder for the output; chosen by the extension otherwise");
-    text("--pixel-format", options.pixelFormat, "NAME", "FFmpeg's pixel format for the output");
-    text("--codec-options", options.codecOptions, "TEXT", "More arguments for the encoder: \"-crf 12\"");
-    command.add_flag("--quiet", options.quiet, "Do not show progress")->group("Clips");
+    text("--codec", options.codec, "NAME",
+         "FFmpeg encoder for the output; chosen by its extension by default");
+    text("--pixel-format", options.pixelFormat, "NAME", "FFmpeg pixel format for the output");
+    text("--codec-options", options.codecOptions, "TEXT", "Further arguments for the encoder: \"-crf 12\"");
+    command.add_flag("--quiet", options.quiet, "Do not print progress")->group("Clips");
 }
 
 } // namespace fxhost

@@ -5,8 +5,7 @@
 
 namespace fxhost {
 
-// A subcommand of the tool, added to the parser. `run` gives the exit status and may throw WrongUse or
-// EffectFailure.
+// A subcommand of the tool. `run` returns the exit status and may throw WrongUse or EffectFailure.
 struct Command {
     CLI::App* app = nullptr;
     std::function<int()> run;

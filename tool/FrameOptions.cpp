@@ -13,18 +13,19 @@ CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options) {
     command.add_option("-i,--input", options.input, "Picture that the effect is applied to")
         ->type_name("IMAGE");
     command
-        .add_option("-p,--param", options.parameters, "Set a parameter by its name or label; may be repeated")
+        .add_option("-p,--param", options.parameters,
+                    "Set a parameter, found by name or label; may be repeated")
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    command.add_option("-l,--layer", options.layers, "Give a layer parameter a picture; may be repeated")
+    command.add_option("-l,--layer", options.layers, "Set the picture of a layer parameter; may be repeated")
         ->type_name("NAME=IMAGE")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     command.add_option("-t,--time", options.time, "Time of the frame")->type_name("SECONDS");
     command
         .add_option("-d,--depth", options.depth,
-                    "Bits per channel, 32 being float; the input's own otherwise")
+                    "Bits per channel, 32 is float; the depth of the input by default")
         ->check(CLI::IsMember({8, 16, 32}))
         ->type_name("BITS");
     command.add_option("-s,--size", options.size, "Without --input: size of a transparent black layer")

@@ -9,7 +9,7 @@
 
 namespace fxhost {
 
-// What one frame is rendered from, as the user gives it.
+// The command-line options that describe one frame.
 struct FrameOptions {
     std::string effect, input, size;
     std::vector<std::string> parameters, layers;
@@ -17,24 +17,25 @@ struct FrameOptions {
     std::optional<unsigned> depth;
 };
 
-// Adds EFFECT, --input, --param, --layer, --time, --depth and --size. Gives EFFECT, for commands that require
-// it.
+// Adds EFFECT, --input, --param, --layer, --time, --depth and --size. Returns EFFECT, so that a command can
+// make it required.
 CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options);
 
 // Throws WrongUse unless exactly one of --input and --size is given.
 void RequireOneInput(const FrameOptions& options);
 
-// The input picture, or a transparent black layer of --size. Throws WrongUse as above, or for a bad picture.
+// Reads the input picture, or makes a transparent black layer of --size. Throws WrongUse as RequireOneInput
+// and ReadPicture do.
 Picture InputLayer(const FrameOptions& options);
 
-// The frame with its parameters and layers; `input` comes from InputLayer. Throws WrongUse.
+// Parses parameters and reads layers; `input` is the result of InputLayer. Throws WrongUse.
 FrameInputs MakeFrameInputs(const FrameOptions& options, Picture input,
                             const std::vector<Parameter>& parameters);
 
-// "WxH" as a transparent black layer. Throws WrongUse when it is none.
+// Makes a transparent black layer of size "WxH". Throws WrongUse when `size` is not of this form.
 Picture EmptyLayer(const std::string& size, unsigned depth);
 
-// The pictures of "NAME=IMAGE" options, at this depth. Throws WrongUse.
+// Reads the pictures of "NAME=IMAGE" options at this depth. Throws WrongUse.
 std::vector<LayerInput> ReadLayers(const std::vector<std::string>& assignments,
                                    const std::vector<Parameter>& parameters, unsigned depth);
 

@@ -44,18 +44,18 @@ bool IsBundle(const std::string& path) {
 void AddHostOptions(CLI::App& command, HostOptions& options) {
     command
         .add_option("--host", options.host,
-                    "Program to play: After Effects with smart render or without, Premiere Pro")
+                    "Program to emulate: After Effects with or without smart render, or Premiere Pro")
         ->check(CLI::IsMember(s_Hosts))
         ->capture_default_str()
         ->type_name("ae|ae-plain|premiere");
-    command.add_option("--downsample", options.downsample, "Preview resolution: the layer is reduced first")
+    command.add_option("--downsample", options.downsample, "Preview resolution: scale the layer down first")
         ->capture_default_str()
         ->type_name("1/N");
-    command.add_option("--pixel-aspect", options.pixelAspect, "Width of a pixel by its height")
+    command.add_option("--pixel-aspect", options.pixelAspect, "Width of a pixel divided by its height")
         ->check(CLI::Range(0.01, 100.0))
         ->capture_default_str()
         ->type_name("RATIO");
-    command.add_option("--plugin", options.plugin, "Load this bundle as a host does, instead of EFFECT")
+    command.add_option("--plugin", options.plugin, "Bundle to load as a host does, instead of EFFECT")
         ->type_name("NAME.plugin");
 }
 

@@ -7,7 +7,7 @@
 
 namespace fxhost {
 
-// How the tool plays the editing program, as the user gives it.
+// The command-line options for the emulation of an editing program.
 struct HostOptions {
     std::string host = "ae";
     std::string downsample = "1/1";
@@ -18,8 +18,8 @@ struct HostOptions {
 // Adds --host, --downsample, --pixel-aspect and --plugin.
 void AddHostOptions(CLI::App& command, HostOptions& options);
 
-// The settings for an effect, which may be a bundle itself. Throws WrongUse unless exactly one of EFFECT and
-// --plugin is given.
+// Converts the options for this effect, which may be a bundle itself. Throws WrongUse unless exactly one of
+// EFFECT and --plugin is given.
 HostSettings ToHostSettings(const HostOptions& options, const std::string& effect);
 
 } // namespace fxhost

@@ -3,22 +3,22 @@
 #include <optional>
 
 #include "drivers/HostDriver.h"
-#include "tool/Session.h"
+#include "tool/EffectReporter.h"
 
 namespace fxhost {
 
-// One effect in the tool's host. The errors of an effect that runs in the tool's own plug-in go to standard
-// error as they come; a bundle keeps its own to itself, as it ships.
+// One effect in the emulated host. Errors of an effect folder or package are printed to standard error when
+// they occur. A bundle contains the module that is shipped, which does not report errors.
 class HostSession {
 public:
     // Throws WrongUse or EffectFailure when there is nothing to run.
     HostSession(const HostSettings& settings, const std::string& effect);
 
     HostDriver& driver() { return *m_Driver; }
-    // Prints what the script did wrong since the last call.
+    // Prints the script errors since the last call.
     void reportScript();
-    // Prints all that is left to say of the effect, ends the plug-in and prints what it did against the
-    // host's rules. Once, at the end. Gives the exit status.
+    // Prints the remaining errors, shuts down the plug-in and prints its violations of the protocol. Returns
+    // the exit status. Call it once, after the last frame.
     int finish();
 
 private:

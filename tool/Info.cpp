@@ -4,7 +4,7 @@
 
 #include "parameters/ParameterTraits.h"
 #include "tool/Commands.h"
-#include "tool/Session.h"
+#include "tool/EngineSession.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -102,7 +102,7 @@ void PrintText(const EffectInfo& info, const std::vector<Parameter>& parameters)
 }
 
 int Info(const InfoOptions& options) {
-    EffectSession session(options.effect);
+    EngineSession session(options.effect);
     session.driver().updateUI();
     const auto parameters = session.driver().parameters();
     (options.json ? PrintJson : PrintText)(session.driver().info(), parameters);

@@ -2,8 +2,8 @@
 #include <filesystem>
 #include <memory>
 
-#include "packaging/Packing.h"
-#include "packaging/Template.h"
+#include "packaging/EffectTemplate.h"
+#include "packaging/Package.h"
 #include "tool/Commands.h"
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
@@ -23,13 +23,13 @@ int New(const std::string& folder) {
     if (name.empty() || name == "." || name == ".." || !printable)
         throw WrongUse("new " + folder + ": the name of a folder to make was expected");
     if (fs::exists(path))
-        throw WrongUse(folder + ": is there already; choose another name");
+        throw WrongUse(folder + ": already exists; choose another name");
     std::error_code error;
     if (!fs::create_directories(path, error))
         throw EffectFailure(folder, "the folder cannot be made: " + error.message());
     for (const auto& [file, bytes] : TemplateEffect(name))
         WriteFileAtomically(path / file, std::as_bytes(std::span(bytes)));
-    std::printf("Made %s. Try it: fxhost render %s -i IMAGE -o out.png\n", path.c_str(), path.c_str());
+    std::printf("Created %s. Try it: fxhost render %s -i IMAGE -o out.png\n", path.c_str(), path.c_str());
     return ExitOk;
 }
 
@@ -37,8 +37,9 @@ int New(const std::string& folder) {
 
 Command AddNew(CLI::App& tool) {
     const auto folder = std::make_shared<std::string>();
-    CLI::App* app = tool.add_subcommand("new", "Make an effect folder to start from");
-    app->add_option("NAME", *folder, "Folder to make; its last part becomes the effect's name")->required();
+    CLI::App* app = tool.add_subcommand("new", "Create an effect folder from a template");
+    app->add_option("NAME", *folder, "Folder to create; its last component becomes the name of the effect")
+        ->required();
     app->footer("Example:\n  fxhost new effects/Dusk");
     return {app, [folder] { return New(*folder); }};
 }

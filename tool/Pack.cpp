@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "packaging/EffectSource.h"
-#include "packaging/Packing.h"
+#include "packaging/Package.h"
 #include "tool/Commands.h"
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
@@ -21,7 +21,7 @@ struct PackOptions {
 int Pack(const PackOptions& options) {
     if (fs::is_directory(options.to))
         throw WrongUse(options.to + ": is a folder; a file name such as blob.dat was expected");
-    const Packing packing = CollectPackage(options.from);
+    const PackageContents packing = CollectPackage(options.from);
     for (const Diagnostic& finding : packing.findings)
         std::fprintf(stderr, "%s\n", ToText(finding).c_str());
     if (!packing.findings.empty())
@@ -35,8 +35,8 @@ int Unpack(const PackOptions& options) {
     const Package package = ReadPackage(options.from);
     const fs::path folder(options.to);
     if (fs::exists(folder) && !(fs::is_directory(folder) && fs::is_empty(folder)))
-        throw WrongUse(options.to + ": is there already; a new or empty folder was expected");
-    // Packages come from anywhere: nothing may be written outside the folder.
+        throw WrongUse(options.to + ": already exists; a new or empty folder was expected");
+    // Packages may come from untrusted sources: no file may be written outside the folder.
     for (const auto& [name, bytes] : package.files)
         if (BaseName(name) != name || name.empty() || name == "." || name == "..")
             throw WrongUse(options.from + ": entry \"" + name +
@@ -55,7 +55,7 @@ int Unpack(const PackOptions& options) {
 Command AddPack(CLI::App& tool) {
     const auto options = std::make_shared<PackOptions>();
     CLI::App* app =
-        tool.add_subcommand("pack", "Make the package that a plug-in ships from an effect folder");
+        tool.add_subcommand("pack", "Make a package, as shipped in a plug-in, from an effect folder");
     app->add_option("FOLDER", options->from, "Folder that holds fx.js")->required();
     app->add_option("-o,--output", options->to, "Package to write")->required()->type_name("FILE");
     app->footer("Hidden files and packages in the folder are left out; equal folders give equal packages.\n\n"
@@ -65,7 +65,7 @@ Command AddPack(CLI::App& tool) {
 
 Command AddUnpack(CLI::App& tool) {
     const auto options = std::make_shared<PackOptions>();
-    CLI::App* app = tool.add_subcommand("unpack", "Put a package's files into a folder");
+    CLI::App* app = tool.add_subcommand("unpack", "Extract the files of a package into a folder");
     app->add_option("PACKAGE", options->from, "Package file")->required();
     app->add_option("-o,--output", options->to, "Folder to make")->required()->type_name("FOLDER");
     app->footer("Example:\n  fxhost unpack blob.dat -o blur");

@@ -44,7 +44,7 @@ int RenderPicture(const RenderOptions& options) {
     return session.finish();
 }
 
-// Everything that decides what frames look like: a run that is resumed must have the same.
+// Everything that affects the pixels of a frame. A run with --resume must have the same identity.
 std::vector<std::string> Identity(const RenderOptions& options) {
     std::ostringstream aspect;
     aspect << options.host.pixelAspect;
@@ -94,12 +94,12 @@ Command AddRender(CLI::App& tool) {
     CLI::App* app = tool.add_subcommand("render", "Render a picture or a clip through an effect");
     AddFrameOptions(*app, options->frame);
     app->get_option("--input")->type_name("FILE")->description(
-        "Picture that the effect is applied to; for clips numbered ones (in_%04d.exr, in_####.exr), a video, "
-        "or - for raw frames");
-    app->get_option("--param")->description(
-        "Set a parameter by its name or label, or its keys (TIME:VALUE, ...); may be repeated");
+        "Picture that the effect is applied to; for clips a numbered sequence (in_%04d.exr, in_####.exr), a "
+        "video, or - for raw frames");
+    app->get_option("--param")->description("Set a parameter, found by name or label, to a value or to "
+                                            "keyframes (TIME:VALUE, ...); may be repeated");
     app->add_option("-o,--output", options->output,
-                    "Picture to write, the ending chooses the format; for clips out_####.png, a video, or -")
+                    "Picture to write, in the format of its extension; for clips out_####.png, a video, or -")
         ->required()
         ->type_name("FILE");
     AddClipOptions(*app, options->clip);

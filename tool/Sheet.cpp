@@ -26,7 +26,8 @@ struct SheetOptions {
     GuardLimits limits;
 };
 
-// The first variation runs across the sheet, the second, if there is one, down.
+// Renders the values of the first variation from left to right, and those of an optional second one from top
+// to bottom.
 std::vector<SheetCell> RenderCells(FrameRenderer& renderer, const FrameInputs& base,
                                    const std::vector<Variation>& variations) {
     const Variation& across = variations.front();
@@ -72,12 +73,13 @@ int Sheet(const SheetOptions& options) {
 
 Command AddSheet(CLI::App& tool) {
     const auto options = std::make_shared<SheetOptions>();
-    CLI::App* app = tool.add_subcommand("sheet", "Show what a parameter does, on a labelled contact sheet");
+    CLI::App* app =
+        tool.add_subcommand("sheet", "Render a labelled contact sheet of the values of a parameter");
     AddFrameOptions(*app, options->frame);
     app->add_option(
            "-v,--vary", options->variations,
-           "Values of a parameter, across the sheet; a second parameter's go down. Points and colours "
-           "stand between semicolons")
+           "Values of a parameter, from left to right; a second --vary goes from top to bottom. Separate "
+           "points and colours by semicolons")
         ->required()
         ->type_name("NAME=V1,V2,...")
         ->expected(1)

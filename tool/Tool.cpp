@@ -1,9 +1,10 @@
 #include "tool/Tool.h"
 
+#include <string>
 #include <vector>
 
-#include "guard/Memory.h"
 #include "guard/ErrorReport.h"
+#include "guard/Memory.h"
 #include "tool/Commands.h"
 #include "toolkit/Errors.h"
 
@@ -14,6 +15,15 @@ namespace {
 using AddCommand = Command (*)(CLI::App&);
 constexpr AddCommand s_Commands[] = {AddRender, AddInfo,  AddCheck, AddNew, AddPack,      AddUnpack,
                                      AddBundle, AddSheet, AddBench, AddMan, AddCompletion};
+
+std::string ExitStatusText() {
+    std::string text = "Exit status:\n";
+    for (const auto& [status, meaning] : ExitStatusTable) {
+        const std::string number = std::to_string(status);
+        text += "  " + number + std::string(5 - number.size(), ' ') + meaning + "\n";
+    }
+    return text + "\n";
+}
 
 int RunChosen(const std::vector<Command>& commands) {
     for (const Command& command : commands)
@@ -29,8 +39,7 @@ int RunTool(int argc, char** argv) {
     CLI::App tool("Runs shader effects from the command line.", "fxhost");
     tool.set_version_flag("--version", std::string("fxhost ") + FX_VERSION);
     tool.require_subcommand(1);
-    tool.footer("Exit status: 0 done; 1 the effect failed; 2 wrong use; 4 the effect crashed or hung.\n"
-                "`fxhost COMMAND --help` tells a command's options, with examples.");
+    tool.footer(ExitStatusText() + "`fxhost COMMAND --help` lists the options of a command, with examples.");
     std::vector<Command> commands;
     for (const AddCommand add : s_Commands)
         commands.push_back(add(tool));

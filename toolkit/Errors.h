@@ -5,30 +5,45 @@
 
 namespace fxhost {
 
-// What the tool's process ends with.
+// Exit status of the tool's process. ExitStatusTable() describes each one for the user.
 enum ExitStatus : int {
     ExitOk = 0,
-    ExitEffectFailed = 1, // script or shader error, file that the effect lacks, no GL, picture not written
-    ExitWrongUse = 2,     // options or input files that make no sense
-    ExitHostRules = 3,    // the plug-in broke the rules of its host
-    ExitRanAway = 4,      // out of time or memory, or crashed, in a guarded process
-    ExitStopped = 130,    // the user stopped it
+    ExitEffectFailed = 1,
+    ExitWrongUse = 2,
+    ExitHostRules = 3,
+    ExitRanAway = 4,
+    ExitStopped = 130,
 };
 
-// Thrown for what the user got wrong; the text names the option and what was expected. Ends in ExitWrongUse.
+struct ExitStatusDescription {
+    ExitStatus status;
+    const char* meaning; // continues the sentence "Exit status N: ..."
+};
+inline constexpr ExitStatusDescription ExitStatusTable[] = {
+    {ExitOk, "success"},
+    {ExitEffectFailed,
+     "the effect failed: script or shader error, missing file, no OpenGL, output not written"},
+    {ExitWrongUse, "wrong use: invalid options or unreadable input files"},
+    {ExitHostRules, "the plug-in broke a rule of the host's protocol"},
+    {ExitRanAway, "the effect exceeded its time or memory limit, or crashed"},
+    {ExitStopped, "interrupted by the user"},
+};
+
+// A mistake in the command line or in an input file. The text names the option and what was expected. The
+// process ends with ExitWrongUse.
 class WrongUse : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// Thrown when the effect or its surroundings fail. Ends in ExitEffectFailed.
+// A failure of the effect or of its environment. The process ends with ExitEffectFailed.
 class EffectFailure : public std::runtime_error {
 public:
     explicit EffectFailure(const std::string& text) : std::runtime_error(text), m_Text(text) {}
     EffectFailure(const std::string& file, const std::string& text)
         : std::runtime_error(file + ": error: " + text), m_File(file), m_Text(text) {}
 
-    const std::string& file() const { return m_File; } // that is to blame; may be empty
+    const std::string& file() const { return m_File; } // the file that caused it; may be empty
     const std::string& text() const { return m_Text; }
 
 private:

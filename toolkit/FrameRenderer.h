@@ -9,28 +9,28 @@
 namespace fxhost {
 
 struct LayerInput {
-    unsigned index = 0; // of the layer parameter
+    unsigned index = 0; // index of the layer parameter in the list of parameters
     Picture picture;
 };
 
 // Everything that one frame is rendered from.
 struct FrameInputs {
-    Picture input;                          // its depth is the frame's
+    Picture input;                          // the input layer; its depth is the depth of the frame
     double time = 0;                        // seconds
-    std::vector<ParameterSetting> settings; // parameters that are not named keep their defaults
-    std::vector<LayerInput> layers;         // layers that are not named stay empty
+    std::vector<ParameterSetting> settings; // parameters that are not listed keep their defaults
+    std::vector<LayerInput> layers;         // layers that are not listed stay empty
 };
 
-// Renders frames of one effect; what stands between the tool and the engine. One thread.
+// Renders frames of one effect. All calls come from one thread.
 class FrameRenderer {
 public:
     virtual ~FrameRenderer() = default;
 
-    // The effect's parameters in its own order, with their values at creation.
+    // The effect's parameters in the order of declaration, with their values at creation.
     virtual std::vector<Parameter> parameters() = 0;
 
-    // One frame, of the size that the effect asks for. When shaders do not compile, the picture is the one
-    // that the host would show. Throws EffectFailure when there is no picture at all.
+    // Renders one frame of the size that the effect asks for. When a shader does not compile, the picture
+    // shows the error text, as in the host. Throws EffectFailure when there is no picture.
     virtual Picture render(const FrameInputs& request) = 0;
 };
 

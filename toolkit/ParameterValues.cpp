@@ -90,7 +90,7 @@ Parameter::Value ParseSwitch(const std::string& text, const Parameter& parameter
     return value;
 }
 
-// The entry's text wins, so that a pop-up of numbers can be named by what it shows.
+// The text of an entry takes precedence over its number, so that entries such as "4" can be selected by text.
 Parameter::Value ParseChoice(const std::string& text, const Parameter& parameter) {
     const auto choices = Choices(parameter);
     const auto entry = std::find(choices.begin(), choices.end(), text);

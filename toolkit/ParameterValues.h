@@ -7,43 +7,43 @@
 
 namespace fxhost {
 
-// A value for one parameter, named by its index in the effect's list.
+// A value for one parameter.
 struct ParameterSetting {
-    unsigned index = 0;
+    unsigned index = 0; // in the effect's list of parameters
     Parameter::Value value;
 };
 
-// "NAME=VALUE" split at the first "="; both parts may be empty. Throws WrongUse without a "=".
+// Splits "NAME=VALUE" at the first "="; both parts may be empty. Throws WrongUse when there is no "=".
 struct NamedText {
     std::string name;
     std::string text;
 };
 NamedText SplitAssignment(const std::string& option, const std::string& assignment);
 
-// The index of the parameter that the script calls `name`, else of the one whose label it is. Parameters that
-// the host shows no control for are not found. Throws WrongUse that lists what exists; `option` opens the
-// text.
+// Finds a parameter by the name that the script uses, or otherwise by its label, and returns its index.
+// Parameters without a control in the host are not found. Throws WrongUse with the list of parameters; its
+// text begins with `option`.
 unsigned FindParameter(const std::string& option, const std::string& name,
                        const std::vector<Parameter>& parameters);
 
-// Reads "NAME=VALUE": a number (sliders, within their range; angles in degrees), comma-separated numbers
-// (points in pixels, colours as red, green, blue and perhaps alpha, 1 being full), on or off, or for a pop-up
-// its number from 1 or the entry's text. Throws WrongUse that says which shape was expected.
+// Parses "NAME=VALUE". VALUE is a number (sliders, within their range; angles in degrees), comma-separated
+// numbers (points in pixels, colours as red, green, blue and perhaps alpha, 1 being full), on or off, or for
+// a pop-up its number from 1 or the entry's text. Throws WrongUse with the form that was expected.
 ParameterSetting ParseSetting(const std::string& assignment, const std::vector<Parameter>& parameters);
 
-// The same for a parameter that is already known and the bare text of the value.
+// Parses the text of a value for this parameter, in the same forms.
 Parameter::Value ParseValue(const std::string& text, const Parameter& parameter);
 
 // The entries of a pop-up.
 std::vector<std::string> Choices(const Parameter& parameter);
 
-// The numbers that a host starts a slider, angle, point or colour with, which is not always what the script
-// declared: colours are bytes there (here 0 to 1 again), 2-D points percent of the layer, and the z of 3-D
-// points is their y. Empty for other types.
+// The initial value of a slider, angle, point or colour in a host. It can differ from the default that the
+// script declares: hosts read colours as bytes (returned here as 0 to 1) and 2-D points as percent of the
+// layer, and they take y for z in 3-D points. Empty for other types.
 std::vector<double> HostDefault(const Parameter& parameter);
 
-// The same as text, points with "%", switches as on or off, pop-ups as the entry's number; empty for types
-// without a value.
+// The same as text: points with "%", check boxes as on or off, pop-ups as the number of the entry; empty for
+// types without a value.
 std::string DefaultText(const Parameter& parameter);
 
 } // namespace fxhost

@@ -7,7 +7,7 @@ namespace fxhost {
 
 namespace {
 
-// Channel types: how a stored value becomes a number that is 1 at full scale, and back.
+// Channel types: each converts a stored value to a number that is 1 at full scale, and back.
 template <class T, int FullScale>
 struct IntegerChannel {
     using Type = T;
@@ -36,14 +36,14 @@ typename To::Type Convert(typename From::Type value) {
         return To::FromUnit(From::ToUnit(value));
 }
 
-// Where each of A, R, G, B comes from in a file pixel; -1 means opaque.
+// Index of the file channel that supplies each of A, R, G, B; -1 means opaque.
 std::array<int, 4> Sources(const FilePixels& file) {
     std::array<int, 4> sources{file.alpha, -1, -1, -1};
     unsigned found = 0;
     for (int channel = 0; channel < static_cast<int>(file.channels) && found < 3; ++channel)
         if (channel != file.alpha)
             sources[++found] = channel;
-    if (found < 3) // grey, or grey with something that is no third colour
+    if (found < 3) // grey, or grey with one extra channel
         sources[2] = sources[3] = sources[1];
     return sources;
 }

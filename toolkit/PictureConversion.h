@@ -4,8 +4,8 @@
 
 namespace fxhost {
 
-// A picture as files keep it: any number of interleaved channels, first row on top, 0..255, 0..65535 or
-// float.
+// Pixels in the layout of picture files: any number of interleaved channels, first row on top, ranges 0..255,
+// 0..65535 or float.
 struct FilePixels {
     unsigned width = 0;
     unsigned height = 0;
@@ -15,12 +15,12 @@ struct FilePixels {
     std::vector<std::uint8_t> bytes;
 };
 
-// The host's picture for file pixels, at the depth asked for. Grey is spread over the three colours, missing
-// alpha is opaque, a fourth colour is dropped. Integers are rounded, out-of-range floats clamped when an
-// integer depth is asked for; nothing is multiplied by alpha.
+// Converts file pixels to the host's layout at `depth` bits per channel. Grey is copied to all three colours,
+// missing alpha becomes opaque, and channels after the third colour are dropped. Integers are rounded to
+// nearest; floats are clamped when `depth` is an integer depth. Alpha stays straight.
 Picture ToPicture(const FilePixels& file, unsigned depth);
 
-// The same picture as RGBA, or as RGB without alpha, at the picture's depth.
+// Converts back to RGBA, or to RGB without alpha, at the depth of the picture.
 FilePixels ToFilePixels(const Picture& picture, bool withAlpha);
 
 } // namespace fxhost

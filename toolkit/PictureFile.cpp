@@ -48,8 +48,8 @@ void Write(const std::string& name, const Picture& picture) {
     OIIO::ImageSpec spec(static_cast<int>(file.width), static_cast<int>(file.height),
                          static_cast<int>(file.channels), type);
     spec.attribute("oiio:UnassociatedAlpha", 1);
-    // Not every format's writer notices a full disk, so the bytes are written here where that is possible,
-    // and looked at once more where it is not.
+    // Some format writers do not report a full disk. Where the format allows it, the file is encoded in
+    // memory and written here; otherwise the finished file is read back.
     std::vector<unsigned char> bytes;
     OIIO::Filesystem::IOVecOutput memory(bytes);
     const bool inMemory = output->supports("ioproxy") && output->set_ioproxy(&memory);

@@ -7,17 +7,17 @@
 
 namespace fxhost {
 
-// Reads a picture file at `depth` bits per channel, or at the file's own depth (8, 16, else float). Colours
-// and alpha come as the file has them: no colour management, straight alpha stays straight.
-// Throws WrongUse naming the file and why it cannot be read.
+// Reads a picture file at `depth` bits per channel, or at the depth of the file (8, 16, otherwise float).
+// Values are not colour managed, and straight alpha stays straight. Throws WrongUse with the file and the
+// reason.
 Picture ReadPicture(const std::string& path, std::optional<unsigned> depth);
 
-// Writes a picture; the file name's ending chooses the format. Depths stay where the format has them: PNG
-// and TIFF keep 8 and 16 bits, EXR and TIFF keep float. The file appears under its name only when it is
-// whole. Throws EffectFailure naming the file and why it cannot be written.
+// Writes a picture in the format of the file name's extension. The depth is kept where the format supports
+// it: PNG and TIFF have 8 and 16 bits, EXR and TIFF have float. The file appears under its name only when it
+// is complete. Throws EffectFailure with the file and the reason.
 void WritePicture(const std::string& path, const Picture& picture);
 
-// Throws WrongUse when no picture can be written under this name: unknown ending, or no such folder.
+// Throws WrongUse when no picture can be written under this name: unknown extension, or missing folder.
 void RequireWritable(const std::string& path);
 
 } // namespace fxhost

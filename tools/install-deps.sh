@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Installs what building, testing and running needs. Does nothing, and needs no network, when all is there.
+#   --checks   installs the formatter and the static analyser, too, which ./test runs
 set -euo pipefail
 
-# Debian and Ubuntu package | Homebrew formula ("-" where macOS brings it)
-packages="
+# Debian and Ubuntu package | Homebrew formula ("-" where macOS brings it or the step is left out)
+base="
 g++                   | -
 cmake                 | cmake
 ninja-build           | ninja
@@ -27,6 +28,21 @@ ffmpeg                | ffmpeg
 procps                | -
 python3               | -
 "
+checks="
+clang-format          | clang-format
+clang-tidy            | -
+"
+
+packages=$base
+for option in "$@"; do
+    case $option in
+    --checks) packages+=$checks ;;
+    *)
+        echo "install-deps.sh: unknown option $option; --checks was expected" >&2
+        exit 2
+        ;;
+    esac
+done
 
 column() { awk -F'|' -v n="$1" 'NF == 2 { gsub(/[ \t]/, "", $n); if ($n != "-") print $n }' <<<"$packages" | sort -u; }
 

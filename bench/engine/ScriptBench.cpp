@@ -1,5 +1,6 @@
-// One draw() callback with 40 parameters and 20 native calls through the engine's script host, beside the
-// bare interpreter that evaluates the same text with functions that do nothing, and collects.
+// Times one draw() callback with 40 parameters and 20 native calls in the engine's script host. The baseline
+// is the bare interpreter, which evaluates the same text with native functions that do nothing and then
+// collects garbage as well.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <duktape.h>
@@ -60,7 +61,8 @@ void Draw(benchmark::State& state) {
     Scripting& engine = Scripting::Instance();
     engine.Init();
     engine.Execute(script.c_str());
-    // The bare side has the same names registered and the same prelude, so both collect the same heap.
+    // The baseline has the same native names and the same prelude, so that both collect garbage on equal
+    // heaps.
     BareInterpreter bare(script);
     Pairs pairs;
     for (auto _ : state)

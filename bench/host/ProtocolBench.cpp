@@ -1,6 +1,6 @@
-// What the command protocol costs: the time that a frame spends inside the plug-in's entry
-// point, beside the same frame through the engine's interface with the rows copied out. Frames of the two
-// sides are taken in turn; the ratio is protocol to engine.
+// Cost of the command protocol: the time that a frame spends inside the plug-in's entry point, compared with
+// the same frame through the engine's interface with the rows copied out. Frames of the two sides alternate,
+// and the ratio is protocol to engine.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstring>
@@ -43,7 +43,7 @@ void ServeEffect() {
     };
 }
 
-// The same frame without a host: what any caller of the engine must do.
+// The same frame without a host: the least that any caller of the engine must do.
 class EngineAlone {
 public:
     EngineAlone() : m_Engine(*GetPlugin()), m_Sequence(m_Engine.initSequenceData()) {}
@@ -51,7 +51,7 @@ public:
     EngineAlone(const EngineAlone&) = delete;
     EngineAlone& operator=(const EngineAlone&) = delete;
 
-    // output: room for the tightly packed picture.
+    // output: memory for the tightly packed picture.
     void Render(fxhost::Picture& input, std::uint8_t* output) {
         const unsigned depth = input.depth;
         const std::size_t rowBytes = input.RowBytes();
@@ -89,8 +89,8 @@ void Protocol(benchmark::State& state) {
     const auto depth = static_cast<unsigned>(state.range(0));
     ServeEffect();
     stricthost::Options options;
-    // The host's own work is not what is measured: no checks, and plain render, where the host makes its
-    // worlds before it calls the plug-in.
+    // The host's own work must not be measured, so it makes no checks, and it renders without smart render,
+    // where it creates its worlds before it calls the plug-in.
     options.checkPixels = false;
     options.personality = stricthost::Personality::AfterEffectsPlain;
     options.currentContext = []() -> void* { return CGLGetCurrentContext(); };

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Serves this text as the effect's config.xml.
+// The text that the effect's config.xml has.
 std::string s_Xml;
 
 class ConfigTest : public testing::Test {
@@ -19,17 +19,17 @@ protected:
     ~ConfigTest() override { Utils::ReadWholeTextFileCallback = nullptr; }
 };
 
-TEST_F(ConfigTest, TopLevelElementsAreTheKeys) {
+TEST_F(ConfigTest, OnlyTopLevelElementsAreKeys) {
     s_Xml = "<?xml version=\"1.0\"?><!-- c --><FXNAME a=\"1\"> A &amp; B\n</FXNAME>"
             "<group><ABOUT>hidden</ABOUT></group><FLAGS>12abc</FLAGS><FXNAMES>x</FXNAMES>";
     const Config config(nullptr);
     EXPECT_EQ(config.GetString(L"FXNAME"), " A & B\n");
     EXPECT_EQ(config.GetString(L"FLAGS"), "12abc");
-    for (const wchar_t* const absent : {L"flags", L"FXNAM", L"ABOUT"}) // nested elements are no keys
+    for (const wchar_t* const absent : {L"flags", L"FXNAM", L"ABOUT"}) // nested elements are not keys
         EXPECT_EQ(config.GetString(absent), "");
 }
 
-TEST_F(ConfigTest, MalformedXmlEndsTheSetUpWithAnException) {
+TEST_F(ConfigTest, MalformedXmlThrowsAndLeavesTheEngineUnusable) {
     for (const char* const xml : {"popa", "<FLAGS>", "<a", "<FLAGS>1"}) {
         s_Xml = xml;
         EXPECT_ANY_THROW(Config(nullptr)) << xml;

@@ -1,18 +1,17 @@
 #include "context/Context.h"
-#include "scripting/Scripting.h"
 #include "tests/support/EffectTester.h"
 
 namespace {
 
 class FacadeGLTest : public EffectTester {};
 
-TEST_F(FacadeGLTest, TheConfigurationIsPackedAndParsed) {
+TEST_F(FacadeGLTest, VersionFlagsAndTextsAreReadFromTheConfiguration) {
     Start({{"fx.js", ""},
            {"config.xml",
             "<FXNAME>Glow</FXNAME><MAJOR_VERSION>65</MAJOR_VERSION><MINOR_VERSION>258</MINOR_VERSION>"
             "<BUILD_VERSION>65538</BUILD_VERSION><STAGE_VERSION>6</STAGE_VERSION><FLAGS>12abc</FLAGS>"
             "<FLAGS2>x</FLAGS2><PRIVNUM>-1</PRIVNUM><ABOUT>A</ABOUT><AGEP_ID>I</AGEP_ID>"}});
-    EXPECT_EQ(Engine().getVersion(), 1u | 2u << 6 | 2u << 14 | 2u << 30) << "each cut to its width";
+    EXPECT_EQ(Engine().getVersion(), 1u | 2u << 6 | 2u << 14 | 2u << 30) << "each number is cut to its width";
     EXPECT_EQ(Engine().getFlags(), 12u);
     EXPECT_EQ(Engine().getFlags2(), 0u);
     EXPECT_EQ(Engine().getPrivNum(), 0xFFFFFFFFu);
@@ -23,26 +22,31 @@ TEST_F(FacadeGLTest, TheConfigurationIsPackedAndParsed) {
     for (const auto& [given, stored] :
          {std::pair{0.005f, 1.0f}, {5.0f, 1.0f}, {4.0f, 4.0f}, {0.01f, 0.01f}, {-1.0f, 1.0f}}) {
         Engine().setCompositionSize(3, 4, given);
-        EXPECT_EQ(Context::Current().CompositionScale(), stored) << "pixel aspects out of range become one";
+        EXPECT_EQ(Context::Current().CompositionScale(), stored)
+            << "pixel aspect ratios out of range become 1";
     }
 }
 
-TEST_F(FacadeGLTest, TheOutputSizeIsTheScriptsOrTheInputs) {
-    Start({{"fx.js", "function setup() {} function draw() {}\nfunction preRender(w, h, one) {\n"
-                     "  if (w > 100) SV_setOutputExtent(w * 2, w > 500 ? one - 1 : h * 3); }"}});
+TEST_F(FacadeGLTest, TheOutputHasTheSizeOfTheScriptOrElseOfTheInput) {
+    Start({{"fx.js", R"js(
+        function setup() {}
+        function draw() {}
+        function preRender(w, h, one) {
+            if (w > 100) SV_setOutputExtent(w * 2, w > 500 ? one - 1 : h * 3);
+        })js"}});
     unsigned w = 7, h = 8;
     const auto ask = [&](unsigned width, unsigned height) {
         Engine().preRender(width, height, w, h);
         return std::pair(w, h);
     };
-    EXPECT_EQ(ask(640, 360), std::pair(1280u, 360u)) << "0 leaves the input's";
+    EXPECT_EQ(ask(640, 360), std::pair(1280u, 360u)) << "0 selects the height of the input";
     EXPECT_EQ(ask(64, 36), std::pair(64u, 36u));
     EXPECT_EQ(ask(200, 100), std::pair(400u, 300u));
     ReleaseInstance(m_Instance);
-    EXPECT_EQ(ask(640, 360), std::pair(400u, 300u)) << "without an instance nothing is touched";
+    EXPECT_EQ(ask(640, 360), std::pair(400u, 300u)) << "without an instance the size is unchanged";
 }
 
-TEST_F(FacadeGLTest, InstancesKeepTheirValuesAndLayersAreNotSetFromOutside) {
+TEST_F(FacadeGLTest, InstancesKeepTheirValuesAndLayersIgnoreSetParam) {
     Start({{"fx.js",
             "function setup() { SV_initParam('x', SV_Type.FLOAT); SV_initParam('l', SV_Type.LAYER); }"}});
     void* const instances[] = {m_Instance, NewInstance()};
@@ -60,21 +64,22 @@ TEST_F(FacadeGLTest, InstancesKeepTheirValuesAndLayersAreNotSetFromOutside) {
     Engine().setSequenceData(instances[0]);
     EXPECT_EQ(Engine().getParam(0).value.Float(0), 1.0f);
     ReleaseInstance(instances[1]);
-    EXPECT_EQ(Context::Current().CreateSequence(), 2u) << "the second instance's place is free again";
+    EXPECT_EQ(Context::Current().CreateSequence(), 2u) << "the index of the second instance is free again";
 }
 
-TEST_F(FacadeGLTest, ABrokenShaderStopsDrawAndShowsItsErrors) {
-    Start({{"fx.js", OneShaderScript("var frames = 0;\n"
-                                     "function preRender() { if (frames++) SV_initShader('broken'); }")},
+TEST_F(FacadeGLTest, ABrokenShaderReplacesTheFrameByItsErrorText) {
+    Start({{"fx.js", OneShaderScript(R"js(
+        var frames = 0;
+        function preRender() { if (frames++) SV_initShader("broken"); })js")},
            {"pixel.frag", PixelShader("vec4(1.0, 0.0, 0.0, 1.0)")},
-           {"broken.frag", "void main() { gl_FragColor = oops; }"}});
-    Frame(TestPicture<std::uint8_t>(160, 64)); // red, and leaves its program behind
+           {"broken.frag", "void main() { gl_FragColor = undeclared; }"}});
+    Frame(TestPicture<std::uint8_t>(160, 64)); // a red frame, whose program stays in use
     auto output = Frame(TestPicture<std::uint8_t>(160, 64));
     const std::string text = Engine().getErrorText();
     EXPECT_EQ(text.substr(0, text.find('\n', 22)), "Shader \"/broken.frag\"\nShader compilation failed:");
     EXPECT_EQ(text.back(), '\n');
-    // White letters on nothing, in lines of 16 pixels: the shader's name, what went wrong, the driver's
-    // words.
+    // White letters on a transparent background, in lines of 16 pixels: the name of the shader, the kind of
+    // error, and the message of the driver.
     unsigned white[4] = {}, right[4] = {};
     for (unsigned y = 0; y < 64; ++y)
         for (unsigned x = 0; x < 160; ++x) {
@@ -86,21 +91,22 @@ TEST_F(FacadeGLTest, ABrokenShaderStopsDrawAndShowsItsErrors) {
         }
     for (const unsigned line : {0u, 1u, 2u})
         EXPECT_GT(white[line], 60u) << line;
-    EXPECT_LT(right[0] + 10, right[1]) << "21 letters above 26";
+    EXPECT_LT(right[0] + 10, right[1]) << "a line of 21 letters and one of 26";
 }
 
-TEST_F(FacadeGLTest, ScriptsThatThrowEverywhereStillGiveFrames) {
-    static std::vector<std::string> s_Where;
-    s_Where.clear();
-    Scripting::ErrorCallback = [](const ScriptError& error) { s_Where.push_back(error.evaluated); };
-    Start({{"fx.js", "function setup() { SV_initParam('x', SV_Type.FLOAT); throw 1; }\n"
-                     "function preRender() { throw 2; }\nfunction draw() { throw 3; }\n"
-                     "function updateUIFlags() { throw 4; }"}});
+TEST_F(FacadeGLTest, CallbacksThatThrowAreReportedAndFramesAreRendered) {
+    Start({{"fx.js", R"js(
+        function setup() { SV_initParam("x", SV_Type.FLOAT); throw 1; }
+        function preRender() { throw 2; }
+        function draw() { throw 3; }
+        function updateUIFlags() { throw 4; })js"}});
     Engine().preUIUpdate();
     Frame(TestPicture<std::uint16_t>(3, 3));
-    Scripting::ErrorCallback = nullptr;
     EXPECT_EQ(Engine().getNumParams(), 1u);
-    EXPECT_EQ(s_Where, (std::vector<std::string>{"fx.js", "updateUIFlags", "preRender", "draw"}));
+    std::vector<std::string> where;
+    for (const ScriptError& error : m_Log.Errors())
+        where.push_back(error.evaluated);
+    EXPECT_EQ(where, (std::vector<std::string>{"fx.js", "updateUIFlags", "preRender", "draw"}));
 }
 
 } // namespace

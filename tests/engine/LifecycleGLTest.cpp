@@ -10,7 +10,7 @@ namespace {
 
 class LifecycleGLTest : public EffectTester {
 protected:
-    // Textures, framebuffers, shaders and programs that exist in the engine's context.
+    // Number of textures, framebuffers, shaders and programs in the engine's context.
     int CountObjects() {
         const ContextKeeper keeper;
         EXPECT_TRUE(Engine().lockFrame());
@@ -22,17 +22,23 @@ protected:
     }
 };
 
-TEST_F(LifecycleGLTest, AResetupFreesEveryGlObjectOfTheOldScript) {
-    Start({{"fx.js", "function setup() { SV_initParam('l', SV_Type.LAYER); SV_initRenderTarget(4, 4, 16);\n"
-                     "  SV_initTexture('/absent.png'); SV_initTexture('/garbage.png');\n"
-                     "  SV_initShader('broken', 'nonsense'); SV_initShader('absent');\n"
-                     "  SV_initShader('fine', 'void main() { gl_FragColor = vec4(1.0); }'); }"},
+TEST_F(LifecycleGLTest, AResetupFreesEveryGLObjectOfTheOldScript) {
+    Start({{"fx.js", R"js(
+        function setup() {
+            SV_initParam("l", SV_Type.LAYER);
+            SV_initRenderTarget(4, 4, 16);
+            SV_initTexture("/absent.png");
+            SV_initTexture("/garbage.png");
+            SV_initShader("broken", "nonsense");
+            SV_initShader("absent");
+            SV_initShader("fine", "void main() { gl_FragColor = vec4(1.0); }");
+        })js"},
            {"garbage.png", "\x89PNG\r\n\x1a\nnothing behind it"}});
-    // The layer's texture, the target's and its framebuffer, three programs of two shaders each; failed loads
-    // leave nothing.
+    // The texture of the layer, the texture and the framebuffer of the target, and three programs of two
+    // shaders each. Images that cannot be loaded have no GL object.
     constexpr int made = 1 + 2 + 3 * 3;
     EXPECT_EQ(CountObjects(), made);
-    for (const unsigned size : {9u, 1u, 200u}) { // frames of every size reuse their target and texture
+    for (const unsigned size : {9u, 1u, 200u}) { // frames of every size use the same target and texture
         Frame(TestPicture<float>(size, size));
         Frame(TestPicture<std::uint8_t>(64, 32));
         EXPECT_EQ(CountObjects(), made + 3);
@@ -47,9 +53,9 @@ TEST_F(LifecycleGLTest, AResetupFreesEveryGlObjectOfTheOldScript) {
     EXPECT_EQ(CGLGetCurrentContext(), nullptr);
 }
 
-TEST_F(LifecycleGLTest, InstancesThatAResetupDroppedGiveNoFrames) {
+TEST_F(LifecycleGLTest, InstancesWithoutASequenceReturnNoFrame) {
     Start({{"fx.js", "function setup() {}"}});
-    void* const dropped = NewInstance(); // the new registry does not have its index
+    void* const dropped = NewInstance(); // its index does not exist in the new registry
     const ContextKeeper keeper;
     Engine().resetup();
     ASSERT_TRUE(Engine().lockFrame());
@@ -63,11 +69,12 @@ TEST_F(LifecycleGLTest, InstancesThatAResetupDroppedGiveNoFrames) {
     Engine().setSequenceData(NewInstance());
     Engine().grabIntoTexture(IPlugin::InputLayer, nullptr, 1, 1, 8, 4);
     Engine().grabIntoTexture(IPlugin::InputLayer, pixel, 1, 1, 8, 0);
-    EXPECT_EQ(Context::Current().CurrentSequence()->InputTextureHandle(), 0u) << "nothing to grab";
+    EXPECT_EQ(Context::Current().CurrentSequence()->InputTextureHandle(), 0u)
+        << "there were no pixels to upload";
     Engine().releaseFrame();
 }
 
-TEST_F(LifecycleGLTest, EightThreadsEachGetTheirOwnPicture) {
+TEST_F(LifecycleGLTest, EightThreadsEachGetTheFrameOfTheirInstance) {
     Start({{"fx.js", OneShaderScript()}, {"pixel.frag", PixelShader("vec4(c.rgb + amount, c.a)")}});
     std::atomic<int> wrong = 0;
     void* instances[8];

@@ -4,7 +4,7 @@
 
 #include "tests/support/EffectTester.h"
 
-// Whole frames through the engine, compared pixel by pixel with values worked out by the tests.
+// Compares whole frames pixel by pixel with values that the tests compute.
 class PictureTester : public EffectTester {
 protected:
     template <class Channel>
@@ -20,8 +20,8 @@ protected:
         return picture;
     }
 
-    // `expected(x, y, channel)` is given as the host counts: 16-bit results run to 65535 in the engine, and
-    // the adapter halves them, rounding the upper half up.
+    // `expected(x, y, channel)` is in the host's range. 16-bit results of the engine run to 65535; the
+    // adapter halves them and rounds the upper half up.
     template <class Channel, class Expected>
     static void Compare(TestPicture<Channel> output, double tolerance, Expected expected) {
         for (unsigned y = 0; y < output.height; ++y)
@@ -36,7 +36,7 @@ protected:
                 }
     }
 
-    // At every depth; the input's rows are `padding` pixels further apart than they are wide.
+    // Renders a frame at every depth. The row stride of the input is `padding` pixels more than its width.
     void ExpectFramesComeBack(unsigned width, unsigned height, unsigned padding) {
         const auto check = [&]<class Channel>(Channel, double tolerance) {
             auto input = Noise<Channel>(width, height);
@@ -45,6 +45,6 @@ protected:
         };
         check(std::uint8_t{}, 0.0);
         check(std::uint16_t{}, 0.0);
-        check(float{}, 4e-6); // filtering between texels leaves the last places off
+        check(float{}, 4e-6); // filtering between texels changes the last bits
     }
 };

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "gpu/GLLimits.h"
+#include "gpu/TargetReadback.h"
 #include "tests/gpu/GLFixture.h"
 
 namespace {
@@ -14,6 +16,14 @@ Box Viewport() {
     Box viewport{};
     glGetIntegerv(GL_VIEWPORT, viewport.data());
     return viewport;
+}
+
+bool IsPackBufferMapped() {
+    GLint isMapped = GL_TRUE;
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, 4863);
+    glGetBufferParameteriv(GL_PIXEL_PACK_BUFFER, GL_BUFFER_MAPPED, &isMapped);
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+    return isMapped == GL_TRUE;
 }
 
 class RenderTargetGLTest : public GLFixture {};
@@ -46,12 +56,91 @@ TEST_F(RenderTargetGLTest, ReadsBackTightRowsThroughTheFixedPackBuffer) {
         EXPECT_EQ(Viewport(), (Box{0, 0, 7, 3}));
         target.grabEnd(nullptr);
         EXPECT_EQ(State(GL_PIXEL_PACK_BUFFER_BINDING), 0);
-        GLint isMapped = GL_TRUE;
-        glBindBuffer(GL_PIXEL_PACK_BUFFER, 4863);
-        glGetBufferParameteriv(GL_PIXEL_PACK_BUFFER, GL_BUFFER_MAPPED, &isMapped);
-        glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
-        EXPECT_EQ(isMapped, GL_FALSE);
+        EXPECT_FALSE(IsPackBufferMapped());
     }
+}
+
+TEST_F(RenderTargetGLTest, DepthsThatDoNotExistAreReadBackAs8Bits) {
+    const std::vector<unsigned char> pixels = CountedBytes(3 * 2 * 4);
+    for (const int depth : {0, 1, 4, 7, 9, 10, 12, 24, 33, 64, -8, -32}) {
+        RenderTarget target;
+        ASSERT_TRUE(target.init(3, 2, static_cast<unsigned>(depth))) << depth;
+        target.grabPixels(pixels.data(), 3, 2, static_cast<unsigned>(depth), 12, true, false);
+        const TargetReadback readback(target);
+        ASSERT_NE(readback.pixels(), nullptr) << depth;
+        GLint bytes = 0;
+        glGetBufferParameteriv(GL_PIXEL_PACK_BUFFER, GL_BUFFER_SIZE, &bytes);
+        EXPECT_EQ(bytes, 3 * 2 * 4) << depth;
+        EXPECT_EQ(std::memcmp(readback.pixels(), pixels.data(), pixels.size()), 0) << depth;
+    }
+}
+
+TEST_F(RenderTargetGLTest, SizesThatOpenGLCannotStoreGiveNoGLObjects) {
+    const unsigned limit = GLLimits::MaxTextureSize();
+    const struct {
+        const char* name;
+        unsigned width, height;
+    } rows[] = {{"no width", 0, 4},
+                {"no height", 4, 0},
+                {"negative", static_cast<unsigned>(-4), 4},
+                {"too wide", limit + 1, 1},
+                {"too high", 1, limit + 1}};
+    for (const auto& row : rows) {
+        RenderTarget target;
+        EXPECT_FALSE(target.init(row.width, row.height, 8)) << row.name;
+        EXPECT_FALSE(target.usable()) << row.name;
+        EXPECT_NE(target.errorText().find(std::to_string(limit)), std::string::npos) << target.errorText();
+        EXPECT_EQ(CountObjects(), 0) << row.name;
+
+        ASSERT_TRUE(target.init(2, 2, 8));
+        target.grabPixels(nullptr, row.width, row.height, 8, 8, true, false);
+        EXPECT_FALSE(target.usable()) << row.name;
+        EXPECT_EQ(target.grabBegin(), nullptr) << row.name;
+        EXPECT_EQ(State(GL_PIXEL_PACK_BUFFER_BINDING), 0) << row.name;
+        target.grabPixels(nullptr, 3, 3, 8, 12, true, false);
+        EXPECT_TRUE(target.usable()) << "a possible size makes it usable again: " << row.name;
+        EXPECT_EQ(target.errorText(), "") << row.name;
+        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << row.name;
+    }
+}
+
+// Its size in bits is just above 2 to the power of 32.
+TEST_F(RenderTargetGLTest, MoreThan512MebibytesAreReadBackWhole) {
+    RenderTarget target;
+    if (!target.init(8192, 4097, 32))
+        GTEST_SKIP() << target.errorText();
+    target.set(nullptr);
+    glClearColor(0.25f, 0.5f, 0.75f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT);
+    const TargetReadback readback(target);
+    ASSERT_NE(readback.pixels(), nullptr);
+    const auto* const lastPixel = static_cast<const float*>(readback.pixels()) + (8192u * 4097u - 1) * 4;
+    EXPECT_EQ(std::vector<float>(lastPixel, lastPixel + 4), (std::vector<float>{0.25f, 0.5f, 0.75f, 1.0f}));
+}
+
+TEST_F(RenderTargetGLTest, AnExceptionDuringAReadBackLeavesNoPackBuffer) {
+    RenderTarget target;
+    target.init(2, 2, 8);
+    try {
+        const TargetReadback readback(target);
+        throw 1;
+    } catch (int) {
+    }
+    EXPECT_EQ(State(GL_PIXEL_PACK_BUFFER_BINDING), 0);
+    EXPECT_FALSE(IsPackBufferMapped());
+}
+
+TEST_F(RenderTargetGLTest, FreedStorageIsMadeAnewByInit) {
+    RenderTarget target;
+    target.init(2, 2, 8);
+    const std::vector<unsigned char> pixels = CountedBytes(16);
+    target.grabPixels(pixels.data(), 2, 2, 8, 8, true, false);
+    target.freeStorage();
+    EXPECT_EQ(CountObjects(), 0);
+    EXPECT_EQ(target.pixelCopy().capacity(), 0u);
+    EXPECT_FALSE(target.usable());
+    ASSERT_TRUE(target.init(3, 1, 8));
+    EXPECT_EQ(Stored(target), std::vector<float>(12, 0.0f));
 }
 
 TEST_F(RenderTargetGLTest, SetTakesARectangleOrTheWholeTarget) {

@@ -22,9 +22,8 @@ PF_Err RenderFrame(Instance& instance) {
     return Render(instance, Picture(2, 2, 8), request).error;
 }
 
-// Everything that a host does, with a parameter of each way to the engine and an earlier frame. Ends with the
-// first error.
-void LiveThrough(TestHost& host) {
+// Sends every kind of command, with parameters of several types and a feedback frame. Throws the first error.
+void RunLifeCycle(TestHost& host) {
     Engine().result.assign(16, 7);
     host.SetUp({Declared(Parameter::FLOAT), Declared(Parameter::COLOR), Declared(Parameter::LAYER)});
     host.strict.About();
@@ -40,7 +39,7 @@ void LiveThrough(TestHost& host) {
     instance.Duplicate().Delete();
 }
 
-// A life whose n-th call of the engine throws. False when it makes fewer calls.
+// Runs a life cycle in which the n-th call of the engine throws. Returns false when there are fewer calls.
 bool ThrowAt(Personality personality, std::size_t call, bool throwsInt) {
     TestHost host(personality, SetEarlierFrames);
     CGLContextObj atRelease = EngineContext;
@@ -48,31 +47,32 @@ bool ThrowAt(Personality personality, std::size_t call, bool throwsInt) {
     Engine().feedbackFrames = personality == Pr ? 0 : 1;
     Engine().throwAtCall = static_cast<int>(call);
     Engine().throwsInt = throwsInt;
-    const PF_Err err = ErrorOf([&] { LiveThrough(host); });
+    const PF_Err err = ErrorOf([&] { RunLifeCycle(host); });
     const bool thrown = Engine().calls.size() > call;
     const std::string at = thrown ? Engine().calls[call] : "no throw";
     EXPECT_EQ(err, !thrown ? 0 : throwsInt ? RecordingPlugin::Thrown : PF_Err_INVALID_CALLBACK) << at;
     EXPECT_EQ(Engine().lockBalance, 0) << at;
     EXPECT_EQ(CGLGetCurrentContext(), HostContext) << at;
-    EXPECT_EQ(atRelease, EngineContext) << at << ", the frame is released first";
-    std::thread other([] { // gets through only when the first thread let go of the mutex
+    EXPECT_EQ(atRelease, EngineContext)
+        << at << ": the frame must be released before the context is restored";
+    std::thread other([] { // returns only after the first thread has unlocked the mutex
         PF_InData in = {};
         PF_OutData out = {};
         EXPECT_EQ(EntryPointFunc(PF_Cmd_DO_DIALOG, &in, &out, nullptr, nullptr, nullptr), PF_Err_NONE);
     });
     other.join();
-    if (at.starts_with("releaseSequenceData")) // the host disposes of what could not be set down
+    if (at.starts_with("releaseSequenceData")) // the host disposes of data whose set-down failed
         host.allowed.insert("SEQUENCE_SETDOWN did not dispose of sequence_data");
-    if (at == "releaseFrame") // published before the last step failed
+    if (at == "releaseFrame") // the handle was published before the last step failed
         host.allowed.insert("a handle of 8 bytes made in FRAME_SETUP was never disposed of");
     Engine().onRelease = nullptr;
-    if (at == "unflatten") { // what was made for the new record goes again
+    if (at == "unflatten") { // the sequence of the new record is released again
         EXPECT_EQ(Engine().calls.at(call + 1), "releaseSequenceData " + Engine().calls[call - 1].substr(16));
     }
     return thrown;
 }
 
-TEST(ExceptionTest, EveryCallOfEveryCommandMayThrow) {
+TEST(ExceptionTest, AnExceptionFromAnyEngineCallBecomesAnErrorCodeAndRestoresEverything) {
     for (const auto personality : {AE, Plain, Pr})
         for (const bool throwsInt : {true, false}) {
             std::size_t calls = 0;
@@ -85,12 +85,12 @@ TEST(ExceptionTest, EveryCallOfEveryCommandMayThrow) {
 TEST(ExceptionTest, CommandsOfManyThreadsRunOneAtATime) {
     TestHost host(Pr, SetEarlierFrames);
     CGLSetCurrentContext(nullptr); // as on the other threads
-    LiveThrough(host);
+    RunLifeCycle(host);
     std::atomic<int> inside = 0, most = 0;
     Engine().calls.clear();
     Engine().onLock = [&] {
         most = std::max<int>(most, ++inside);
-        std::this_thread::sleep_for(std::chrono::microseconds(200)); // for others to come in
+        std::this_thread::sleep_for(std::chrono::microseconds(200)); // so that other threads can run
     };
     Engine().onRelease = [&] { --inside; };
     std::vector<std::thread> threads;
@@ -107,7 +107,7 @@ TEST(ExceptionTest, CommandsOfManyThreadsRunOneAtATime) {
     Engine().onLock = Engine().onRelease = nullptr;
 }
 
-// Two instances of which the inner one's commands come from inside a callback of the outer one's.
+// The commands of the inner instance are sent from inside a callback of the outer instance.
 PF_InData s_Outer, s_Inner;
 
 void Send(PF_InData& in, PF_Cmd command) {
@@ -137,7 +137,7 @@ std::vector<std::string> CallsOfAnOuterUpdate(decltype(PF_InteractCallbacks::che
     return calls;
 }
 
-TEST(ReentryTest, AnInnerCommandLeavesTheOuterInstanceSelectedUnlessItIsGone) {
+TEST(ReentryTest, AnInnerCommandSelectsTheOuterInstanceAgainUnlessItWasReleased) {
     const auto besides = CallsOfAnOuterUpdate([](auto, auto, auto, auto, auto, PF_ParamDef*) -> PF_Err {
         Send(s_Inner, PF_Cmd_SEQUENCE_SETUP);
         Send(s_Inner, PF_Cmd_SEQUENCE_SETDOWN);

@@ -3,11 +3,11 @@
 
 namespace {
 
-// A frame of an effect that wants three earlier ones, ten time units apart, and what became of it.
+// A frame of an effect that asks for three earlier frames, ten time units apart.
 struct FeedbackFrame {
     PF_Err error;
-    std::vector<std::string> asked; // of the host, value/scale
-    std::vector<int> uploaded;
+    std::vector<std::string> asked; // times that the host was asked for, as value/scale
+    std::vector<int> uploaded;      // texture indices
 };
 
 FeedbackFrame RenderAt(
@@ -46,7 +46,7 @@ TEST(FeedbackTest, EarlierFramesAreRenderedUpstreamAndUploadedIfNotBeforeTimeZer
         EXPECT_EQ(RenderAt(time).uploaded.size(), uploads) << time;
 }
 
-TEST(FeedbackTest, AHostThatCannotRenderGivesItsErrorAndGetsEverythingBack) {
+TEST(FeedbackTest, AnErrorOfTheHostIsReturnedAfterEverythingIsReleased) {
     for (const char* suite : {kAEGPEffectSuite, kAEGPLayerRenderOptionsSuite, kAEGPRenderSuite,
                               kAEGPPFInterfaceSuite, kAEGPWorldSuite})
         EXPECT_EQ(RenderAt(50, suite).error, 13) << suite;
@@ -64,7 +64,8 @@ TEST(FeedbackTest, AHostThatCannotRenderGivesItsErrorAndGetsEverythingBack) {
     expectError(kAEGPRenderSuite, &Frames::AEGP_RenderAndCheckoutLayerFrame);
     expectError(kAEGPRenderSuite, &Frames::AEGP_GetReceiptWorld);
     expectError(kAEGPWorldSuite, &AEGP_WorldSuite3::AEGP_FillOutPFEffectWorld);
-    EXPECT_EQ(RenderAt(50, "", 32).error, PF_Err_INTERNAL_STRUCT_DAMAGED) << "frames of lesser depth";
+    EXPECT_EQ(RenderAt(50, "", 32).error, PF_Err_INTERNAL_STRUCT_DAMAGED)
+        << "earlier frames have fewer bits than the frame";
 }
 
 } // namespace

@@ -24,7 +24,7 @@ TEST(ParameterValueTest, EveryKindReachesTheEngine) {
     instance.SetValue(8, std::make_shared<const Picture>(2, 3, 16));
     const auto& values = Engine().values;
     host.after = [&](Command&) {
-        EXPECT_EQ(values.size(), 7u) << "nothing that has pixels while the frame is sized";
+        EXPECT_EQ(values.size(), 7u) << "no parameter with pixels while the frame is sized";
         host.after = nullptr;
     };
     ASSERT_EQ(Render(instance).error, PF_Err_NONE);
@@ -50,19 +50,25 @@ TEST(ParameterValueTest, ScaleFlagsUndoTheHostsDownsampling) {
     constexpr auto P = Parameter::POINT2D;
     constexpr unsigned W = Parameter::ScaleByWidth, H = Parameter::ScaleByHeight, R = Parameter::RemoveScale;
     struct Row {
+        const char* name;
         Parameter::Type type;
         std::uint32_t flags;
         PF_RationalScale downsampleX, downsampleY, aspect;
-        float x, y; // for 100, 20 in the host
+        float x, y; // what the engine gets when the host has 100, 20
     };
     const Row rows[] = {
-        {F, W, {1, 2}, {1, 3}, {1, 1}, 50, 0},   {F, W, {1, 2}, {1, 3}, {4, 1}, 50, 0},
-        {F, H, {1, 2}, {1, 4}, {1, 1}, 25, 0},   {F, W | H, {1, 2}, {1, 4}, {1, 1}, 12.5, 0},
-        {F, R, {1, 2}, {1, 4}, {1, 1}, 100, 0},  {P, R, {1, 2}, {1, 2}, {1, 1}, 200, 40},
-        {P, R, {1, 2}, {1, 4}, {3, 2}, 300, 80}, {P, W, {1, 2}, {1, 2}, {1, 1}, 100, 20},
-        {P, R, {0, 0}, {0, 0}, {0, 0}, 100, 20},
+        {"slider by width", F, W, {1, 2}, {1, 3}, {1, 1}, 50, 0},
+        {"slider by width, wide pixels", F, W, {1, 2}, {1, 3}, {4, 1}, 50, 0},
+        {"slider by height", F, H, {1, 2}, {1, 4}, {1, 1}, 25, 0},
+        {"slider by both", F, W | H, {1, 2}, {1, 4}, {1, 1}, 12.5, 0},
+        {"slider without a scale flag of its own", F, R, {1, 2}, {1, 4}, {1, 1}, 100, 0},
+        {"point", P, R, {1, 2}, {1, 2}, {1, 1}, 200, 40},
+        {"point, wide pixels", P, R, {1, 2}, {1, 4}, {3, 2}, 300, 80},
+        {"point without a scale flag of its own", P, W, {1, 2}, {1, 2}, {1, 1}, 100, 20},
+        {"meaningless scales", P, R, {0, 0}, {0, 0}, {0, 0}, 100, 20},
     };
     for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
         TestHost host;
         Instance& instance = host.Start({Declared(row.type, row.flags)});
         if (row.type == F)
@@ -75,11 +81,11 @@ TEST(ParameterValueTest, ScaleFlagsUndoTheHostsDownsampling) {
             command.in.pixel_aspect_ratio = row.aspect;
         };
         ASSERT_EQ(instance.UserChanged(1), PF_Err_NONE);
-        EXPECT_THAT(Floats(Engine().values.at(0)), ElementsAre(row.x, row.y, 0, 0)) << row.type << row.flags;
+        EXPECT_THAT(Floats(Engine().values.at(0)), ElementsAre(row.x, row.y, 0, 0));
     }
 }
 
-TEST(ParameterValueTest, IndicesPastTheHostsParametersAreIgnored) {
+TEST(ParameterValueTest, IndicesOutsideTheHostsParametersAreIgnored) {
     TestHost host;
     Instance& instance = host.Start({Declared(Parameter::FLOAT)});
     for (const A_long index : {0, 2, -1}) {
@@ -87,14 +93,14 @@ TEST(ParameterValueTest, IndicesPastTheHostsParametersAreIgnored) {
         host.before = [&](Command& command) {
             static_cast<PF_UserChangedParamExtra*>(command.extra)->param_index = index;
             command.params[0]->param_type = PF_Param_BUTTON;
-            command.params[2] = command.params[0]; // anything may lie there
+            command.params[2] = command.params[0]; // hosts put nothing meaningful there
         };
         EXPECT_EQ(instance.UserChanged(1), PF_Err_NONE);
         EXPECT_THAT(Engine().calls, ElementsAre("setSequenceData 1"));
     }
 }
 
-TEST(ParameterUiTest, NothingReachesTheEngineBeforeTheFirstUiPass) {
+TEST(ParameterUiTest, NoValueReachesTheEngineBeforeTheFirstUpdateOfTheControls) {
     TestHost host(AE, [](auto& options) { options.missingSuites = {kPFColorParamSuite}; });
     host.SetUp({Declared(Parameter::COLOR)});
     Instance& instance = host.strict.NewInstance();
@@ -102,7 +108,7 @@ TEST(ParameterUiTest, NothingReachesTheEngineBeforeTheFirstUiPass) {
     EXPECT_EQ(Render(instance).error, PF_Err_NONE);
     instance.SaveAndReopen();
     for (const PF_Err err : {instance.UserChanged(1), Render(instance).error})
-        EXPECT_EQ(err, PF_Err_BAD_CALLBACK_PARAM) << "now the suite is needed";
+        EXPECT_EQ(err, PF_Err_BAD_CALLBACK_PARAM) << "the colour needs the missing suite";
 }
 
 TEST(ParameterUiTest, LabelsAndEnabledStatesFollowTheEngine) {
@@ -126,7 +132,7 @@ TEST(ParameterUiTest, LabelsAndEnabledStatesFollowTheEngine) {
 
 int s_Updates;
 
-TEST(ParameterUiTest, ARefusedUpdateEndsTheUpdatesButNotThePushing) {
+TEST(ParameterUiTest, ARefusedUpdateStopsFurtherUpdatesButValuesStillReachTheEngine) {
     for (const char* missing : {"", kPFParamUtilsSuite}) {
         TestHost host(AE, [&](auto& options) { options.missingSuites = {missing}; });
         s_Updates = 0;

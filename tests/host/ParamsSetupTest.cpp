@@ -1,13 +1,13 @@
 #include "AE_EffectUI.h"
-#include "host/HostText.h"
 #include "host/HostState.h"
+#include "host/HostText.h"
 #include "tests/host/TestHost.h"
 
 namespace {
 
 using testing::Pair;
 
-// Whatever a definition of its kind carries besides flags and name.
+// The content of a definition besides its flags and name; which fields depends on its kind.
 std::vector<double> Content(const PF_ParamDef& def) {
     const auto& u = def.u;
     switch (def.param_type) {
@@ -39,57 +39,86 @@ Parameter Int(Parameter::Type type, std::int32_t value) {
     return parameter;
 }
 
-TEST(ParamsSetupTest, EveryTypeIsPublishedInItsWay) {
+TEST(ParamsSetupTest, EveryTypeIsPublishedAsItsHostParameter) {
     constexpr float step = 1.0f / 65536; // of 16.16
     constexpr double half = -2147483648.0;
     struct Row {
+        const char* name;
         Parameter parameter;
         int kind, flags, id;
         std::vector<double> content;
     };
+    const std::vector<double> twoSteps = {131072, -131072, 131072, -131072};
     const Row rows[] = {
-        {Declared(Parameter::FLOAT, 0x03000008, {2.5f}),
+        {"slider",
+         Declared(Parameter::FLOAT, 0x03000008, {2.5f}),
          10,
          0x60,
          3,
          {2.5, 2.5, -100, -100, 100, 100, 3, 0.05f}},
-        {Declared(Parameter::FLOAT, 0xFE000000), 10, 0x60, 3, {0, 0, -100, -100, 100, 100, -2, 0.05f}},
-        {Declared(Parameter::POINT, 0, {1, 2, 3}), 18, 0, 3, {1, 2, 2, 1, 2, 2}}, // the third is not told
-        // Cut to bytes without scaling.
-        {Declared(Parameter::COLOR, 0, {0.5f, 0.5f, 0.5f, 1.0f}), 5, 0x60, 3, {0, 0, 0, 1, 0}},
-        {Declared(Parameter::COLOR, 0, {10.9f, 20, 255, 256}), 5, 0x60, 3, {10, 20, 255, 0, 10}},
-        {Declared(Parameter::COLOR, 0, {-1, 1e30f, 0, 3}), 5, 0x60, 3, {255, 0, 0, 3, 255}},
-        {Declared(Parameter::LAYER), 0, 0x40, 3, {}},
+        {"negative precision",
+         Declared(Parameter::FLOAT, 0xFE000000),
+         10,
+         0x60,
+         3,
+         {0, 0, -100, -100, 100, 100, -2, 0.05f}},
+        {"3-D point with its second component twice",
+         Declared(Parameter::POINT, 0, {1, 2, 3}),
+         18,
+         0,
+         3,
+         {1, 2, 2, 1, 2, 2}},
+        {"colour truncated without scaling",
+         Declared(Parameter::COLOR, 0, {0.5f, 0.5f, 0.5f, 1.0f}),
+         5,
+         0x60,
+         3,
+         {0, 0, 0, 1, 0}},
+        {"colour truncated to bytes",
+         Declared(Parameter::COLOR, 0, {10.9f, 20, 255, 256}),
+         5,
+         0x60,
+         3,
+         {10, 20, 255, 0, 10}},
+        {"colour out of range",
+         Declared(Parameter::COLOR, 0, {-1, 1e30f, 0, 3}),
+         5,
+         0x60,
+         3,
+         {255, 0, 0, 3, 255}},
+        {"layer", Declared(Parameter::LAYER), 0, 0x40, 3, {}},
         // 16.16, rounded, then shifted left by 16 in 32 bits.
-        {Declared(Parameter::POINT2D, 0, {50, 0.5f}), 6, 0x60, 3, {0, half, 0, half}},
-        {Declared(Parameter::POINT2D, 0, {step, -step}), 6, 0x60, 3, {65536, -65536, 65536, -65536}},
-        {Declared(Parameter::POINT2D, 0, {1.6f * step, -1.6f * step}),
+        {"2-D point", Declared(Parameter::POINT2D, 0, {50, 0.5f}), 6, 0x60, 3, {0, half, 0, half}},
+        {"2-D point of one step",
+         Declared(Parameter::POINT2D, 0, {step, -step}),
          6,
          0x60,
          3,
-         {131072, -131072, 131072, -131072}},
-        {Int(Parameter::TEXTURE, 5), 7, 0x40, 3, {0, 0, 10}},
-        {Declared(Parameter::PATH), 12, 0x40, 1, {}},
-        {Int(Parameter::BOOL, 0x101), 4, 0x40, 3, {257, 1}},
-        {Int(Parameter::POPUP, 0x1FFFE), 7, 0x40, 3, {-2, -2, 10}},
-        {Declared(Parameter::GROUP_START), 13, 0, 3, {}},
-        {Declared(Parameter::GROUP_END), 14, 0, 3, {}},
-        {Declared(Parameter::ANGLE, 0, {-1.99999f}), 3, 0x60, 3, {-131071, -131071}},
+         {65536, -65536, 65536, -65536}},
+        {"2-D point rounded up", Declared(Parameter::POINT2D, 0, {1.6f * step, -1.6f * step}), 6, 0x60, 3,
+         twoSteps},
+        {"texture", Int(Parameter::TEXTURE, 5), 7, 0x40, 3, {0, 0, 10}},
+        {"path, whose id is its index", Declared(Parameter::PATH), 12, 0x40, 1, {}},
+        {"check box with the low byte as default", Int(Parameter::BOOL, 0x101), 4, 0x40, 3, {257, 1}},
+        {"pop-up narrowed to 16 bits", Int(Parameter::POPUP, 0x1FFFE), 7, 0x40, 3, {-2, -2, 10}},
+        {"start of a group", Declared(Parameter::GROUP_START), 13, 0, 3, {}},
+        {"end of a group", Declared(Parameter::GROUP_END), 14, 0, 3, {}},
+        {"angle", Declared(Parameter::ANGLE, 0, {-1.99999f}), 3, 0x60, 3, {-131071, -131071}},
     };
     for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
         TestHost host;
         host.SetUp({row.parameter});
         ASSERT_EQ(host.strict.Params().size(), 2u);
         const stricthost::PublishedParam& param = host.strict.Params().back();
         EXPECT_THAT((std::vector{param.type, param.flags, static_cast<int>(param.id), param.uiFlags}),
-                    ElementsAre(row.kind, row.flags, row.id, 0))
-            << row.parameter.type;
-        EXPECT_EQ(Content(param.def), row.content) << row.parameter.type;
+                    ElementsAre(row.kind, row.flags, row.id, 0));
+        EXPECT_EQ(Content(param.def), row.content);
         EXPECT_EQ(param.label, row.parameter.type == Parameter::GROUP_END ? "" : "Label");
     }
 }
 
-TEST(ParamsSetupTest, TextsReachTheHost) {
+TEST(ParamsSetupTest, LabelsAndChoicesArePublishedWithinTheHostsLimits) {
     Parameter popup = Declared(Parameter::POPUP);
     popup.choices = "One|Two";
     popup.label = std::string(60, 'n');
@@ -97,14 +126,14 @@ TEST(ParamsSetupTest, TextsReachTheHost) {
     host.SetUp({popup});
     EXPECT_THAT(host.strict.Params().back().choices, ElementsAre("One", "Two"));
     EXPECT_EQ(host.strict.Params().back().label, std::string(31, 'n'));
-    EXPECT_EQ(Adapter::BoundedText("n\xC3\xA9", 2), "n") << "no half characters";
+    EXPECT_EQ(Adapter::BoundedText("n\xC3\xA9", 2), "n") << "characters are not split";
     EXPECT_EQ(Adapter::BoundedText("n\xC3\xA9", 3), "n\xC3\xA9");
 }
 
 TEST(ParamsSetupTest, HiddenParametersTakeNoIndexAndUnknownOnesDo) {
     TestHost host(AE, [](auto& options) { options.allowParamGap = true; });
-    A_long told = 0;
-    host.after = [&](Command& command) { told = std::max(told, command.out.num_params); };
+    A_long reported = 0;
+    host.after = [&](Command& command) { reported = std::max(reported, command.out.num_params); };
     Instance& instance =
         host.Start({Declared(Parameter::FLOAT, Parameter::NotPublished), Declared(Parameter::FLOAT),
                     Declared(Parameter::COLOR), Declared(Parameter::ANGLE), Declared(Parameter::POINT),
@@ -112,8 +141,8 @@ TEST(ParamsSetupTest, HiddenParametersTakeNoIndexAndUnknownOnesDo) {
     EXPECT_THAT(Adapter::s_MapPlugin2AEParam, ElementsAre(Pair(1, 1), Pair(2, 2), Pair(3, 3), Pair(4, 4),
                                                           Pair(5, 5), Pair(6, 6), Pair(7, 7)));
     EXPECT_EQ(host.strict.Params().size(), 7u);
-    EXPECT_EQ(told, 8);
-    // The adapter counts to 7, the host holds up to 6, and may or may not tell.
+    EXPECT_EQ(reported, 8);
+    // The adapter counts up to 7, but the host has parameters up to 6 and may report any of these counts.
     for (const A_long known : {7, 8, 0}) {
         host.before = [&](Command& command) { command.in.num_params = known; };
         EXPECT_EQ(Render(instance).error, PF_Err_NONE) << known;
@@ -121,7 +150,7 @@ TEST(ParamsSetupTest, HiddenParametersTakeNoIndexAndUnknownOnesDo) {
         EXPECT_EQ(Engine().Count("setParam 7"), 0u);
     }
     host.before = nullptr;
-    // Only colours before the first 3-D point have events of their own.
+    // Only colours before the first 3-D point handle events.
     std::vector<int> handled;
     for (const A_long index : {1, 2, 3, 4, 5, 6}) {
         PF_EventExtra extra = {};

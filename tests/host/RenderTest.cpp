@@ -32,7 +32,7 @@ std::vector<int> FirstChannels(const Bytes& bytes) {
     return values;
 }
 
-TEST(RenderTest, TellsTheEngineAboutTheFrameInOrder) {
+TEST(RenderTest, DescribesTheFrameToTheEngineInOrder) {
     TestHost host(Plain);
     Instance& instance = host.Start();
     Engine().result.assign(16, 0);
@@ -57,7 +57,7 @@ TEST(RenderTest, TellsTheEngineAboutTheFrameInOrder) {
     EXPECT_EQ(frame.time, 1.25);
     EXPECT_THAT((std::vector{frame.width, frame.height, frame.format}), ElementsAre(2, 2, 8));
     EXPECT_EQ(frame.pixelAspect, 1.5f);
-    EXPECT_EQ(TestHost::Record(instance).lastWidth, 0u) << "remembered once the controls were shown";
+    EXPECT_EQ(TestHost::Record(instance).lastWidth, 0u) << "the size is recorded only after a resetup";
     instance.SaveAndReopen();
     Render(instance, Picture(2, 1, 8));
     const Adapter::SequenceRecord& record = TestHost::Record(instance);
@@ -91,7 +91,7 @@ TEST(RenderTest, FlipsTheResultAndNotTheInputAtEveryDepthAndStride) {
             }
 }
 
-TEST(RenderTest, WorldsMayBeBottomUpButTheirRowsMustHoldTheirPixels) {
+TEST(RenderTest, WorldsMayBeBottomUpButRowsShorterThanTheirPixelsAreRejected) {
     TestHost host;
     const Bytes pixels = Numbered(4);
     Bytes memory(16);
@@ -101,7 +101,7 @@ TEST(RenderTest, WorldsMayBeBottomUpButTheirRowsMustHoldTheirPixels) {
     world.width = world.height = 2;
     world.rowbytes = -8;
     Adapter::CopyFrame({pixels.data(), 2, 2, 8}, world);
-    EXPECT_EQ(memory, pixels) << "turned over twice";
+    EXPECT_EQ(memory, pixels) << "flipped twice";
     Adapter::UploadInputSurface(Engine(), &in, &world, 8, Adapter::InputFrame);
     EXPECT_THAT(FirstChannels(Engine().uploads.at(0).bytes), ElementsAre(3, 4, 1, 2));
     Adapter::ClearPixels(world, 8);
@@ -111,29 +111,29 @@ TEST(RenderTest, WorldsMayBeBottomUpButTheirRowsMustHoldTheirPixels) {
     EXPECT_THROW(Adapter::UploadInputSurface(Engine(), &in, &world, 8, Adapter::InputFrame), int);
     world.height = 1;
     Adapter::UploadInputSurface(Engine(), &in, &world, 8, Adapter::InputFrame);
-    EXPECT_EQ(Engine().uploads.size(), 2u) << "one row may be any length";
+    EXPECT_EQ(Engine().uploads.size(), 2u) << "a single row may have any stride";
 }
 
 std::uint32_t s_Code;
 
 template <class World, class Format>
-PF_Err TellFormat(World*, Format* format) {
+PF_Err AnswerWithCode(World*, Format* format) {
     *format = static_cast<Format>(s_Code ? s_Code : 0x62677261);
     return s_Code ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
 }
 
-TEST(RenderTest, KnowsTheHostsFormats) {
+TEST(RenderTest, DepthFollowsFromEveryFormatOfBothHosts) {
     const std::map<int, std::vector<std::uint32_t>> formats = {
         {8, {0x62677261, 0x62677278, 0x61726762}},
         {16, {0x36316561, 0x61726742, 0x62677241, 0x62677258}},
         {32, {0x32336561, 0x61724742, 0x62675241, 0x62675258}},
-        {0, {0x41444340, 0}}, // unknown, and not told
+        {0, {0x41444340, 0}}, // unknown, and refused by the host
     };
     for (const auto personality : {AE, Pr}) {
         TestHost host(personality);
         Instance& instance = host.Start();
-        host.Replace(kPFWorldSuite, &PF_WorldSuite2::PF_GetPixelFormat, TellFormat);
-        host.Replace(kPFPixelFormatSuite, &PF_PixelFormatSuite1::GetPixelFormat, TellFormat);
+        host.Replace(kPFWorldSuite, &PF_WorldSuite2::PF_GetPixelFormat, AnswerWithCode);
+        host.Replace(kPFPixelFormatSuite, &PF_PixelFormatSuite1::GetPixelFormat, AnswerWithCode);
         host.before = [&](Command& command) {
             PF_LayerDef world = {};
             for (const auto& [bits, codes] : formats)
@@ -159,11 +159,11 @@ TEST(RenderTest, PassesTheInputThroughWhenTheEngineHasNothing) {
         EXPECT_EQ(Engine().uploads.size(), 1u);
         Engine().wantsInput = false;
         EXPECT_EQ(Render(instance, input).picture.bytes, input.bytes);
-        EXPECT_EQ(Engine().uploads.size(), 1u) << "no input wanted";
+        EXPECT_EQ(Engine().uploads.size(), 1u) << "the engine needs no input";
         Engine().lockWorks = false;
         EXPECT_EQ(Render(instance, input).error, PF_Err_INTERNAL_STRUCT_DAMAGED);
         Engine().beginWorks = false;
-        EXPECT_EQ(Render(instance, input).picture.bytes, input.bytes) << "not begun";
+        EXPECT_EQ(Render(instance, input).picture.bytes, input.bytes) << "the engine did not begin";
         EXPECT_EQ(Engine().Count("render"), 2u);
         Engine().calls.clear();
         EXPECT_EQ(Render(host.strict.OpenInstance(nullptr), input).picture.bytes, input.bytes);
@@ -184,7 +184,7 @@ TEST(RenderTest, AnEmptyLayerCountsAsTransparent) {
     EXPECT_EQ(instance.Render(request).picture.bytes, Engine().result);
 }
 
-// The first of two checkouts, which only asks for the extent, has this id.
+// Fails the first of two checkouts, which only asks for the extent.
 PF_Err FailsFirst(PF_ProgPtr, PF_ParamIndex, A_long id, const PF_RenderRequest*, A_long, A_long, A_u_long,
                   PF_CheckoutResult*) {
     return id == 0x123455 ? 22 : PF_Err_NONE;
@@ -192,6 +192,7 @@ PF_Err FailsFirst(PF_ProgPtr, PF_ParamIndex, A_long id, const PF_RenderRequest*,
 
 TEST(RenderTest, CallbacksThatFailEndTheFrameWithTheirError) {
     struct Row {
+        const char* name;
         Personality personality;
         PF_Cmd code;
         PF_Err expected;
@@ -200,20 +201,22 @@ TEST(RenderTest, CallbacksThatFailEndTheFrameWithTheirError) {
     using Pre = PF_PreRenderExtra;
     using Smart = PF_SmartRenderExtra;
     const Row rows[] = {
-        {AE, PF_Cmd_SMART_PRE_RENDER, 0, [](Command& c) { c.in.inter.checkout_param = Fails<22>; }},
-        {AE, PF_Cmd_SMART_PRE_RENDER, 22,
+        {"checkout_param, which is no failure", AE, PF_Cmd_SMART_PRE_RENDER, 0,
+         [](Command& c) { c.in.inter.checkout_param = Fails<22>; }},
+        {"checkout_layer", AE, PF_Cmd_SMART_PRE_RENDER, 22,
          [](Command& c) { static_cast<Pre*>(c.extra)->cb->checkout_layer = FailsFirst; }},
-        {AE, PF_Cmd_SMART_RENDER, 22,
+        {"checkout_layer_pixels", AE, PF_Cmd_SMART_RENDER, 22,
          [](Command& c) { static_cast<Smart*>(c.extra)->cb->checkout_layer_pixels = Fails<22>; }},
-        {AE, PF_Cmd_SMART_RENDER, 22,
+        {"checkout_output", AE, PF_Cmd_SMART_RENDER, 22,
          [](Command& c) { static_cast<Smart*>(c.extra)->cb->checkout_output = Fails<22>; }},
-        {AE, PF_Cmd_SMART_RENDER, 0, // nothing was asked for
+        {"checkout_output without a world", AE, PF_Cmd_SMART_RENDER, 0,
          [](Command& c) { static_cast<Smart*>(c.extra)->cb->checkout_output = Fails<0>; }},
-        {AE, PF_Cmd_SMART_RENDER, 22, [](Command& c) { c.in.utils->copy = Fails<22>; }},
-        {Pr, PF_Cmd_RENDER, 22, [](Command& c) { c.in.utils->fill = Fails<22>; }},
+        {"copy", AE, PF_Cmd_SMART_RENDER, 22, [](Command& c) { c.in.utils->copy = Fails<22>; }},
+        {"fill", Pr, PF_Cmd_RENDER, 22, [](Command& c) { c.in.utils->fill = Fails<22>; }},
     };
     for (const bool begins : {true, false})
         for (const Row& row : rows) {
+            SCOPED_TRACE(row.name);
             TestHost host(row.personality, [](auto& options) { options.checkPixels = false; });
             Instance& instance = host.Start({Declared(Parameter::FLOAT)});
             Engine().beginWorks = begins;
@@ -228,22 +231,24 @@ TEST(RenderTest, CallbacksThatFailEndTheFrameWithTheirError) {
         }
 }
 
-TEST(PremiereRenderTest, TheVisiblePartGoesInAndTheResultIntoTheMiddleFlipped) {
+TEST(PremiereRenderTest, UploadsTheVisiblePartAndCentresTheFlippedResult) {
     struct Row {
-        A_long width, height; // the engine's frame, numbered from its bottom left pixel
+        const char* name;
+        A_long width, height; // of the engine's frame, whose pixels are numbered from the bottom left one
         A_long outWidth, outHeight;
         std::vector<int> picture;
         A_long originX, originY; // in the input: 1 2 3 / 4 5 6 / 7 8 9
         std::vector<int> uploaded;
     };
     const Row rows[] = {
-        {2, 2, 2, 2, {3, 4, 1, 2}, 0, 0, {1, 2, 4, 5}},
-        {2, 2, 3, 4, {0, 0, 0, 3, 4, 0, 1, 2, 0, 0, 0, 0}, 1, 1, {5, 6, 8, 9}},
-        {1, 4, 3, 2, {0, 3, 0, 0, 2, 0}, 2, 1, {6, 9, 0, 0}},
-        {4, 3, 2, 1, {6, 7}, -1, -1, {0, 0, 0, 0, 0, 1, 2, 3, 0, 4, 5, 6}},
-        {2, 2, 2, 2, {3, 4, 1, 2}, 5, 5, {0, 0, 0, 0}},
+        {"same size", 2, 2, 2, 2, {3, 4, 1, 2}, 0, 0, {1, 2, 4, 5}},
+        {"larger output", 2, 2, 3, 4, {0, 0, 0, 3, 4, 0, 1, 2, 0, 0, 0, 0}, 1, 1, {5, 6, 8, 9}},
+        {"wider and lower output", 1, 4, 3, 2, {0, 3, 0, 0, 2, 0}, 2, 1, {6, 9, 0, 0}},
+        {"smaller output", 4, 3, 2, 1, {6, 7}, -1, -1, {0, 0, 0, 0, 0, 1, 2, 3, 0, 4, 5, 6}},
+        {"nothing visible", 2, 2, 2, 2, {3, 4, 1, 2}, 5, 5, {0, 0, 0, 0}},
     };
     for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
         TestHost host(Pr);
         Instance& instance = host.Start();
         Engine().result = Numbered(row.width * row.height);

@@ -11,11 +11,11 @@ const auto s_Button = [](Command& command) {
         command.params[1]->param_type = PF_Param_BUTTON;
 };
 
-TEST(SequenceTest, SetUpReplacesAnOldInstanceAndFlattenedDataComeBackAsAFreshOne) {
+TEST(SequenceTest, SetUpReplacesAnOldInstanceAndFlattenedDataCreateANewOne) {
     TestHost host;
     host.SetUp();
     Engine().calls.clear();
-    host.before = [](Command& command) { // once before the host's own
+    host.before = [](Command& command) { // sent twice
         EntryPointFunc(command.code, &command.in, &command.out, nullptr, nullptr, nullptr);
         command.in.sequence_data = command.out.sequence_data;
     };
@@ -27,13 +27,14 @@ TEST(SequenceTest, SetUpReplacesAnOldInstanceAndFlattenedDataComeBackAsAFreshOne
     host.after = [&](Command& command) {
         if (command.code == PF_Cmd_SEQUENCE_SETDOWN)
             return;
-        EXPECT_TRUE(instance.Host().handles.IsLive(command.in.sequence_data)) << "it is the host's";
+        EXPECT_TRUE(instance.Host().handles.IsLive(command.in.sequence_data))
+            << "the old handle belongs to the host";
         if (command.code == PF_Cmd_SEQUENCE_FLATTEN)
             Engine().sequenceBytes = {0, 0, 0};
     };
     std::vector<char> expected(8192);
     std::iota(expected.begin(), expected.begin() + 3, char(1));
-    EXPECT_EQ(instance.SaveAndReopen(), expected) << "no pointers, no rubbish";
+    EXPECT_EQ(instance.SaveAndReopen(), expected) << "flattened data contain no pointers";
     EXPECT_THAT(Engine().sequenceBytes, ElementsAre(1, 2, 3));
     EXPECT_EQ(TestHost::Record(instance).engineSequence, reinterpret_cast<void*>(3));
     EXPECT_EQ(instance.LastOutFlags(), PF_OutFlag_REFRESH_UI);
@@ -44,7 +45,7 @@ TEST(SequenceTest, SetUpReplacesAnOldInstanceAndFlattenedDataComeBackAsAFreshOne
                             "setSequenceData 3", "unflatten", "getNumParams", "releaseSequenceData 3"));
 }
 
-TEST(SequenceTest, StalePointersOfASavedProjectAreNeverUsedAndMissingDataDoNothing) {
+TEST(SequenceTest, StalePointersOfASavedProjectAreNeverUsed) {
     TestHost host;
     host.SetUp({Declared(Parameter::FLOAT)});
     Adapter::SequenceRecord record = {};
@@ -64,12 +65,12 @@ TEST(SequenceTest, StalePointersOfASavedProjectAreNeverUsedAndMissingDataDoNothi
     EXPECT_TRUE(Engine().calls.empty());
 }
 
-TEST(SequenceTest, OldHostsNeedForcedRendersAndSomeNoLockForSizing) {
+TEST(SequenceTest, OldHostsGetForcedRendersAndSomeTakeNoLockForSizing) {
     struct Row {
         Personality personality;
         A_short major, minor;
         unsigned locks;
-        bool reopened, button; // whether each forces a render
+        bool reopened, button; // true when the step forces a render
     };
     const Row rows[] = {
         {AE, 13, 9, 1, false, false},  {AE, 13, 8, 1, true, true},    {AE, 12, 14, 1, true, true},
@@ -97,7 +98,7 @@ TEST(SequenceTest, OldHostsNeedForcedRendersAndSomeNoLockForSizing) {
     }
 }
 
-TEST(UserChangedTest, ButtonsReloadInstancesThatCameFromAProject) {
+TEST(UserChangedTest, ButtonsRunTheScriptAgainForInstancesThatCameFromAProject) {
     TestHost host;
     Instance& opened = host.Start({Declared(Parameter::FLOAT)}).Duplicate();
     Engine().calls.clear();

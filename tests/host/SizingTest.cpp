@@ -20,33 +20,46 @@ TEST(ScalingTest, UnionsIgnoreEmptyRectangles) {
     EXPECT_THAT(Edges(sum), ElementsAre(-1, -8, 12, 20));
 }
 
-TEST(FrameSetupTest, SumsForBothHosts) {
+TEST(FrameSetupTest, TheOutputIsSizedAndCentredByTheRulesOfEachHost) {
     struct Row {
+        const char* name;
         Personality personality;
-        A_long width, height; // as the host describes the layer
-        A_u_long downsample;  // 1 / this
+        A_long width, height; // of the layer, as the host describes it
+        A_u_long downsample;  // the scale is 1 / downsample
         PF_RationalScale aspect;
         unsigned wantedWidth, wantedHeight; // by the engine
-        const char* expected; // size and origin of the output; for Premiere Pro, the frame's size
+        const char* expected; // size and origin of the output; in Premiere Pro also the frame data
     };
     const Row rows[] = {
-        {Plain, 640, 361, 1, {3, 2}, 640, 361, "640x361 0,0"},
-        {Plain, 640, 361, 2, {1, 1}, 640, 361, "320x180 -160,-90"}, // 320/2 - 640/2, 180/2 - 361/2
-        {Plain, 640, 361, 1, {1, 1}, 741, 461, "741x461 50,50"},
-        {Plain, 640, 360, 1, {3, 2}, 600, 360, "900x360 130,0"}, // 600 * 3/2
-        {Pr, 640, 360, 1, {1, 1}, 640, 360, "640x360 0,0 640x360"},
-        {Pr, 640, 360, 2, {3, 2}, 640, 360, "640x360 0,0 320x180"},
-        {Pr, 640, 360, 1, {1, 1}, 801, 360, "801x360 80,0 801x360"},
-        {Pr, 640, 360, 1, {1, 1}, 320, 401, "320x401 -160,20 320x401"},
-        {Pr, 640, 360, 1, {3, 2}, 800, 360, "1200x360 120,0 1200x360"}, // 800 * 3/2, 640 * 3/2 = 960
-        {Pr, 640, 360, 2, {3, 2}, 800, 360, "640x360 0,0 600x180"},     // 800/2 * 3/2 is less than the output
-        {Pr, 640, 360, 1, {1, 1}, 320, 180, "640x360 0,0 320x180"},
-        {Plain, 6, 7, 4, {1, 1}, 6, 7, "1x2 -3,-2"}, // nearly rounded: (6 + 1) / 4, (7 + 1) / 4
-        {Plain, 6, 7, 0, {1, 1}, 6, 7, "6x7 0,0"},
-        {Plain, 8, 8, 1, {0, 2}, 9, 8, "9x8 0,0"},
-        {Plain, 30000, 9, 1, {768000, 702000}, 30001, 9, "32822x9 1411,0"}, // beyond 32 bits on the way
+        {"same size at full resolution", Plain, 640, 361, 1, {3, 2}, 640, 361, "640x361 0,0"},
+        // 320/2 - 640/2, 180/2 - 361/2
+        {"same size at half resolution", Plain, 640, 361, 2, {1, 1}, 640, 361, "320x180 -160,-90"},
+        {"larger", Plain, 640, 361, 1, {1, 1}, 741, 461, "741x461 50,50"},
+        {"narrower with wide pixels", Plain, 640, 360, 1, {3, 2}, 600, 360, "900x360 130,0"}, // 600 * 3/2
+        {"Premiere Pro, same size", Pr, 640, 360, 1, {1, 1}, 640, 360, "640x360 0,0 640x360"},
+        {"Premiere Pro, same size at half resolution",
+         Pr,
+         640,
+         360,
+         2,
+         {3, 2},
+         640,
+         360,
+         "640x360 0,0 320x180"},
+        {"Premiere Pro, wider", Pr, 640, 360, 1, {1, 1}, 801, 360, "801x360 80,0 801x360"},
+        {"Premiere Pro, narrower and higher", Pr, 640, 360, 1, {1, 1}, 320, 401, "320x401 -160,20 320x401"},
+        // 800 * 3/2, 640 * 3/2 = 960
+        {"Premiere Pro, wide pixels", Pr, 640, 360, 1, {3, 2}, 800, 360, "1200x360 120,0 1200x360"},
+        // 800/2 * 3/2 is less than the output.
+        {"Premiere Pro, wider at half resolution", Pr, 640, 360, 2, {3, 2}, 800, 360, "640x360 0,0 600x180"},
+        {"Premiere Pro, smaller", Pr, 640, 360, 1, {1, 1}, 320, 180, "640x360 0,0 320x180"},
+        {"almost rounded", Plain, 6, 7, 4, {1, 1}, 6, 7, "1x2 -3,-2"}, // (6 + 1) / 4, (7 + 1) / 4
+        {"scale without denominator", Plain, 6, 7, 0, {1, 1}, 6, 7, "6x7 0,0"},
+        {"scale without numerator", Plain, 8, 8, 1, {0, 2}, 9, 8, "9x8 0,0"},
+        {"product beyond 32 bits", Plain, 30000, 9, 1, {768000, 702000}, 30001, 9, "32822x9 1411,0"},
     };
     for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
         TestHost host(row.personality);
         Instance& instance = host.Start();
         Engine().outWidth = row.wantedWidth;
@@ -78,9 +91,9 @@ prSuiteError ShiftedFrame(PrTimelineID, prRect* rect) {
     return 0;
 }
 
-// Frames of one pixel in a composition of 1280 by 720; how often the engine was told its size as `told`.
-unsigned TimesTold(const char* told, Personality personality, const char* missing = "",
-                   A_u_long aspectDen = 1, bool fails = false) {
+// Renders frames of one pixel in a composition of 1280 by 720. Returns how often the engine received `size`.
+unsigned TimesReceived(const char* size, Personality personality, const char* missing = "",
+                       A_u_long aspectDen = 1, bool fails = false) {
     TestHost host(personality, [&](auto& options) {
         options.missingSuites = {missing};
         options.compWidth = 1280;
@@ -94,39 +107,43 @@ unsigned TimesTold(const char* told, Personality personality, const char* missin
         host.Replace(kPFUtilitySuite, &PF_UtilitySuite::GetContainingTimelineID, Fails<1>);
     }
     EXPECT_EQ(Render(instance).error, PF_Err_NONE);
-    return Engine().Count(std::string("setCompositionSize ") + told);
+    return Engine().Count(std::string("setCompositionSize ") + size);
 }
 
 TEST(FrameSetupTest, CompositionSizeComesFromTheHostOrTheLayer) {
     for (const auto personality : {AE, Pr}) {
-        EXPECT_EQ(TimesTold("1280 720 2", personality), 2u) << "for sizing and for rendering";
-        EXPECT_EQ(TimesTold("1280 720 1", personality, "", 0), 2u);
-        EXPECT_EQ(TimesTold("1 1 1", personality, "", 1, true), 2u);
+        EXPECT_EQ(TimesReceived("1280 720 2", personality), 2u) << "for sizing and for rendering";
+        EXPECT_EQ(TimesReceived("1280 720 1", personality, "", 0), 2u);
+        EXPECT_EQ(TimesReceived("1 1 1", personality, "", 1, true), 2u);
     }
     for (const char* suite : {kAEGPPFInterfaceSuite, kAEGPLayerSuite, kAEGPCompSuite, kAEGPItemSuite})
-        EXPECT_EQ(TimesTold("1 1 1", AE, suite), 2u) << suite;
+        EXPECT_EQ(TimesReceived("1 1 1", AE, suite), 2u) << suite;
     for (const char* suite : {kPFUtilitySuite, kPrSDKSequenceInfoSuite})
-        EXPECT_EQ(TimesTold("1 1 1", Pr, suite), 2u) << suite;
+        EXPECT_EQ(TimesReceived("1 1 1", Pr, suite), 2u) << suite;
 }
 
-TEST(SmartPreRenderTest, Rectangles) {
+TEST(SmartPreRenderTest, ResultRectanglesFollowTheInputAndTheEnginesSize) {
     struct Row {
+        const char* name;
         PF_LRect input, request;
-        unsigned wantedWidth, wantedHeight; // 0: the input's
+        unsigned wantedWidth, wantedHeight; // by the engine; 0 for the input's size
         PF_LRect result;
         bool extraPixels;
     };
     const Row rows[] = {
-        {{2, 2, 6, 6}, {2, 2, 7, 7}, 0, 0, {2, 2, 6, 6}, false}, // inside
-        {{2, 2, 7, 6}, {2, 2, 7, 7}, 0, 0, {2, 2, 7, 6}, true},  // touches on the right
-        {{2, 2, 6, 7}, {2, 2, 7, 7}, 0, 0, {2, 2, 6, 7}, true},  // and below
-        {{-3, 2, 6, 6}, {-2, 2, 7, 7}, 0, 0, {-3, 2, 6, 6}, true},
-        {{0, 0, 20, 5}, {0, 0, 0, 0}, 0, 0, {0, 0, 20, 5}, true},
-        {{0, 0, 0, 0}, {0, 0, 8, 8}, 0, 0, {0, 0, 0, 0}, false},
-        {{3, 4, 8, 11}, {-9, -9, 99, 99}, 8, 3, {1, 6, 9, 9}, true}, // 3 + 5/2 - 8/2, 4 + 7/2 - 3/2
-        {{0, 0, 10, 10}, {-9, -9, 99, 99}, 16, 13, {-3, -1, 13, 12}, true},
+        {"inside the request", {2, 2, 6, 6}, {2, 2, 7, 7}, 0, 0, {2, 2, 6, 6}, false},
+        {"touches the right edge", {2, 2, 7, 6}, {2, 2, 7, 7}, 0, 0, {2, 2, 7, 6}, true},
+        {"touches the bottom edge", {2, 2, 6, 7}, {2, 2, 7, 7}, 0, 0, {2, 2, 6, 7}, true},
+        {"beyond the left edge", {-3, 2, 6, 6}, {-2, 2, 7, 7}, 0, 0, {-3, 2, 6, 6}, true},
+        {"beyond the top edge", {2, -3, 6, 6}, {2, -2, 7, 7}, 0, 0, {2, -3, 6, 6}, true},
+        {"empty request", {0, 0, 20, 5}, {0, 0, 0, 0}, 0, 0, {0, 0, 20, 5}, true},
+        {"empty input", {0, 0, 0, 0}, {0, 0, 8, 8}, 0, 0, {0, 0, 0, 0}, false},
+        // 3 + 5/2 - 8/2, 4 + 7/2 - 3/2
+        {"wider and lower", {3, 4, 8, 11}, {-9, -9, 99, 99}, 8, 3, {1, 6, 9, 9}, true},
+        {"larger", {0, 0, 10, 10}, {-9, -9, 99, 99}, 16, 13, {-3, -1, 13, 12}, true},
     };
     for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
         TestHost host;
         Instance& instance = host.Start();
         Engine().outWidth = row.wantedWidth;
@@ -151,7 +168,7 @@ TEST(SmartPreRenderTest, Rectangles) {
 
 std::vector<PF_RenderRequest> s_Requests;
 
-TEST(SmartPreRenderTest, BothRequestsFollowTheHosts) {
+TEST(SmartPreRenderTest, BothCheckoutsCopyTheHostsRequest) {
     TestHost host;
     Instance& instance = host.Start();
     s_Requests.clear();

@@ -22,7 +22,7 @@ CGLError CGLSetCurrentContext(CGLContextObj context) {
 
 namespace {
 
-// Prepares the engine as well, so that tests can change both.
+// Also prepares the engine, so that a test can change the options and the engine in `change`.
 stricthost::Options MakeOptions(Personality personality,
                                 const std::function<void(stricthost::Options&)>& change) {
     Engine().Reset();
@@ -31,7 +31,7 @@ stricthost::Options MakeOptions(Personality personality,
     Engine().onLock = [] { CGLSetCurrentContext(EngineContext); };
     stricthost::Options options;
     options.personality = personality;
-    options.rowPadding = 13; // leaves rows at odd addresses
+    options.rowPadding = 13; // so that rows start at odd addresses
     options.currentContext = []() -> void* { return CGLGetCurrentContext(); };
     if (change)
         change(options);

@@ -27,7 +27,7 @@ inline RecordingPlugin& Engine() {
     return RecordingPlugin::Instance();
 }
 
-// The GL contexts of the host and, while it holds the frame lock, of the engine. No GPU is behind them.
+// Stand-ins for the GL contexts of the host and of the engine, which is current while the frame is locked.
 inline const auto HostContext = reinterpret_cast<CGLContextObj>(0x1000);
 inline const auto EngineContext = reinterpret_cast<CGLContextObj>(0x2000);
 
@@ -40,19 +40,19 @@ PF_Err Fails(Arguments...) {
     return Code;
 }
 
-// A command on its way from the host to the adapter, or back.
+// A command before or after the adapter handles it.
 struct Command {
     PF_Cmd code;
-    PF_InData& in; // its util callbacks are this command's own
+    PF_InData& in; // with a copy of the utility callbacks that tests may change
     PF_OutData& out;
     PF_ParamDef** params;
     PF_LayerDef* output;
     void* extra;
 };
 
-// The adapter inside the strict host, around the recording engine, which starts afresh. Tests look at each
-// command, or change it, before the adapter gets it and after. At the end, whatever the adapter did against
-// the rules, or did not give back, fails the test. One at a time.
+// The adapter between the strict host and the recording engine, which is reset. Tests can inspect and change
+// each command before and after the adapter handles it. The destructor fails the test when the adapter broke
+// a rule of the protocol or did not release something. Only one object may exist at a time.
 class TestHost {
 public:
     explicit TestHost(Personality personality = AE,
@@ -63,14 +63,14 @@ public:
 
     // Global and parameter set-up of an effect with these parameters.
     void SetUp(std::vector<Parameter> params = {});
-    // The same, and an instance that the host has shown; then forgets the engine's calls.
+    // Also creates an instance, updates its controls, and clears the record of the engine's calls.
     Instance& Start(std::vector<Parameter> params = {});
-    // A command that the strict host never sends by itself.
+    // Sends a command that the strict host does not send itself.
     static PF_Err Send(PF_Cmd code, Instance& instance, void* extra = nullptr);
-    // What the adapter keeps with an instance.
+    // The data that the adapter keeps with an instance.
     static Adapter::SequenceRecord& Record(const Instance& instance);
 
-    // Puts a function into the place of one in a suite, from the next command on.
+    // Replaces a function of a suite from the next command on.
     template <class Suite, class Function>
     void Replace(const char* suite, Function Suite::*place, std::type_identity_t<Function> function) {
         m_Replaced[suite] = [place, function](const void* table) -> const void* {
@@ -82,7 +82,7 @@ public:
     }
 
     std::function<void(Command&)> before, after;
-    std::set<std::string> allowed; // violations that a test provokes
+    std::set<std::string> allowed; // violations that a test causes on purpose
     stricthost::StrictHost strict;
 
 private:
@@ -93,11 +93,11 @@ private:
     std::map<std::string, std::function<const void*(const void*)>> m_Replaced;
 };
 
-// A frame of the picture, with the rest of the request.
+// Renders a frame of the picture.
 stricthost::FrameResult Render(Instance& instance, const Picture& input = {1, 1, 8},
                                FrameRequest request = {});
 
-// The error that the adapter answers a step of the host with, or none.
+// The error that the adapter returns in a step of the host, or none.
 template <class Step>
 PF_Err ErrorOf(Step step) {
     try {

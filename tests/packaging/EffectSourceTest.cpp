@@ -29,9 +29,9 @@ protected:
                               {"config.xml", ToBytes("<FXNAME>x</FXNAME>")}};
 };
 
-TEST_F(EffectSourceTest, WhatIsNoEffectIsRefused) {
+TEST_F(EffectSourceTest, PathsWithoutAnEffectAreRefused) {
     Bytes damaged = WriteZip({{"fx.js", Bytes(3000, 'x')}, {"config.xml", {}}});
-    const std::string name = "fx.js"; // its packed bytes follow the first mention
+    const std::string name = "fx.js"; // the compressed bytes follow the first occurrence
     *(std::search(damaged.begin(), damaged.end(), name.begin(), name.end()) + 9) ^= 0x55;
     const std::pair<std::string, const char*> rows[] = {
         {at("none"), "no such effect"},
@@ -50,9 +50,9 @@ TEST_F(EffectSourceTest, WhatIsNoEffectIsRefused) {
     EXPECT_THAT([&] { EffectSource::Open(m_Folder); }, Says<EffectFailure>("config.xml"));
 }
 
-TEST_F(EffectSourceTest, PackagesOpenScrambledOrNot) {
+TEST_F(EffectSourceTest, PackagesAreReadScrambledOrPlain) {
     const Bytes plain = WriteZip(m_Effect), scrambled = BlobScrambling::Scramble(plain);
-    // No time of making: equal folders give equal packages.
+    // The time stamp is constant, so that equal folders give equal packages.
     EXPECT_EQ(Bytes(plain.begin() + 10, plain.begin() + 14), (Bytes{0, 0, 0x21, 0}));
     for (const Bytes& bytes : {plain, scrambled}) {
         const auto source = EffectSource::Open(writeFile("blob.dat", ToText(bytes)));

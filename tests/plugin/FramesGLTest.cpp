@@ -12,9 +12,9 @@ using stricthost::FrameRequest;
 using stricthost::Instance;
 using stricthost::Personality;
 
-// Whole frames through the plug-in as it ships.
+// Whole frames through the plug-in as it is shipped.
 
-TEST(FramesGLTest, OddSizesOfEveryDepthAnywhereOnTheLayerComeBackPixelForPixel) {
+TEST(FramesGLTest, FramesOfOddSizesAreRightAtEveryDepthAndPositionOnTheLayer) {
     for (const auto& [name, personality] : probe::Personalities) {
         probe::Host host("probe", personality);
         Instance& instance = host.Apply(40, 40, 0);
@@ -62,7 +62,7 @@ TEST(FramesGLTest, EverySampleEffectGivesTheSameBytesInAfterEffectsAndPremierePr
     }
 }
 
-TEST(FramesGLTest, LargerAndSmallerOutputsLieAroundTheMiddle) {
+TEST(FramesGLTest, LargerAndSmallerOutputsAreCentredOnTheInput) {
     for (const auto& [name, personality] : probe::Personalities) {
         probe::Host host("probe_resizing", personality);
         Instance& instance = host.Apply(12, 10, 5);
@@ -73,7 +73,7 @@ TEST(FramesGLTest, LargerAndSmallerOutputsLieAroundTheMiddle) {
             const auto result = instance.Render(request);
             ASSERT_EQ(result.error, PF_Err_NONE);
             if (personality == Personality::Premiere && grow < 0) {
-                // The host's output keeps its size; the smaller picture lies in its middle.
+                // The host's output keeps its size; the smaller picture is centred in it.
                 ASSERT_EQ(result.picture.width, 12u);
                 continue;
             }

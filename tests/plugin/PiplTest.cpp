@@ -26,7 +26,8 @@ std::string Text(const Bytes& bytes, std::size_t at, std::size_t count) {
     return {part.begin(), part.end()};
 }
 
-// Reads the file as a resource manager does: from the header to the map, to the type, to the data.
+// Reads the file as a resource manager does: the header names the map, which names the type and then the
+// data.
 Bytes OnlyResource(const Bytes& file, const std::string& type, unsigned number) {
     const std::size_t data = Big(file, 0, 4), map = Big(file, 4, 4);
     EXPECT_EQ(map, data + Big(file, 8, 4));
@@ -56,7 +57,7 @@ std::map<std::string, Bytes> Properties(const Bytes& list) {
     return properties;
 }
 
-TEST(PiplTest, TheResourceFileHoldsWhatTheModuleAnswers) {
+TEST(PiplTest, TheResourceFileContainsEveryPropertyOfTheEffect) {
     const fxhost::PiplInfo info = {"Blur",     "Stylize", "org.shaderfx.blur", "EntryPointFunc", 0x00080001,
                                    0x06008005, 0x1400};
     auto properties = Properties(OnlyResource(fxhost::PiplResourceFile(info), "PiPL", 16000));
@@ -74,7 +75,7 @@ TEST(PiplTest, TheResourceFileHoldsWhatTheModuleAnswers) {
     EXPECT_EQ(Text(properties["eMNA"], 1, properties["eMNA"].at(0)), "org.shaderfx.blur");
 }
 
-TEST(InfoPlistTest, NamesAreEscapedAndIdentifiersPlain) {
+TEST(InfoPlistTest, NamesAreEscapedAndIdentifiersContainOnlySafeCharacters) {
     const std::string text = fxhost::InfoPlist({"A&B", "A <& B>", fxhost::IdentifierOf("A & B"), "1.2.3"});
     EXPECT_NE(text.find("<key>CFBundleName</key>\n\t<string>A &lt;&amp; B&gt;</string>"), std::string::npos);
     EXPECT_NE(text.find("<string>org.shaderfx.A---B</string>"), std::string::npos);

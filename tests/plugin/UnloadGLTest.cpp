@@ -34,7 +34,7 @@ void LoadRenderUnload(std::uint32_t seed) {
 }
 
 #if defined(__linux__) && !defined(__SANITIZE_THREAD__)
-TEST(UnloadGLTest, TheModuleExportsItsEntryPointAlone) {
+TEST(UnloadGLTest, TheModuleExportsOnlyItsEntryPoint) {
     const std::string module = std::string(FX_PLUGIN_FOLDER) + "/probe.plugin/Contents/Linux/probe";
     FILE* const names = popen(("nm -D --defined-only --format=just-symbols " + module).c_str(), "r");
     char text[256] = {};
@@ -44,16 +44,16 @@ TEST(UnloadGLTest, TheModuleExportsItsEntryPointAlone) {
 }
 #endif
 
-TEST(UnloadGLTest, FiftyTimesLoadedAndUnloadedNothingGrows) {
+TEST(UnloadGLTest, LoadingAndUnloadingFiftyTimesLeavesMemoryFilesAndThreadsAsTheyWere) {
 #if defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "a module that was built with the thread sanitizer stays mapped";
 #endif
-    for (std::uint32_t i = 0; i < 10; ++i) // the driver and the allocator settle
+    for (std::uint32_t i = 0; i < 10; ++i) // until the driver and the allocator have settled
         LoadRenderUnload(i);
-    EXPECT_FALSE(IsLoaded()) << "unloading must really unload";
+    EXPECT_FALSE(IsLoaded());
     const auto files = EntriesOf("/proc/self/fd"), threads = EntriesOf("/proc/self/task");
-    // A leaked frame alone would be 16 KiB each time, and in each round; the allocator takes more now and
-    // then.
+    // A leaked frame alone would cost 16 KiB in each cycle of every round, while the allocator grows only now
+    // and then.
     constexpr long leak = 50 * 16;
     long grown = leak;
     for (int round = 0; round < 4 && grown >= leak; ++round) {

@@ -6,9 +6,15 @@ namespace {
 
 class ScriptingTest : public ScriptRunner {};
 
-TEST_F(ScriptingTest, ErrorsNameTheAuthorsLineAndTheCallback) {
-    Load(
-        "function setup() {}\n\nfunction draw() {\n  inner();\n}\nfunction inner() {\n  absent.call();\n}\n");
+TEST_F(ScriptingTest, ErrorsReportTheAuthorsLineAndTheCallback) {
+    Load(R"js(function setup() {}
+
+function draw() {
+  inner();
+}
+function inner() {
+  absent.call();
+})js");
     Scripting::Instance().Execute("draw();");
     Load("var a = 1;\nvar b = ;\nfunction setup() {}");
     Load("popa");
@@ -18,17 +24,19 @@ TEST_F(ScriptingTest, ErrorsNameTheAuthorsLineAndTheCallback) {
     } rows[] = {{7, "draw", "ReferenceError", "(fx.js:7)"},
                 {2, "fx.js", "(line 2", "SyntaxError"},
                 {1, "fx.js", "ReferenceError", "(fx.js:1)"}};
-    ASSERT_EQ(s_Errors.size(), std::size(rows));
+    ASSERT_EQ(m_Log.Errors().size(), std::size(rows));
     for (std::size_t i = 0; i < std::size(rows); ++i) {
-        EXPECT_EQ(s_Errors[i].line, rows[i].line);
-        EXPECT_EQ(s_Errors[i].evaluated, rows[i].evaluated);
-        EXPECT_NE(s_Errors[i].message.find(rows[i].message), std::string::npos) << s_Errors[i].message;
-        EXPECT_NE(s_Errors[i].stack.find(rows[i].stack), std::string::npos) << s_Errors[i].stack;
+        EXPECT_EQ(m_Log.Errors()[i].line, rows[i].line);
+        EXPECT_EQ(m_Log.Errors()[i].evaluated, rows[i].evaluated);
+        EXPECT_NE(m_Log.Errors()[i].message.find(rows[i].message), std::string::npos)
+            << m_Log.Errors()[i].message;
+        EXPECT_NE(m_Log.Errors()[i].stack.find(rows[i].stack), std::string::npos) << m_Log.Errors()[i].stack;
     }
-    EXPECT_NE(s_Errors[0].stack.find("(fx.js:4)"), std::string::npos) << "the caller: " << s_Errors[0].stack;
+    EXPECT_NE(m_Log.Errors()[0].stack.find("(fx.js:4)"), std::string::npos)
+        << "the caller: " << m_Log.Errors()[0].stack;
 }
 
-TEST_F(ScriptingTest, WhateverIsThrownIsSwallowed) {
+TEST_F(ScriptingTest, ThrownValuesOfEveryTypeAreCaught) {
     for (const char* const thrown :
          {"undefined", "null", "'text'", "17", "{}", "Symbol()", "{ toString: function () { throw 1; } }",
           "{ get stack() { throw 2; }, get lineNumber() { throw 3; } }"})
@@ -36,28 +44,30 @@ TEST_F(ScriptingTest, WhateverIsThrownIsSwallowed) {
     Scripting::Instance().Execute("throw");
     Scripting::Instance().Execute("(function f() { f(); })()");
     Scripting::Instance().Execute(nullptr);
-    EXPECT_EQ(s_Errors.size(), 10u);
+    EXPECT_EQ(m_Log.Errors().size(), 10u);
     Check("is(1 + 1, 2);");
 }
 
-TEST_F(ScriptingTest, WhatWasMadeBeforeAThrowStaysAndGlobalsLive) {
-    Load("var counter = 0; var p;\n"
-         "function setup() { p = SV_initParam('x', SV_Type.FLOAT); throw new Error('half-way'); }\n"
-         "function draw() { counter += 1; SV_setParamValue(p, counter); }");
-    EXPECT_EQ(s_Errors.size(), 1u);
+TEST_F(ScriptingTest, ResourcesMadeBeforeAThrowRemainAndGlobalsPersist) {
+    Load(R"js(
+        var counter = 0, p;
+        function setup() { p = SV_initParam("x", SV_Type.FLOAT); throw new Error("half-way"); }
+        function draw() { counter += 1; SV_setParamValue(p, counter); }
+    )js");
+    EXPECT_EQ(m_Log.Errors().size(), 1u);
     for (const char* const call : {"draw();", "draw();", "preRender(1920,1080,1);", "updateUIFlags();"})
         Scripting::Instance().Execute(call);
     EXPECT_EQ(Context::Current().GetParamByIdx(0).value.Float(0), 2.0f);
-    EXPECT_EQ(s_Errors.size(), 1u) << "the stubs do nothing, without an error";
+    EXPECT_EQ(m_Log.Errors().size(), 1u) << "the callbacks that were added do nothing";
 }
 
-TEST_F(ScriptingTest, NothingRunsWithoutAnInterpreter) {
+TEST_F(ScriptingTest, ExecuteWithoutAnInterpreterDoesNothing) {
     Scripting::Instance().Release();
     Scripting::Instance().Execute("absent();");
-    EXPECT_TRUE(s_Errors.empty());
+    EXPECT_TRUE(m_Log.Errors().empty());
     Scripting::Instance().Init();
     Scripting::Instance().Execute("absent();");
-    EXPECT_EQ(s_Errors.size(), 1u);
+    EXPECT_EQ(m_Log.Errors().size(), 1u);
 }
 
 } // namespace

@@ -40,8 +40,8 @@ void EffectTester::ReleaseInstance(void* instance) {
     m_Instances.erase(instance);
 }
 
-// Gives the rows their padding, and turns the engine's, which begin at the bottom. The size becomes the
-// output's.
+// Pads the rows of the input, and reverses those of the result, which is bottom-up. Sets the size to that of
+// the output.
 std::vector<unsigned char> EffectTester::FrameBytes(const void* packed, unsigned depth, std::size_t padding,
                                                     double time, unsigned& width, unsigned& height) {
     const std::size_t used = std::size_t{width} * depth / 2, rowBytes = used + padding;
@@ -70,18 +70,26 @@ std::vector<unsigned char> EffectTester::FrameBytes(const void* packed, unsigned
 }
 
 std::string PixelShader(const std::string& expression) {
-    return "uniform sampler2D image;\nuniform float amount;\nvoid main() {\n"
-           "    vec4 c = texture2D(image, gl_TexCoord[0].xy);\n    gl_FragColor = " +
+    return R"glsl(
+uniform sampler2D image;
+uniform float amount;
+void main() {
+    vec4 c = texture2D(image, gl_TexCoord[0].xy);
+    gl_FragColor = )glsl" +
            expression + " + 0.0 * amount;\n}\n";
 }
 
 std::string OneShaderScript(const std::string& extra) {
-    return "var shader, amount;\nfunction setup() {\n"
-           "  amount = SV_initParam('amount', SV_Type.FLOAT, 'Amount');\n"
-           "  shader = SV_initShader('pixel');\n}\n"
-           "function draw() {\n"
-           "  SV_setShaderParam(shader, amount);\n"
-           "  SV_setShaderParamVal(shader, 'image', SV_getSequenceTexture());\n"
-           "  SV_renderShader(shader, SV_getSequenceRT(), true);\n}\n" +
-           extra;
+    return R"js(
+var shader, amount;
+function setup() {
+    amount = SV_initParam('amount', SV_Type.FLOAT, 'Amount');
+    shader = SV_initShader('pixel');
+}
+function draw() {
+    SV_setShaderParam(shader, amount);
+    SV_setShaderParamVal(shader, 'image', SV_getSequenceTexture());
+    SV_renderShader(shader, SV_getSequenceRT(), true);
+}
+)js" + extra;
 }

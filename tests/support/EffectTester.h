@@ -11,20 +11,21 @@
 
 #include "engine/AEShaderVexel2.h"
 #include "platform/CGL.h"
+#include "tests/support/ScriptErrorLog.h"
 #include "tests/support/TestPackage.h"
 
-// Pixels as a host holds them: alpha, red, green, blue, first row on top, rows `rowBytes` apart.
+// Pixels in the host's order: channels alpha, red, green, blue; rows top-down.
 template <class Channel>
 struct TestPicture {
     unsigned width = 0;
     unsigned height = 0;
-    std::vector<Channel> channels; // tightly packed
+    std::vector<Channel> channels; // rows without padding
 
     TestPicture(unsigned w, unsigned h) : width(w), height(h), channels(std::size_t{w} * h * 4) {}
     Channel* At(unsigned x, unsigned y) { return &channels[(std::size_t{y} * width + x) * 4]; }
 };
 
-// Gives the thread's GL context back at the end: nested frame locks leave the engine's current.
+// Restores the thread's GL context at the end, because nested frame locks leave the engine's current.
 class ContextKeeper {
 public:
     ContextKeeper() : m_Context(CGLGetCurrentContext()) {}
@@ -36,24 +37,26 @@ private:
     CGLContextObj m_Context;
 };
 
-// An engine of its own for each test, run on a loose effect that the test writes down.
+// Creates an engine for each test, which runs an effect whose files the test writes.
 class EffectTester : public testing::Test {
 protected:
     EffectTester();
     ~EffectTester() override;
 
-    // Writes the files (config.xml is added when missing) and sets the engine up.
+    // Writes the files, adds a config.xml when there is none, and sets the engine up.
     void Start(std::map<std::string, std::string> files);
 
-    // A frame of the current instance, through the whole road. The input has rowBytes = packed + padding.
+    // Renders a frame of the current instance as a host does. `padding` is added to the input's row stride,
+    // in bytes.
     template <class Channel>
     TestPicture<Channel> Frame(TestPicture<Channel> input, double time = 0, std::size_t padding = 0);
 
     AEShaderVexel2& Engine() { return *m_Engine; }
-    // One more instance, which becomes the current one; given back with the test unless it was before.
+    // Creates another instance, which becomes the current one. The end of the test releases it.
     void* NewInstance();
     void ReleaseInstance(void* instance);
-    void* m_Instance = nullptr; // of Start
+    void* m_Instance = nullptr; // created by Start
+    ScriptErrorLog m_Log;
 
 private:
     std::vector<unsigned char> FrameBytes(const void* packed, unsigned depth, std::size_t padding,
@@ -76,6 +79,6 @@ TestPicture<Channel> EffectTester::Frame(TestPicture<Channel> input, double time
     return output;
 }
 
-// A shader that reads the input as `c` and writes the expression; a script that runs it upright.
+// A shader that reads the input as `c` and writes the expression, and a script that draws it upright.
 std::string PixelShader(const std::string& expression);
 std::string OneShaderScript(const std::string& extra = {});

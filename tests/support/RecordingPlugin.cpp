@@ -56,7 +56,7 @@ bool RecordingPlugin::lockFrame() {
         onLock();
     return true;
 }
-// A release that throws has released all the same, so that the balance says what the adapter did.
+// A release counts even when it throws, so that the balance shows what the adapter did.
 void RecordingPlugin::releaseFrame() {
     --lockBalance;
     if (onRelease)

@@ -8,14 +8,14 @@
 
 #include "engine/IPlugin.h"
 
-// Stands in for the engine: defines GetPlugin, writes down every call, answers from its public fields and
-// throws where it is told to. Not thread-safe; adapters serialise their calls.
+// A test double of the engine. It defines GetPlugin, records every call, answers from its public fields and
+// throws on request. It is not thread-safe; adapters serialise their calls.
 class RecordingPlugin final : public IPlugin {
 public:
     struct Upload {
         unsigned index, width, height, format;
         long rowBytes;
-        std::vector<std::uint8_t> bytes; // height rows of width pixels, padding removed
+        std::vector<std::uint8_t> bytes; // `height` rows of `width` pixels without padding
     };
     struct Rendered {
         double time;
@@ -24,29 +24,29 @@ public:
     };
 
     static RecordingPlugin& Instance();
-    // Forgets everything, as if just made.
+    // Restores the initial state.
     void Reset() { *this = RecordingPlugin(); }
 
-    // What happened, as operation names, some followed by their arguments.
+    // The calls in order: names of operations, some followed by their arguments.
     mutable std::vector<std::string> calls;
     std::vector<Upload> uploads;
     std::vector<Rendered> renders;
-    std::vector<Parameter::Value> values; // last setParam by index
+    std::vector<Parameter::Value> values; // from the last setParam of each index
     unsigned Count(const std::string& call) const;
     int lockBalance = 0; // successful lockFrame minus releaseFrame
 
-    // What is answered.
+    // The answers.
     std::vector<Parameter> params;
     std::uint32_t version = 0, flags = 0, flags2 = 0;
     std::string about = "About";
-    unsigned outWidth = 0, outHeight = 0; // 0: the input's
+    unsigned outWidth = 0, outHeight = 0; // 0 for the input's size
     unsigned feedbackFrames = 0;
     bool setupWorks = true, beginWorks = true, lockWorks = true, wantsInput = true;
-    std::vector<std::uint8_t> result; // empty: no result
+    std::vector<std::uint8_t> result; // empty when there is no result
     std::function<void()> onLock, onRelease;
     std::vector<std::uint8_t> sequenceBytes; // flatten writes it, unflatten reads as many bytes back
 
-    // The call with this number, counted from 0 over everything, throws: an int, or something else.
+    // Index in `calls` of the call that throws, or -1. It throws Thrown, or an exception that is no int.
     int throwAtCall = -1;
     bool throwsInt = true;
     static constexpr int Thrown = 4711;

@@ -2,12 +2,12 @@
 
 #include <string>
 
-// What one run of the built tool gave.
+// Result of one run of the built tool.
 struct ToolRun {
-    int status = -1; // exit status; -1 when it ended otherwise
+    int status = -1; // exit status; -1 when the process was killed
     std::string out;
     std::string err;
 };
 
-// Runs the tool with these arguments, in the shell's words.
+// Runs the tool with these arguments in a shell. Standard input is empty.
 ToolRun RunTool(const std::string& arguments);

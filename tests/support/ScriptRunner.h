@@ -2,20 +2,21 @@
 
 #include <gtest/gtest.h>
 #include <string>
-#include <vector>
 
-#include "scripting/Scripting.h"
+#include "tests/support/ScriptErrorLog.h"
 
-// A fresh interpreter and registry for each test, and every script error that is heard.
+// Starts an empty interpreter and registry for each test, and collects the script errors.
 class ScriptRunner : public testing::Test {
 protected:
-    ScriptRunner();
-    ~ScriptRunner() override;
+    ScriptRunner() { Scripting::Instance().Init(); }
+    ~ScriptRunner() override { Scripting::Instance().Release(); }
 
-    // Runs an effect's script through the preprocessing, as the engine does.
-    void Load(const std::string& source);
-    // Runs text that must not fail. In it, is(value, expected) compares as JSON and names the failing line.
+    // Preprocesses and runs the script of an effect, as the engine does.
+    static void Load(const std::string& source);
+    // Runs a script that must not fail. It can use is(value, expected), see ScriptErrorLog.h.
     void Check(const std::string& script);
+    // The same for a file of tests/scripting.
+    void CheckFile(const std::string& name);
 
-    static std::vector<ScriptError> s_Errors;
+    ScriptErrorLog m_Log;
 };

@@ -8,31 +8,31 @@
 
 #include "pictures/Picture.h"
 
-// A whole file.
+// Contents of a file; empty when it cannot be read.
 std::string FileBytes(const std::string& path);
 
-// A folder for the files of the running test, which ends with it.
+// Gives the running test a temporary folder, which is deleted after the test.
 class FolderTest : public testing::Test {
 protected:
     FolderTest();
     ~FolderTest() override;
 
     std::string at(const std::string& name) const { return m_Folder + "/" + name; }
-    // Makes the folders on the way, too; gives the path.
+    // Also creates missing parent folders. Returns the path.
     std::string writeFile(const std::string& name, const std::string& bytes) const;
     std::string bytes(const std::string& name) const { return FileBytes(at(name)); }
     bool exists(const std::string& name) const { return std::filesystem::exists(at(name)); }
-    // Names in the folder, dots first, sorted.
+    // Sorted names of the entries of the folder, including hidden ones.
     std::vector<std::string> names() const;
 
     const std::string m_Folder;
 };
 
-// Every channel of every pixel differs from its neighbours', also from frame to frame; alpha among them, and
-// the first pixel of frame 0 has colours without any.
+// A picture in which every channel of every pixel, alpha included, differs from its neighbours and from other
+// frame numbers. The first pixel of frame 0 has alpha 0 and nonzero colours.
 fxhost::Picture SomePicture(unsigned width, unsigned height, unsigned depth, long number);
 
-// Throws this exception with these parts in its text.
+// Matches a callable that throws this exception with a text that contains these parts.
 template <class Exception, class... Parts>
 auto Says(const Parts&... parts) {
     return testing::Throws<Exception>(

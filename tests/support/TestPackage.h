@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// A folder of its own below the system's temporary one, removed at the end.
+// Creates a new folder for temporary files, and removes it with its content at the end.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -14,12 +14,12 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::filesystem::path& Path() const { return m_Path; }
-    // Writes a file below the folder, with the folders it needs.
+    // Writes a file below the folder, and creates the folders on its path.
     void Write(const std::string& name, const std::string& bytes) const;
 
 private:
     std::filesystem::path m_Path;
 };
 
-// A plain zip archive of these entries.
+// Returns a zip archive that has these entries.
 std::vector<unsigned char> ZipOf(const std::map<std::string, std::string>& entries);

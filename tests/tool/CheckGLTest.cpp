@@ -10,7 +10,7 @@ using testing::HasSubstr;
 
 const std::string s_Broken = "tests/effects/broken/";
 
-TEST(CheckGLTest, EveryMistakeIsFoundOnItsLine) {
+TEST(CheckGLTest, EveryMistakeIsReportedOnItsLine) {
     const struct {
         std::string effect;
         int status;
@@ -48,14 +48,14 @@ TEST(CheckGLTest, EveryMistakeIsFoundOnItsLine) {
             const std::string line = file.substr(file.starts_with(folder) ? folder.size() : 0) + ":" +
                                      finding.at("line").dump() + ":";
             places.push_back(line + std::string(finding.at("severity")));
-            // Drivers may find more to say of one mistake, but not elsewhere.
+            // A driver may report more than one error for a mistake, but only on the lines in the table.
             EXPECT_THAT(row.places, testing::Contains(testing::StartsWith(line))) << row.effect;
         }
         EXPECT_THAT(places, testing::IsSupersetOf(row.places)) << row.effect;
     }
 }
 
-TEST(CheckGLTest, StatusTellsWarningsMistakesAndRunaways) {
+TEST(CheckGLTest, ExitStatusDistinguishesWarningsWrongUseAndTimeouts) {
     EXPECT_EQ(RunTool("check --strict " + s_Broken + "long-label").status, 1);
     EXPECT_EQ(RunTool("check nothing-here").status, 2);
     const ToolRun run =
@@ -64,7 +64,7 @@ TEST(CheckGLTest, StatusTellsWarningsMistakesAndRunaways) {
     EXPECT_THAT(run.err, AllOf(HasSubstr("runs-for-ever"), HasSubstr("draw"), HasSubstr("31 characters")));
 }
 
-TEST(CheckGLTest, TheEffectsOfThisProjectAreClean) {
+TEST(CheckGLTest, SampleEffectsHaveNoDiagnostics) {
     const ToolRun run = RunTool("check --strict effects/*/");
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, "");

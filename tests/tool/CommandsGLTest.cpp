@@ -3,6 +3,7 @@
 
 #include "tests/support/RunTool.h"
 #include "tests/support/TestFiles.h"
+#include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
 
 namespace {
@@ -35,7 +36,7 @@ TEST_F(CommandsGLTest, ParametersAreListedWithTypesRangesAndChoices) {
 }
 
 // Eight pixels lie around each cell, and eighteen more below it for the label.
-TEST_F(CommandsGLTest, EveryCellOfASheetShowsItsValues) {
+TEST_F(CommandsGLTest, CellsOfASheetShowThePictureAndTheLabelOfTheirValues) {
     Picture boxes(32, 2, 8); // boxes of 2x2, half opaque red and half clear blue
     for (std::size_t i = 0; i < boxes.bytes.size(); ++i)
         boxes.bytes[i] = i % 8 < 2 || i % 8 == 7 ? 255 : 0;
@@ -51,7 +52,7 @@ TEST_F(CommandsGLTest, EveryCellOfASheetShowsItsValues) {
         unsigned x, y, red, green, blue;
     } rows[] = {{sheet, 0, 0, 40, 40, 40},     {sheet, 8, 8, 255, 0, 0},  {sheet, 27, 27, 255, 0, 0},
                 {sheet, 28, 27, 40, 40, 40},   {sheet, 36, 8, 0, 0, 255}, {sheet, 8, 54, 102, 51, 51},
-                {sheet, 64, 8, 153, 153, 153}, // nothing there: a checkerboard of 0.6 and 0.4
+                {sheet, 64, 8, 153, 153, 153}, // transparent: a checkerboard of 0.6 and 0.4
                 {sheet, 72, 8, 102, 102, 102}, {small, 8, 8, 204, 77, 77}}; // 127.5 + 0.5 * 153, 0.5 * 153
     for (const auto& row : rows) {
         const std::uint8_t* pixel = row.sheet.Row(row.y) + row.x * 4;
@@ -68,6 +69,20 @@ TEST_F(CommandsGLTest, EveryCellOfASheetShowsItsValues) {
     EXPECT_EQ(outside, 0u);
 }
 
+TEST_F(CommandsGLTest, HelpAndManualListEveryExitStatus) {
+    const std::string man = done("man"), help = done("--help");
+    std::vector<int> listed;
+    for (const auto& [status, meaning] : ExitStatusTable) {
+        const std::string number = std::to_string(status);
+        EXPECT_THAT(help, HasSubstr("\n  " + number + std::string(5 - number.size(), ' ') + meaning))
+            << number;
+        EXPECT_THAT(man, HasSubstr("\n.TP\n" + number + "\n")) << number;
+        listed.push_back(status);
+    }
+    EXPECT_THAT(listed, testing::ElementsAre(ExitOk, ExitEffectFailed, ExitWrongUse, ExitHostRules,
+                                             ExitRanAway, ExitStopped));
+}
+
 TEST_F(CommandsGLTest, ManualAndCompletionNameEveryCommandAndOption) {
     const std::string man = done("man"), help = done("--help");
     for (const std::string command : {"render", "info", "check", "new", "pack", "unpack", "sheet", "bench"}) {
@@ -76,7 +91,7 @@ TEST_F(CommandsGLTest, ManualAndCompletionNameEveryCommandAndOption) {
         EXPECT_THAT(done(command + " --help"), HasSubstr("Example")) << command;
     }
     EXPECT_THAT(man, AllOf(HasSubstr("\\-\\-frame\\-timeout"), HasSubstr("\\fINAME=VALUE\\fR")));
-    // Bash itself says what it would offer.
+    // Bash evaluates the script and prints its suggestions.
     const std::string completion = done("completion");
     const std::pair<const char*, const char*> rows[] = {
         {"un", "unpack "}, {"check --str", "--strict "}, {"pack --str", " "}};
@@ -101,7 +116,7 @@ TEST_F(CommandsGLTest, EveryStepOfAFrameIsMeasured) {
     EXPECT_LE(sum, times.at("frame").at("p90").get<double>() * 1.01) << "steps overlap";
 }
 
-TEST_F(CommandsGLTest, FromANewFolderToAPackageThatRenders) {
+TEST_F(CommandsGLTest, NewEffectIsPackedRenderedAndUnpackedUnchanged) {
     const std::string effect = at("'My <Effect>'"), blob = at("blob.dat");
     done("new " + effect);
     EXPECT_EQ(RunTool("new " + effect).status, 2) << "a folder that is there must not be overwritten";

@@ -14,7 +14,7 @@ const std::string s_Simple = "tests/effects/simple";
 
 class RenderGLTest : public FolderTest {
 protected:
-    // What the test effect makes.
+    // Renders through the test effect and reads the picture that it wrote.
     Picture render(const std::string& arguments, const std::string& file) const {
         const ToolRun run = RunTool("render " + s_Simple + " " + arguments + " -o " + at(file));
         EXPECT_EQ(run.status, 0) << arguments << run.err;
@@ -22,7 +22,7 @@ protected:
     }
 };
 
-// Mode 1 of the test effect copies the layer: upload, draw, read-back and files must lose nothing.
+// Mode 1 of the test effect copies the layer, so upload, draw, read-back and files must keep every value.
 TEST_F(RenderGLTest, ACopyKeepsEveryValueAtEveryDepth) {
     const struct {
         unsigned depth;
@@ -38,7 +38,7 @@ TEST_F(RenderGLTest, ACopyKeepsEveryValueAtEveryDepth) {
             EXPECT_EQ(result.bytes, picture.bytes) << row.host << row.depth;
             continue;
         }
-        // Filtering between float texels costs the last bits, also in a texel's middle.
+        // Filtering of float textures is exact only to about 17 bits, even at texel centres.
         const auto* got = reinterpret_cast<const float*>(result.bytes.data());
         const auto* wanted = reinterpret_cast<const float*>(picture.bytes.data());
         for (std::size_t i = 0; i < 13 * 7 * 4; ++i)
@@ -49,7 +49,7 @@ TEST_F(RenderGLTest, ACopyKeepsEveryValueAtEveryDepth) {
 
 TEST_F(RenderGLTest, ParametersLayersTimeAndSizeReachTheEffect) {
     Picture small(2, 2, 8);
-    small.bytes = {255, 200, 2, 3, 0, 9, 9, 9, 0, 9, 9, 9, 0, 9, 9, 9}; // one pixel is there
+    small.bytes = {255, 200, 2, 3, 0, 9, 9, 9, 0, 9, 9, 9, 0, 9, 9, 9}; // only one pixel is opaque
     WritePicture(at("small.png"), small);
     writeFile("rows.ppm", "P6\n1 2\n255\n\xff\x10\x20\x01\x02\x03");
     using Pixel = std::vector<std::uint8_t>; // alpha, red, green, blue
@@ -77,7 +77,7 @@ TEST_F(RenderGLTest, ParametersLayersTimeAndSizeReachTheEffect) {
     }
 }
 
-TEST_F(RenderGLTest, WrongUseIsRefusedInWordsAndWritesNothing) {
+TEST_F(RenderGLTest, WrongUseIsExplainedAndWritesNothing) {
     WritePicture(at("cut.png"), SomePicture(40, 40, 8, 0));
     fs::resize_file(at("cut.png"), fs::file_size(at("cut.png")) / 2);
     const std::string out = " -o " + at("out.png "), simple = "render " + s_Simple + out;
@@ -109,7 +109,7 @@ TEST_F(RenderGLTest, WrongUseIsRefusedInWordsAndWritesNothing) {
     EXPECT_THAT(names(), testing::ElementsAre("cut.png"));
 }
 
-TEST_F(RenderGLTest, FailingEffectsAreToldAndTheirPictureIsStillWritten) {
+TEST_F(RenderGLTest, FailingEffectsAreReportedAndTheirPictureIsStillWritten) {
     const std::pair<std::string, const char*> rows[] = {
         {"throws", "throws/fx.js:17: error: Error: no drawing today\n    at draw (fx.js:17)"},
         {"shader-error", "shader-error/wrong.frag:5: error: "},

@@ -20,12 +20,12 @@ std::vector<Parameter> Effect() {
     return list;
 }
 
-TEST(ParameterValuesTest, ValuesFillTheWordsOfTheirType) {
+TEST(ParameterValuesTest, ParsedTextFillsTheComponentsOfItsType) {
     const struct {
         std::vector<const char*> texts;
         unsigned index;
         std::vector<float> words;                       // or the integer of a switch or pop-up
-    } rows[] = {{{"amount=12.5"}, 0, {12.5f, 0, 0, 0}}, // a name goes before a label
+    } rows[] = {{{"amount=12.5"}, 0, {12.5f, 0, 0, 0}}, // a name takes precedence over a label
                 {{"Amount %=-1e1"}, 0, {-10, 0, 0, 0}},
                 {{"amount=+100"}, 0, {100, 0, 0, 0}},
                 {{"centre=3,-4.5"}, 1, {3, -4.5f, 0, 0}},
@@ -36,7 +36,7 @@ TEST(ParameterValuesTest, ValuesFillTheWordsOfTheirType) {
                 {{"wrap=on", "Wrap around=true"}, 4, {1}},
                 {{"wrap=off", "wrap=0"}, 4, {0}},
                 {{"mode=2", "mode=Multiply"}, 5, {2}},
-                {{"mode=4", "mode=1"}, 5, {4}}}; // an entry's text goes before a number
+                {{"mode=4", "mode=1"}, 5, {4}}}; // the text of an entry takes precedence over its number
     for (const auto& row : rows)
         for (const char* text : row.texts) {
             const auto [index, value] = ParseSetting(text, Effect());
@@ -46,7 +46,7 @@ TEST(ParameterValuesTest, ValuesFillTheWordsOfTheirType) {
         }
 }
 
-TEST(ParameterValuesTest, RefusalsSayWhatWasExpected) {
+TEST(ParameterValuesTest, RefusedTextNamesTheExpectedForm) {
     const struct {
         std::vector<const char*> texts;
         const char* part;
@@ -68,7 +68,7 @@ TEST(ParameterValuesTest, RefusalsSayWhatWasExpected) {
             EXPECT_THAT([&] { ParseSetting(text, Effect()); }, Says<WrongUse>(row.part)) << text;
 }
 
-TEST(ParameterValuesTest, DefaultsAreTheHosts) {
+TEST(ParameterValuesTest, DefaultsAreThoseThatHostsShow) {
     const struct {
         unsigned index;
         std::vector<float> words;
@@ -77,7 +77,7 @@ TEST(ParameterValuesTest, DefaultsAreTheHosts) {
         {0, {2.5f}, "2.5"},
         {1, {50 / 65536.0f, -25 / 65536.0f}, "50%,-25%"}, // -25.5 and 50.5,
                                                           // truncated
-        {1, {1, 0.5f}, "0%,-32768%"},                     // 65536 and 32768 lose their upper bits
+        {1, {1, 0.5f}, "0%,-32768%"},                     // 65536 and 32768 overflow
         {2, {1, 2, 3}, "1,2,2"},
         {3, {255, 51, 0.9f, 256}, "1,0.2,0,0"},
         {4, {}, "off"},

@@ -25,7 +25,7 @@ FilePixels File(unsigned width, unsigned height, unsigned channels, int alpha, c
     return {width, height, sizeof(T) * 8, channels, alpha, Raw(values)};
 }
 
-TEST(PictureConversionTest, FilesBecomeAlphaRedGreenBlueAtTheDepthAskedFor) {
+TEST(PictureConversionTest, FilePixelsConvertToArgbAtTheRequestedDepth) {
     const auto words = File(1, 1, 4, 3, Words{0, 65535, 32768, 2});
     const auto bytes = File(1, 1, 4, 3, Bytes{0, 51, 255, 128});
     const float nan = std::numeric_limits<float>::quiet_NaN();
@@ -43,7 +43,7 @@ TEST(PictureConversionTest, FilesBecomeAlphaRedGreenBlueAtTheDepthAskedFor) {
         {"five channels, alpha first", File(1, 1, 5, 0, Bytes{4, 1, 2, 3, 5}), 8, {4, 1, 2, 3}},
         // 2 * 32768 / 65535 = 1.00002, 32768 * 32768 / 65535 = 16384.25
         {"16 bits in the host's range", words, 16, Raw(Words{1, 0, 32768, 16384})},
-        // 0.5 * 255 = 127.5, 0.25 * 255 = 63.75, 0.1 * 255 = 25.5 and a little
+        // 0.5 * 255 = 127.5, 0.25 * 255 = 63.75, 0.1 * 255 = 25.5 + rounding error
         {"floats, rounded and clamped", floats, 8, {255, 0, 128, 255, 26, 0, 0, 64}},
         {"floats to 16 bits", floats, 16, Raw(Words{32768, 0, 16384, 32768, 3277, 0, 0, 8192})},
         {"floats", File(1, 1, 4, 3, Floats{-0.5f, 2, 0, 1}), 32, Raw(Floats{1, -0.5f, 2, 0})},
@@ -55,7 +55,7 @@ TEST(PictureConversionTest, FilesBecomeAlphaRedGreenBlueAtTheDepthAskedFor) {
         EXPECT_EQ(ToPicture(row.file, row.depth).bytes, row.wanted) << row.name;
 }
 
-TEST(PictureConversionTest, PicturesBecomeRgbaOrRgbAndEverySixteenBitLevelComesBack) {
+TEST(PictureConversionTest, PicturesConvertToRgbaOrRgbAndSixteenBitsRoundTrip) {
     Picture host(1, 1, 16);
     host.bytes = Raw(Words{1, 0, 32768, 16384});
     // 16384 * 65535 / 32768 = 32767.5, rounded up
