@@ -3,7 +3,7 @@
 #include <cstring>
 #include <exception>
 
-#include "engine/IPlugin.h"
+#include "engine/FrameLock.h"
 #include "guard/Stage.h"
 #include "host/CopyOut.h"
 #include "platform/CGL.h"
@@ -14,23 +14,29 @@ namespace fxhost {
 
 namespace {
 
-// Holds the frame lock; gives the context that was current before back, which nested locks do not.
-class FrameLock {
+// Restores the GL context of the thread at the end of the scope, which nested frame locks do not.
+class ContextRestorer {
 public:
-    explicit FrameLock(IPlugin& engine) : m_Engine(engine), m_Previous(CGLGetCurrentContext()) {
-        if (!m_Engine.lockFrame())
-            throw EffectFailure("the engine's GL context cannot be made current");
-    }
-    ~FrameLock() {
-        m_Engine.releaseFrame();
-        CGLSetCurrentContext(m_Previous);
-    }
-    FrameLock(const FrameLock&) = delete;
-    FrameLock& operator=(const FrameLock&) = delete;
+    ContextRestorer() : m_Previous(CGLGetCurrentContext()) {}
+    ~ContextRestorer() { CGLSetCurrentContext(m_Previous); }
+    ContextRestorer(const ContextRestorer&) = delete;
+    ContextRestorer& operator=(const ContextRestorer&) = delete;
 
 private:
-    IPlugin& m_Engine;
     CGLContextObj m_Previous;
+};
+
+// Holds the frame lock for a scope. Throws EffectFailure when the engine refuses it.
+class RequiredFrameLock {
+public:
+    explicit RequiredFrameLock(IPlugin& engine) : m_Lock(engine) {
+        if (!m_Lock)
+            throw EffectFailure("the engine's GL context cannot be made current");
+    }
+
+private:
+    ContextRestorer m_Restorer;
+    FrameLock m_Lock;
 };
 
 void* Writable(const Picture& picture) {
@@ -83,13 +89,13 @@ EffectInfo EngineDriver::info() {
 
 void EngineDriver::updateUI() {
     const StageSpan span(Stage::UpdateUI);
-    const FrameLock lock(m_Engine);
+    const RequiredFrameLock lock(m_Engine);
     m_Engine.setSequenceData(m_Sequence);
     m_Engine.preUIUpdate();
 }
 
 void EngineDriver::whileLocked(const std::function<void()>& work) {
-    const FrameLock lock(m_Engine);
+    const RequiredFrameLock lock(m_Engine);
     m_Engine.setSequenceData(m_Sequence);
     work();
 }
@@ -105,7 +111,7 @@ void EngineDriver::setValues(const FrameInputs& request) {
 
 Picture EngineDriver::render(const FrameInputs& request) {
     const Picture& input = request.input;
-    const FrameLock lock(m_Engine);
+    const RequiredFrameLock lock(m_Engine);
     StageSpan span(Stage::PreRender, &m_OnStage);
     m_Engine.setSequenceData(m_Sequence);
     m_Engine.setCompositionSize(input.width, input.height, 1);

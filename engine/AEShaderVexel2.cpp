@@ -6,6 +6,7 @@
 
 #include "context/Context.h"
 #include "engine/Config.h"
+#include "engine/FrameLock.h"
 #include "gpu/DrawText.h"
 #include "gpu/OpenGLContext.h"
 #include "platform/GL.h"
@@ -22,22 +23,6 @@ struct AEShaderVexel2::SequenceData {
 namespace {
 
 constexpr unsigned s_RendersPerFlip = 4;
-
-// Holds the frame lock for a scope, if it can be taken.
-class FrameLock {
-public:
-    explicit FrameLock(IPlugin& plugin) : m_Plugin(plugin), m_Locked(plugin.lockFrame()) {}
-    ~FrameLock() {
-        if (m_Locked)
-            m_Plugin.releaseFrame();
-    }
-    FrameLock(const FrameLock&) = delete;
-    FrameLock& operator=(const FrameLock&) = delete;
-
-private:
-    IPlugin& m_Plugin;
-    bool m_Locked;
-};
 
 // Converts the sign and the leading digits of a text, modulo 2^32; 0 when there are none.
 std::uint32_t ToNumber(const std::string& text) {

@@ -50,15 +50,4 @@ void CommandGuard::ReleaseFrame() {
         m_Engine->releaseFrame();
 }
 
-FrameLock::FrameLock(IPlugin& engine) : m_Engine(engine), m_Locked(engine.lockFrame()) {}
-
-FrameLock::~FrameLock() {
-    IgnoreExceptions([this] { Release(); });
-}
-
-void FrameLock::Release() {
-    if (std::exchange(m_Locked, false))
-        m_Engine.releaseFrame();
-}
-
 } // namespace Adapter

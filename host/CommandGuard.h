@@ -34,22 +34,4 @@ private:
     bool m_FrameLocked = false;
 };
 
-// Holds the engine's frame lock for a scope inside a command.
-class FrameLock {
-public:
-    explicit FrameLock(IPlugin& engine);
-    ~FrameLock();
-    FrameLock(const FrameLock&) = delete;
-    FrameLock& operator=(const FrameLock&) = delete;
-
-    // False when the engine refused the lock.
-    explicit operator bool() const { return m_Locked; }
-    // Releases the lock before the end of the scope, and reports failures, which the destructor cannot.
-    void Release();
-
-private:
-    IPlugin& m_Engine;
-    bool m_Locked;
-};
-
 } // namespace Adapter

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "AE_EffectSuites.h"
+#include "engine/FrameLock.h"
 #include "engine/IPlugin.h"
-#include "host/CommandGuard.h"
 #include "host/Geometry.h"
 #include "host/HostState.h"
 #include "host/HostText.h"

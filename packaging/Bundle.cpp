@@ -72,11 +72,7 @@ BundleInfo Describe(const FileMap& files, const std::string& name) {
 } // namespace
 
 const char* ModuleFolder() {
-#if defined(__APPLE__)
-    return "MacOS";
-#else
-    return "Linux";
-#endif
+    return FX_MODULE_FOLDER;
 }
 
 fs::path WriteBundle(const BundleParts& parts) {

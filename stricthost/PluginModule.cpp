@@ -9,11 +9,7 @@ namespace stricthost {
 
 namespace {
 
-#if defined(__APPLE__)
-constexpr const char* s_SystemFolder = "MacOS";
-#else
-constexpr const char* s_SystemFolder = "Linux";
-#endif
+constexpr const char* s_SystemFolder = FX_MODULE_FOLDER;
 constexpr const char* s_EntryName = "EntryPointFunc";
 
 std::filesystem::path ModuleOf(std::filesystem::path bundle) {

@@ -33,7 +33,7 @@ void LoadRenderUnload(std::uint32_t seed) {
     EXPECT_TRUE(IsLoaded());
 }
 
-#if defined(__linux__) && !defined(__SANITIZE_THREAD__)
+#if defined(FX_HAS_NM) && !defined(__SANITIZE_THREAD__)
 TEST(UnloadGLTest, TheModuleExportsOnlyItsEntryPoint) {
     const std::string module = std::string(FX_PLUGIN_FOLDER) + "/probe.plugin/Contents/Linux/probe";
     FILE* const names = popen(("nm -D --defined-only --format=just-symbols " + module).c_str(), "r");
