@@ -181,7 +181,7 @@ Picture HostDriver::render(const FrameInputs& request) {
     const bool isFullSize = m_Settings.across <= 1 && m_Settings.down <= 1;
     const Picture reduced =
         isFullSize ? Picture() : Downsampled(request.input, m_Settings.across, m_Settings.down);
-    stricthost::FrameRequest frame;
+    stricthost::FrameSpec frame;
     frame.input = isFullSize ? &request.input : &reduced;
     frame.timeScale = s_UnitsPerSecond;
     frame.time = static_cast<A_long>(std::lround(request.time * s_UnitsPerSecond));

@@ -12,7 +12,7 @@ namespace stricthost {
 
 class World;
 
-// An object of the AEGP layer that a plug-in borrows.
+// An object of the AEGP layer that a plug-in holds.
 struct AegpObject {
     enum class Kind { Effect, RenderOptions, FrameReceipt };
     Kind kind;
@@ -20,15 +20,16 @@ struct AegpObject {
     World* world = nullptr; // frame receipts
 };
 
-// The AEGP objects that are borrowed at the moment. Any thread may call; one object belongs to one thread.
+// The AEGP objects that the plug-in holds. Any thread may call; one object belongs to one thread.
 class AegpObjects {
 public:
     explicit AegpObjects(ViolationList& violations) : m_Violations(violations) {}
 
     AegpObject& Create(AegpObject::Kind kind);
-    // Null, and a report, when the plug-in does not hold such an object.
+    // Null, with a violation, when the plug-in does not hold such an object.
     AegpObject* Find(const void* object, AegpObject::Kind kind, const std::string& who);
     void Destroy(const AegpObject& object);
+    // Reports objects that were not given back.
     void CheckAtEnd();
 
 private:

@@ -1,6 +1,6 @@
 #include "AE_GeneralPlug.h"
-#include "stricthost/Call.h"
 #include "stricthost/FrameGeometry.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
 #include "stricthost/PixelFormats.h"
 #include "stricthost/SuiteTable.h"
@@ -11,7 +11,7 @@ namespace {
 
 constexpr AEGP_PluginID s_PluginId = 77;
 
-// The layer, composition and item are never freed; these stand for them.
+// Their addresses are the handles of the layer, composition and item, which are never freed.
 char s_LayerToken, s_CompToken, s_ItemToken;
 
 template <class Handle>
@@ -20,13 +20,13 @@ Handle HandleFor(void* object) {
 }
 
 A_Err Refuse(const char* what) {
-    if (const Call* call = Call::Require(what))
-        call->Report(std::string("called ") + what + " with an object that is none of this host's");
+    if (const HostCall* call = HostCall::Require(what))
+        call->Report(std::string("called ") + what + " with an object that does not belong to this host");
     return A_Err_PARAMETER;
 }
 
 A_Err Register(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* id) {
-    const Call* call = Call::Require("AEGP_RegisterWithAEGP");
+    const HostCall* call = HostCall::Require("AEGP_RegisterWithAEGP");
     if (!call || !name || !id)
         return A_Err_PARAMETER;
     if (call->host.options.registerError == A_Err_NONE)
@@ -35,7 +35,7 @@ A_Err Register(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* id) {
 }
 
 A_Err EffectLayer(PF_ProgPtr effect, AEGP_LayerH* layer) {
-    if (!Call::From(effect, "AEGP_GetEffectLayer") || !layer)
+    if (!HostCall::From(effect, "AEGP_GetEffectLayer") || !layer)
         return A_Err_PARAMETER;
     *layer = HandleFor<AEGP_LayerH>(&s_LayerToken);
     return A_Err_NONE;
@@ -56,7 +56,7 @@ A_Err CompItem(AEGP_CompH comp, AEGP_ItemH* item) {
 }
 
 A_Err ItemDimensions(AEGP_ItemH item, A_long* width, A_long* height) {
-    const Call* call = Call::Require("AEGP_GetItemDimensions");
+    const HostCall* call = HostCall::Require("AEGP_GetItemDimensions");
     if (!call || reinterpret_cast<void*>(item) != &s_ItemToken || !width || !height)
         return Refuse("AEGP_GetItemDimensions");
     const Extents comp = CompSize(*call);
@@ -66,7 +66,7 @@ A_Err ItemDimensions(AEGP_ItemH item, A_long* width, A_long* height) {
 }
 
 A_Err ItemAspect(AEGP_ItemH item, A_Ratio* aspect) {
-    const Call* call = Call::Require("AEGP_GetItemPixelAspectRatio");
+    const HostCall* call = HostCall::Require("AEGP_GetItemPixelAspectRatio");
     if (!call || reinterpret_cast<void*>(item) != &s_ItemToken || !aspect)
         return Refuse("AEGP_GetItemPixelAspectRatio");
     *aspect = call->host.options.compAspect;
@@ -74,7 +74,7 @@ A_Err ItemAspect(AEGP_ItemH item, A_Ratio* aspect) {
 }
 
 AegpObject* Find(const void* object, AegpObject::Kind kind, const char* what) {
-    const Call* call = Call::Require(what);
+    const HostCall* call = HostCall::Require(what);
     return call ? call->host.aegp.Find(object, kind, std::string(call->Name()) + ", in " + what + ",")
                 : nullptr;
 }
@@ -83,7 +83,7 @@ A_Err Destroy(const void* handle, AegpObject::Kind kind, const char* what) {
     const AegpObject* object = Find(handle, kind, what);
     if (!object)
         return A_Err_PARAMETER;
-    HostCore& host = Call::Require(what)->host;
+    HostCore& host = HostCall::Require(what)->host;
     if (object->world)
         host.worlds.Retire(*object->world);
     host.aegp.Destroy(*object);
@@ -91,7 +91,7 @@ A_Err Destroy(const void* handle, AegpObject::Kind kind, const char* what) {
 }
 
 A_Err NewEffect(AEGP_PluginID id, PF_ProgPtr effect, AEGP_EffectRefH* reference) {
-    const Call* call = Call::From(effect, "AEGP_GetNewEffectForEffect");
+    const HostCall* call = HostCall::From(effect, "AEGP_GetNewEffectForEffect");
     if (!call || !reference)
         return A_Err_PARAMETER;
     if (id != s_PluginId) {
@@ -110,7 +110,7 @@ A_Err NewOptions(AEGP_PluginID id, AEGP_EffectRefH effect, AEGP_LayerRenderOptio
     const char* what = "AEGP_NewFromUpstreamOfEffect";
     if (id != s_PluginId || !options || !Find(effect, AegpObject::Kind::Effect, what))
         return A_Err_PARAMETER;
-    AegpObjects& objects = Call::Require(what)->host.aegp;
+    AegpObjects& objects = HostCall::Require(what)->host.aegp;
     *options = HandleFor<AEGP_LayerRenderOptionsH>(&objects.Create(AegpObject::Kind::RenderOptions));
     return A_Err_NONE;
 }
@@ -133,7 +133,7 @@ A_Err RenderLayerFrame(AEGP_LayerRenderOptionsH options, AEGP_RenderSuiteCheckFo
     const AegpObject* object = Find(options, AegpObject::Kind::RenderOptions, what);
     if (!object || !receipt)
         return A_Err_PARAMETER;
-    HostCore& host = Call::Require(what)->host;
+    HostCore& host = HostCall::Require(what)->host;
     if (!host.options.upstreamFrame)
         return A_Err_GENERIC;
     const fxhost::Picture picture = host.options.upstreamFrame(object->time.value, object->time.scale);
@@ -147,7 +147,7 @@ A_Err RenderLayerFrame(AEGP_LayerRenderOptionsH options, AEGP_RenderSuiteCheckFo
     return A_Err_NONE;
 }
 
-// A receipt's world goes by the receipt's own address.
+// The handle of a receipt's world is the address of the receipt.
 A_Err ReceiptWorld(AEGP_FrameReceiptH receipt, AEGP_WorldH* world) {
     AegpObject* object = Find(receipt, AegpObject::Kind::FrameReceipt, "AEGP_GetReceiptWorld");
     if (!object || !world)

@@ -1,8 +1,9 @@
-#include <cstring>
+#include "stricthost/ClassicFrame.h"
 
+#include "stricthost/FrameOutput.h"
 #include "stricthost/HostCore.h"
 #include "stricthost/Instance.h"
-#include "stricthost/RenderCommands.h"
+#include "stricthost/ReadOnlyWorld.h"
 
 namespace stricthost {
 
@@ -14,18 +15,18 @@ struct OutputPlace {
     bool refused;
 };
 
-Extents PreparedSize(const FrameRequest& request) {
-    const PF_LRect input = InputRect(request);
-    return {request.outputWidth ? request.outputWidth : input.right - input.left,
-            request.outputHeight ? request.outputHeight : input.bottom - input.top};
+Extents PreparedSize(const FrameSpec& spec) {
+    const PF_LRect input = InputRect(spec);
+    return {spec.outputWidth ? spec.outputWidth : input.right - input.left,
+            spec.outputHeight ? spec.outputHeight : input.bottom - input.top};
 }
 
 bool MayResize(PF_OutFlags flags, A_long from, A_long to) {
     return to == from || (flags & (to > from ? PF_OutFlag_I_EXPAND_BUFFER : PF_OutFlag_I_SHRINK_BUFFER)) != 0;
 }
 
-// Without the flags for it, a plug-in's choice of size is ignored, as hosts do.
-OutputPlace ChooseOutput(const Call& setup, Extents prepared) {
+// Ignores the plug-in's choice of a size that its flags do not allow, as hosts do.
+OutputPlace ChooseOutput(const HostCall& setup, Extents prepared) {
     const PF_OutData& out = setup.out;
     const PF_OutFlags flags = setup.host.outFlags;
     if (out.width == prepared.width && out.height == prepared.height)
@@ -39,29 +40,29 @@ OutputPlace ChooseOutput(const Call& setup, Extents prepared) {
     return {{out.width, out.height}, out.origin, false};
 }
 
-// The input as it is described while its pixels are not to be read.
-PF_LayerDef Description(const Call& call, const FrameState& frame) {
-    const PF_LRect input = InputRect(frame.request);
+// Describes the input to commands that may not read its pixels.
+PF_LayerDef Description(const HostCall& call, const FrameState& frame) {
+    const PF_LRect input = InputRect(frame.spec);
     PF_LayerDef def = {};
     def.width = input.right - input.left;
     def.height = input.bottom - input.top;
     def.rowbytes = static_cast<A_long>(static_cast<unsigned>(def.width) *
-                                           (frame.request.input ? frame.request.input->depth : 0) / 2 +
+                                           (frame.spec.input ? frame.spec.input->depth : 0) / 2 +
                                        call.host.options.rowPadding);
     def.extent_hint = {0, 0, def.width, def.height};
-    def.pix_aspect_ratio = frame.request.pixelAspect;
+    def.pix_aspect_ratio = frame.spec.pixelAspect;
     return def;
 }
 
-// The commands of one frame, in their order.
+// Sends the commands of one frame in their order.
 class ClassicFrame {
 public:
     ClassicFrame(Instance& instance, const FrameState& frame)
         : m_Instance(instance), m_Host(instance.Host()), m_Frame(frame),
-          m_Prepared(PreparedSize(frame.request)) {}
+          m_Prepared(PreparedSize(frame.spec)) {}
 
     PF_Err SetUp(FrameResult& result) {
-        Call call(m_Host, PF_Cmd_FRAME_SETUP, &m_Instance);
+        HostCall call(m_Host, PF_Cmd_FRAME_SETUP, &m_Instance);
         Fill(call);
         call.params[0].u.ld = Description(call, m_Frame);
         call.out.width = m_Prepared.width;
@@ -70,14 +71,14 @@ public:
         m_FrameData = call.out.frame_data;
         m_Place = ChooseOutput(call, m_Prepared);
         result.resizeRefused = m_Place.refused;
-        Collect(call, err, result);
+        CollectOutcome(call, err, result);
         return err;
     }
 
     void Render(FrameResult& result, std::vector<std::uint32_t>& unwritten) {
         if (m_Place.size.width == 0 || m_Place.size.height == 0)
             return;
-        Call call(m_Host, PF_Cmd_RENDER, &m_Instance);
+        HostCall call(m_Host, PF_Cmd_RENDER, &m_Instance);
         Fill(call);
         const ReadOnlyWorld input(call, CreateInput(call));
         call.params[0].u.ld = input.Get() ? input.Get()->Def() : PF_LayerDef();
@@ -86,23 +87,21 @@ public:
                             static_cast<unsigned>(m_Place.size.height), m_Frame.format,
                             m_Host.options.rowPadding},
                            "the output of RENDER");
-        ClearOutput(*output, m_Frame, m_Host.options.checkPixels);
-        output->Def().pix_aspect_ratio = m_Frame.request.pixelAspect;
-        output->Def().world_flags |= PF_WorldFlag_WRITEABLE;
+        PrepareOutput(m_Host, m_Frame, *output);
         const PF_Err err = Send(call, *output);
-        result.originX = m_Frame.request.inputX - m_Place.origin.h;
-        result.originY = m_Frame.request.inputY - m_Place.origin.v;
-        Collect(call, err, result);
+        result.originX = m_Frame.spec.inputX - m_Place.origin.h;
+        result.originY = m_Frame.spec.inputY - m_Place.origin.v;
+        CollectOutcome(call, err, result);
         if (err == PF_Err_NONE)
-            Deliver(*output, m_Frame, m_Host.options.checkPixels, result, unwritten);
+            TakeOutput(m_Host, m_Frame, *output, result, unwritten);
     }
 
     void SetDown(FrameResult& result) {
-        Call call(m_Host, PF_Cmd_FRAME_SETDOWN, &m_Instance);
+        HostCall call(m_Host, PF_Cmd_FRAME_SETDOWN, &m_Instance);
         Fill(call);
         call.params[0].u.ld = Description(call, m_Frame);
         const PF_Err err = m_Host.Send(call, nullptr, nullptr);
-        Collect(call, err, result);
+        CollectOutcome(call, err, result);
         if (m_FrameData && m_Host.handles.IsLive(m_FrameData)) {
             call.Report("did not dispose of frame_data");
             m_Host.handles.DisposeOwn(m_FrameData);
@@ -111,7 +110,7 @@ public:
     }
 
 private:
-    void Fill(Call& call) {
+    void Fill(HostCall& call) {
         FillFrame(call, m_Frame);
         call.in.frame_data = m_FrameData;
         call.in.output_origin_x = m_Place.origin.h;
@@ -120,7 +119,7 @@ private:
         call.PassParams(m_Instance.Definitions(call.in));
     }
 
-    PF_Err Send(Call& call, World& output) {
+    PF_Err Send(HostCall& call, World& output) {
         PF_LayerDef def = output.Def();
         const PF_Err err = m_Host.Send(call, &def, nullptr);
         if (call.out.frame_data != m_FrameData)
@@ -138,45 +137,7 @@ private:
 
 } // namespace
 
-double Factor(const PF_RationalScale& scale) {
-    return scale.den && scale.num ? static_cast<double>(scale.num) / scale.den : 1.0;
-}
-
-void Collect(const Call& call, PF_Err err, FrameResult& result) {
-    if (result.error == PF_Err_NONE)
-        result.error = err;
-    result.outFlags |= call.out.out_flags;
-    if (result.message.empty())
-        result.message.assign(call.out.return_msg, strnlen(call.out.return_msg, sizeof call.out.return_msg));
-}
-
-void ClearOutput(World& output, const FrameState& frame, bool checkPixels) {
-    if (checkPixels)
-        output.FillWithPattern(frame.patternSeed);
-    else
-        output.Clear();
-}
-
-void Deliver(const World& output, const FrameState& frame, bool checkPixels, FrameResult& result,
-             std::vector<std::uint32_t>& unwritten) {
-    result.picture = output.ToPicture();
-    if (checkPixels)
-        unwritten = output.FindPattern(frame.patternSeed);
-}
-
-ReadOnlyWorld::ReadOnlyWorld(Call& call, World* world)
-    : m_Call(call), m_World(world),
-      m_Checksum(world && call.host.options.checkPixels ? world->Checksum() : 0) {}
-
-ReadOnlyWorld::~ReadOnlyWorld() {
-    if (!m_World)
-        return;
-    if (m_Call.host.options.checkPixels && m_World->Checksum() != m_Checksum)
-        m_Call.Report("wrote into its input");
-    m_Call.host.worlds.Retire(*m_World);
-}
-
-// Plug-ins that may change the output's size are asked for it once more than they render.
+// After Effects sends frame set-up once more, without a render, to plug-ins that may enlarge the output.
 FrameResult RenderClassic(Instance& instance, const FrameState& frame,
                           std::vector<std::uint32_t>& unwritten) {
     FrameResult result;

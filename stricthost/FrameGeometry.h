@@ -2,12 +2,13 @@
 
 #include <cstdint>
 
-#include "stricthost/Call.h"
-#include "stricthost/Frame.h"
+#include "stricthost/FrameSpec.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/World.h"
 
 namespace stricthost {
 
+// A size in pixels.
 struct Extents {
     A_long width;
     A_long height;
@@ -15,26 +16,33 @@ struct Extents {
 
 // What the commands of one frame share.
 struct FrameState {
-    const FrameRequest& request;
-    std::uint32_t format;
-    std::uint32_t patternSeed;
+    const FrameSpec& spec;
+    std::uint32_t format;      // of its worlds
+    std::uint32_t patternSeed; // for the pattern that finds unwritten pixels
 };
 
-// The format of a frame. Throws std::invalid_argument for a depth or format that the host cannot hand over.
-std::uint32_t FrameFormat(const HostCore& host, const FrameRequest& request);
-// The layer at full resolution, in pixels.
-Extents LayerSize(const FrameRequest& request);
-// What the suites tell about the composition.
-Extents CompSize(const Call& call);
+// Format of a frame's worlds. Throws std::invalid_argument for a depth or format that the host cannot
+// deliver.
+std::uint32_t FrameFormat(const HostCore& host, const FrameSpec& spec);
+// Size of the layer at full resolution.
+Extents LayerSize(const FrameSpec& spec);
+// Size of the composition that the suites report; the layer's size unless Options give another one.
+Extents CompSize(const HostCall& call);
+// Area of the layer that the frame's input covers, in pixels of the frame's resolution.
+PF_LRect InputRect(const FrameSpec& spec);
 
-// Fills in what a rendering command carries, and notes the frame.
-void FillFrame(Call& call, const FrameState& frame);
+// True for rectangles without pixels.
+bool IsEmpty(const PF_LRect& rect);
+// The common area; all zero when there is none.
+PF_LRect Intersection(const PF_LRect& a, const PF_LRect& b);
+// Down-sampling factor as a number; 1 for a fraction with a zero in it.
+double Factor(const PF_RationalScale& scale);
 
-// Worlds for the call, which the caller retires. Null for an empty layer.
-World* CreateInput(Call& call);
-World* CreateLayer(Call& call, const fxhost::Picture& picture, A_long index);
+// Fills in the fields that rendering commands carry, and attaches the frame to the call.
+void FillFrame(HostCall& call, const FrameState& frame);
 
-// The frame's input covers this part of the layer.
-PF_LRect InputRect(const FrameRequest& request);
+// Make worlds for the call. The caller retires them in the host's WorldStore. Null for an empty layer.
+World* CreateInput(HostCall& call);
+World* CreateLayer(HostCall& call, const fxhost::Picture& picture, A_long index);
 
 } // namespace stricthost

@@ -12,20 +12,20 @@
 
 namespace stricthost {
 
-// The host's memory blocks. New ones are filled with 0xCD, disposed ones with 0xDD; disposed blocks stay
-// allocated until the store goes, so that a late reader finds the poison and a late writer is found out.
-// Any thread may call.
+// The host's memory handles. New blocks are filled with 0xCD and disposed ones with 0xDD. Disposed blocks
+// stay allocated until the store is destroyed, so that late readers see the fill and late writers are
+// detected. Any thread may call.
 class HandleStore {
 public:
-    // allocations: how many calls of New succeed; negative: all of them.
+    // allocations: number of calls of New that succeed; negative: all of them.
     HandleStore(ViolationList& violations, long allocations);
     ~HandleStore();
 
-    // Null when the allowed number of allocations is used up.
+    // Null when the allowed number of allocations is used up. maker: name of the command, for messages.
     PF_Handle New(std::size_t bytes, const std::string& maker);
     PF_Handle NewFrom(const std::vector<char>& bytes);
 
-    // For plug-ins: each reports a handle that is not live, naming the caller's command.
+    // For plug-ins: each reports a violation for a handle that is not live. who: name of the command.
     void* Lock(PF_Handle handle, const std::string& who);
     void Unlock(PF_Handle handle, const std::string& who);
     void Dispose(PF_Handle handle, const std::string& who);
@@ -34,11 +34,11 @@ public:
 
     bool IsLive(PF_Handle handle) const;
     int Locks(PF_Handle handle) const; // 0 for a handle that is not live
-    // For the host itself: what is not live is left alone.
+    // For the host itself: ignores a handle that is not live.
     void DisposeOwn(PF_Handle handle);
     std::vector<char> Bytes(PF_Handle handle) const;
 
-    // Reports blocks that are still live, and writes outside blocks or into disposed ones.
+    // Reports blocks that are still live, writes outside blocks and writes into disposed blocks.
     void CheckAtEnd();
 
 private:

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "stricthost/Call.h"
-#include "stricthost/Instance.h"
+#include "stricthost/HostCall.h"
+#include "stricthost/InteractCallbacks.h"
+#include "stricthost/UtilCallbacks.h"
 
 namespace stricthost {
 
@@ -12,13 +13,13 @@ namespace {
 constexpr A_long s_AfterEffectsId = 0x46585443; // 'FXTC'
 constexpr A_long s_PremiereId = 0x50724D72;     // 'PrMr'
 constexpr A_short s_CurrentMinor = 28;
-constexpr A_short s_PremiereMinor = 4; // Premiere Pro stays at an older number
+constexpr A_short s_PremiereMinor = 4; // Premiere Pro reports an older version
 
 bool SetsSequenceData(PF_Cmd command) {
     return command >= PF_Cmd_SEQUENCE_SETUP && command <= PF_Cmd_SEQUENCE_SETDOWN;
 }
 
-void CheckHandle(const Call& call, PF_Handle handle, const char* field) {
+void CheckHandle(const HostCall& call, PF_Handle handle, const char* field) {
     if (handle && !call.host.handles.IsLive(handle))
         call.Report(std::string("left a handle in ") + field + " that is not live");
 }
@@ -27,15 +28,9 @@ void CheckHandle(const Call& call, PF_Handle handle, const char* field) {
 
 HostCore::HostCore(PF_FilterProc entryPoint, Options hostOptions)
     : entry(entryPoint), options(std::move(hostOptions)), handles(violations, options.allocations),
-      worlds(violations), suites(options, violations), aegp(violations) {
-    EnterLiveHosts(*this);
-}
+      worlds(violations), suites(options, violations), aegp(violations) {}
 
-HostCore::~HostCore() {
-    LeaveLiveHosts(*this);
-}
-
-void HostCore::FillIn(Call& call) {
+void HostCore::FillIn(HostCall& call) {
     PF_InData& in = call.in;
     in.inter = InteractTable();
     in.utils = UtilTable();
@@ -60,7 +55,7 @@ void HostCore::FillIn(Call& call) {
     out.frame_data = in.frame_data;
 }
 
-PF_Err HostCore::Enter(Call& call, PF_LayerDef* output, void* extra) {
+PF_Err HostCore::Enter(HostCall& call, PF_LayerDef* output, void* extra) {
     const CurrentCall current(call);
     PF_ParamDef** pointers = call.paramPointers.empty() ? nullptr : call.paramPointers.data();
     try {
@@ -71,7 +66,7 @@ PF_Err HostCore::Enter(Call& call, PF_LayerDef* output, void* extra) {
     }
 }
 
-PF_Err HostCore::Send(Call& call, PF_LayerDef* output, void* extra) {
+PF_Err HostCore::Send(HostCall& call, PF_LayerDef* output, void* extra) {
     FillIn(call);
     const PF_Handle sequence = call.in.sequence_data;
     void* context = options.currentContext ? options.currentContext() : nullptr;
@@ -82,7 +77,7 @@ PF_Err HostCore::Send(Call& call, PF_LayerDef* output, void* extra) {
     return err;
 }
 
-void HostCore::CheckAfter(Call& call, void* contextBefore) {
+void HostCore::CheckAfter(HostCall& call, void* contextBefore) {
     if (options.currentContext && options.currentContext() != contextBefore)
         call.Report("left another GL context current");
     for (const auto& [def, checkout] : call.checkouts) {

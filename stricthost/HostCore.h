@@ -6,6 +6,7 @@
 
 #include "stricthost/AegpObjects.h"
 #include "stricthost/HandleStore.h"
+#include "stricthost/LiveHosts.h"
 #include "stricthost/Options.h"
 #include "stricthost/ParamTable.h"
 #include "stricthost/SuiteTable.h"
@@ -14,20 +15,20 @@
 
 namespace stricthost {
 
-struct Call;
+struct HostCall;
 
-// What the host knows about one plug-in. Everything but the stores is written by the set-up commands alone,
-// which run alone; after them several threads may send commands.
+// The state of the host for its plug-in. Only the set-up commands, which run alone, write the fields outside
+// the stores; afterwards several threads may send commands.
 class HostCore {
 public:
     HostCore(PF_FilterProc entryPoint, Options hostOptions);
-    ~HostCore();
     HostCore(const HostCore&) = delete;
     HostCore& operator=(const HostCore&) = delete;
 
-    // Sends a command and checks what the plug-in left behind. output and extra as the command has them;
-    // call.params is handed over where hosts do so.
-    PF_Err Send(Call& call, PF_LayerDef* output, void* extra);
+    // Sends a command and checks the state that the plug-in left behind. output and extra: as the command
+    // defines them. Returns the plug-in's error; an exception becomes PF_Err_INVALID_CALLBACK and a
+    // violation.
+    PF_Err Send(HostCall& call, PF_LayerDef* output, void* extra);
 
     bool IsPremiere() const { return options.personality == Personality::Premiere; }
     bool Smart() const {
@@ -43,16 +44,18 @@ public:
     SuiteTable suites;
     AegpObjects aegp;
     ParamTable params;
-    std::vector<std::uint32_t> formats; // that the plug-in gave to Premiere Pro, in order of preference
+    std::vector<std::uint32_t> formats; // declared to Premiere Pro, in order of preference
     PF_Handle globalData = nullptr;
     A_u_long version = 0;
     PF_OutFlags outFlags = 0;
     PF_OutFlags2 outFlags2 = 0;
 
 private:
-    void FillIn(Call& call);
-    PF_Err Enter(Call& call, PF_LayerDef* output, void* extra);
-    void CheckAfter(Call& call, void* contextBefore);
+    LiveHosts m_Registration{*this};
+
+    void FillIn(HostCall& call);
+    PF_Err Enter(HostCall& call, PF_LayerDef* output, void* extra);
+    void CheckAfter(HostCall& call, void* contextBefore);
 };
 
 } // namespace stricthost

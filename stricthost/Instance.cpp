@@ -4,24 +4,19 @@
 #include <cstring>
 #include <iterator>
 
-#include "stricthost/Call.h"
-#include "stricthost/FrameGeometry.h"
+#include "stricthost/ClassicFrame.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
-#include "stricthost/RenderCommands.h"
+#include "stricthost/SmartFrame.h"
 #include "stricthost/StrictHost.h"
 
 namespace stricthost {
-
-CommandError::CommandError(PF_Cmd command, PF_Err code, const std::string& message)
-    : std::runtime_error(std::string(CommandName(command)) + " gave error " + std::to_string(code) +
-                         (message.empty() ? "" : ": " + message)),
-      m_Code(code) {}
 
 Instance::Instance(StrictHost& owner, HostCore& core, A_long width, A_long height)
     : m_Owner(owner), m_Core(core), m_Width(width), m_Height(height) {
     for (const PublishedParam& param : core.params.All()) {
         m_Values.push_back(DefaultValue(param, width, height));
-        m_Looks.push_back({param.label, param.uiFlags});
+        m_Controls.push_back({param.label, param.uiFlags});
     }
 }
 
@@ -46,7 +41,7 @@ void Instance::FillIn(PF_InData& in) const {
     in.downsample_x = in.downsample_y = in.pixel_aspect_ratio = {1, 1};
 }
 
-void Instance::Check(const Call& call, PF_Err err) {
+void Instance::Check(const HostCall& call, PF_Err err) {
     m_LastOutFlags = call.out.out_flags;
     if (err != PF_Err_NONE && !m_Sequence)
         m_Deleted = true; // nothing is left to set down
@@ -54,8 +49,8 @@ void Instance::Check(const Call& call, PF_Err err) {
         throw CommandError(call.command, err, call.Message());
 }
 
-// The handle that was there before is the host's to dispose of.
-void Instance::TakeSequence(const Call& call) {
+// The host disposes of a handle that the plug-in replaced.
+void Instance::TakeSequence(const HostCall& call) {
     const PF_Handle next = call.out.sequence_data;
     if (next != m_Sequence)
         m_Core.handles.DisposeOwn(m_Sequence);
@@ -63,7 +58,7 @@ void Instance::TakeSequence(const Call& call) {
 }
 
 void Instance::SetUp() {
-    Call call(m_Core, PF_Cmd_SEQUENCE_SETUP, this);
+    HostCall call(m_Core, PF_Cmd_SEQUENCE_SETUP, this);
     FillIn(call.in);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     TakeSequence(call);
@@ -71,7 +66,7 @@ void Instance::SetUp() {
 }
 
 void Instance::Resetup() {
-    Call call(m_Core, PF_Cmd_SEQUENCE_RESETUP, this);
+    HostCall call(m_Core, PF_Cmd_SEQUENCE_RESETUP, this);
     FillIn(call.in);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     TakeSequence(call);
@@ -84,7 +79,7 @@ void Instance::SetUpFrom(PF_Handle flat) {
 }
 
 void Instance::Flatten() {
-    Call call(m_Core, PF_Cmd_SEQUENCE_FLATTEN, this);
+    HostCall call(m_Core, PF_Cmd_SEQUENCE_FLATTEN, this);
     FillIn(call.in);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     TakeSequence(call);
@@ -92,7 +87,7 @@ void Instance::Flatten() {
 }
 
 void Instance::SetDown() {
-    Call call(m_Core, PF_Cmd_SEQUENCE_SETDOWN, this);
+    HostCall call(m_Core, PF_Cmd_SEQUENCE_SETDOWN, this);
     FillIn(call.in);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     if (m_Sequence && m_Core.handles.IsLive(m_Sequence)) {
@@ -112,7 +107,7 @@ Instance& Instance::Duplicate() {
     Resetup();
     Instance& copy = m_Owner.AddInstance(m_Width, m_Height);
     copy.m_Values = m_Values;
-    copy.m_Looks = m_Looks;
+    copy.m_Controls = m_Controls;
     copy.SetUpFrom(hasData ? m_Core.handles.NewFrom(bytes) : nullptr);
     return copy;
 }
@@ -152,12 +147,12 @@ const ParamValue& Instance::Value(std::size_t index) const {
 
 const std::string& Instance::Label(std::size_t index) const {
     RequireParam(index);
-    return m_Looks[index].label;
+    return m_Controls[index].label;
 }
 
 bool Instance::IsEnabled(std::size_t index) const {
     RequireParam(index);
-    return (m_Looks[index].uiFlags & PF_PUI_DISABLED) == 0;
+    return (m_Controls[index].uiFlags & PF_PUI_DISABLED) == 0;
 }
 
 void Instance::SetLayerSize(A_long width, A_long height) {
@@ -169,9 +164,9 @@ void Instance::SetLayerSize(A_long width, A_long height) {
 PF_ParamDef Instance::Definition(A_long index, const PF_InData& in) const {
     const auto i = static_cast<std::size_t>(index);
     PF_ParamDef def = m_Core.params[i].def;
-    def.ui_flags = m_Looks[i].uiFlags;
+    def.ui_flags = m_Controls[i].uiFlags;
     std::memset(def.name, 0, sizeof def.name);
-    m_Looks[i].label.copy(def.name, sizeof def.name - 1);
+    m_Controls[i].label.copy(def.name, sizeof def.name - 1);
     WriteValue(m_Values[i], Factor(in.downsample_x), Factor(in.downsample_y), def);
     return def;
 }
@@ -193,13 +188,13 @@ ColorValue Instance::Color(A_long index) const {
     return color ? *color : ColorValue();
 }
 
-void Instance::SetLook(A_long index, const PF_ParamDef& def) {
-    Look& look = m_Looks[static_cast<std::size_t>(index)];
+void Instance::SetControlState(A_long index, const PF_ParamDef& def) {
+    ControlState& look = m_Controls[static_cast<std::size_t>(index)];
     look.label = {def.name, strnlen(def.name, sizeof def.name - 1)};
     look.uiFlags = def.ui_flags;
 }
 
-PF_Err Instance::SendUi(Call& call, void* extra) {
+PF_Err Instance::SendUi(HostCall& call, void* extra) {
     FillIn(call.in);
     call.PassParams(Definitions(call.in));
     const PF_Err err = m_Core.Send(call, nullptr, extra);
@@ -210,7 +205,7 @@ PF_Err Instance::SendUi(Call& call, void* extra) {
 PF_Err Instance::UpdateUI() {
     const std::lock_guard lock(m_Mutex);
     RequireLive();
-    Call call(m_Core, PF_Cmd_UPDATE_PARAMS_UI, this);
+    HostCall call(m_Core, PF_Cmd_UPDATE_PARAMS_UI, this);
     return SendUi(call, nullptr);
 }
 
@@ -220,7 +215,7 @@ PF_Err Instance::UserChanged(std::size_t index) {
     RequireParam(index);
     PF_UserChangedParamExtra extra = {};
     extra.param_index = static_cast<PF_ParamIndex>(index);
-    Call call(m_Core, PF_Cmd_USER_CHANGED_PARAM, this);
+    HostCall call(m_Core, PF_Cmd_USER_CHANGED_PARAM, this);
     const PF_Err err = SendUi(call, &extra);
     for (std::size_t i = 1; i < call.params.size(); ++i)
         if (call.params[i].uu.change_flags & PF_ChangeFlag_CHANGED_VALUE)
@@ -228,22 +223,22 @@ PF_Err Instance::UserChanged(std::size_t index) {
     return err;
 }
 
-FrameResult Instance::RenderOnce(const FrameRequest& request, std::uint32_t seed,
+FrameResult Instance::RenderOnce(const FrameSpec& spec, std::uint32_t seed,
                                  std::vector<std::uint32_t>& unwritten) {
-    const FrameState frame = {request, FrameFormat(m_Core, request), seed};
+    const FrameState frame = {spec, FrameFormat(m_Core, spec), seed};
     return m_Core.Smart() ? RenderSmart(*this, frame, unwritten) : RenderClassic(*this, frame, unwritten);
 }
 
-// An 8-bit pixel may have the fill pattern's value by chance, so that pixels count as unwritten only when
-// they keep two different patterns.
-FrameResult Instance::Render(const FrameRequest& request) {
+// A rendered 8-bit pixel may equal the fill pattern by chance. A pixel therefore counts as unwritten only
+// when it still holds the pattern in two renders with different patterns.
+FrameResult Instance::Render(const FrameSpec& spec) {
     const std::lock_guard lock(m_Mutex);
     RequireLive();
     std::vector<std::uint32_t> unwritten, again, both;
-    FrameResult result = RenderOnce(request, 1, unwritten);
+    FrameResult result = RenderOnce(spec, 1, unwritten);
     if (unwritten.empty())
         return result;
-    result = RenderOnce(request, 2, again);
+    result = RenderOnce(spec, 2, again);
     std::set_intersection(unwritten.begin(), unwritten.end(), again.begin(), again.end(),
                           std::back_inserter(both));
     if (!both.empty() && result.picture.width != 0)

@@ -2,74 +2,72 @@
 
 #include <cstdint>
 #include <mutex>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "stricthost/Frame.h"
+#include "stricthost/CommandError.h"
+#include "stricthost/FrameResult.h"
+#include "stricthost/FrameSpec.h"
 #include "stricthost/ParamTable.h"
 
 namespace stricthost {
 
 class HostCore;
 class StrictHost;
-struct Call;
+struct HostCall;
 
-// A command other than a rendering one that the plug-in answered with an error.
-class CommandError : public std::runtime_error {
-public:
-    CommandError(PF_Cmd command, PF_Err code, const std::string& message);
-    PF_Err Code() const { return m_Code; }
-
-private:
-    PF_Err m_Code;
-};
-
-// The effect applied to a layer. Owned by its host. Several threads may use different instances at once;
-// commands to one instance wait for each other. Every use after Delete throws std::logic_error.
+// The effect applied to one layer, with its own parameter values and sequence data. The host owns it. Threads
+// may use different instances at once; commands to one instance wait for each other. Every use after Delete
+// throws std::logic_error. Indices of parameters are the host's, from 1; std::invalid_argument for others.
 class Instance {
 public:
     ~Instance();
     Instance(const Instance&) = delete;
     Instance& operator=(const Instance&) = delete;
 
-    // What a copy in the host does: the data is flattened, the original set up again from it, and the new
-    // instance from a copy of its bytes. Values are copied. Throws CommandError.
+    // Copies the instance as hosts do: flattens its data, sets the original up again from the flat data, and
+    // sets the copy up from a copy of the same bytes. The copy has the same values. Throws CommandError.
     Instance& Duplicate();
-    // What closing and opening a project does: flattened, kept as bytes, set down and set up again from them.
-    // Gives the bytes. Throws CommandError.
+    // Saves, closes and reopens the project: flattens the data, keeps its bytes, sets the instance down and
+    // sets it up again from the bytes. Returns the bytes. Throws CommandError.
     std::vector<char> SaveAndReopen();
-    // Sends sequence set-down. Throws CommandError; the instance is gone all the same.
+    // Sends sequence set-down. Throws CommandError; the instance is deleted in that case too.
     void Delete();
     bool IsDeleted() const { return m_Deleted; }
 
-    // index: of the host, from 1. Throws std::invalid_argument for an index or a kind that does not fit.
+    // Throws std::invalid_argument for a value of another kind than the parameter's.
     void SetValue(std::size_t index, const ParamValue& value);
     const ParamValue& Value(std::size_t index) const;
-    // As last told by the plug-in.
+    // Label and state of the control, as the plug-in last set them.
     const std::string& Label(std::size_t index) const;
     bool IsEnabled(std::size_t index) const;
 
-    // The size of the layer in pixels at full resolution, as user interface and set-up commands tell it.
+    // Size of the layer at full resolution, in pixels, for user interface and set-up commands.
     void SetLayerSize(A_long width, A_long height);
 
-    // Asks the plug-in to refresh its controls. Hosts send it when they first show an instance.
+    // Asks the plug-in to refresh its controls, as hosts do when they first show an instance. Returns its
+    // error.
     PF_Err UpdateUI();
-    // Tells it that the user changed a parameter, and takes over the values that it changes in turn.
+    // Reports to the plug-in that the user changed a parameter, and stores the values that it changes in
+    // turn. Returns its error.
     PF_Err UserChanged(std::size_t index);
-    // The flags that the last user interface or set-up command left.
+    // Output flags of the last user interface or set-up command.
     PF_OutFlags LastOutFlags() const { return m_LastOutFlags; }
 
-    // Renders one frame with the commands of the host's personality. Throws std::invalid_argument for a
-    // request that no host makes; errors of the plug-in are in the result.
-    FrameResult Render(const FrameRequest& request);
+    // Renders one frame with the commands of the host's personality. Errors of the plug-in are in the result.
+    // Throws std::invalid_argument for a frame that no host would request.
+    FrameResult Render(const FrameSpec& spec);
 
-    // For the host's own parts, during a command:
+    // For the callbacks, while a command of this instance runs:
+    // Definitions hold values and labels; points are scaled by the down-sampling in `in`.
     PF_ParamDef Definition(A_long index, const PF_InData& in) const;
     std::vector<PF_ParamDef> Definitions(const PF_InData& in) const;
+    // Null or black when the parameter is of another kind.
     LayerValue Layer(A_long index) const;
     ColorValue Color(A_long index) const;
-    void SetLook(A_long index, const PF_ParamDef& def);
+    // Takes label and flags over from a definition of the plug-in.
+    void SetControlState(A_long index, const PF_ParamDef& def);
+    // Fills in sequence data, sizes and times.
     void FillIn(PF_InData& in) const;
     HostCore& Host() const { return m_Core; }
 
@@ -82,15 +80,14 @@ private:
     void Flatten();
     void Resetup();
     void SetDown();
-    void Check(const Call& call, PF_Err err);
-    void TakeSequence(const Call& call);
-    PF_Err SendUi(Call& call, void* extra);
-    FrameResult RenderOnce(const FrameRequest& request, std::uint32_t seed,
-                           std::vector<std::uint32_t>& unwritten);
+    void Check(const HostCall& call, PF_Err err);
+    void TakeSequence(const HostCall& call);
+    PF_Err SendUi(HostCall& call, void* extra);
+    FrameResult RenderOnce(const FrameSpec& spec, std::uint32_t seed, std::vector<std::uint32_t>& unwritten);
     void RequireLive() const;
     void RequireParam(std::size_t index) const;
 
-    struct Look {
+    struct ControlState {
         std::string label;
         PF_ParamUIFlags uiFlags;
     };
@@ -102,7 +99,7 @@ private:
     A_long m_Width;
     A_long m_Height;
     std::vector<ParamValue> m_Values;
-    std::vector<Look> m_Looks;
+    std::vector<ControlState> m_Controls;
     PF_OutFlags m_LastOutFlags = 0;
     bool m_Deleted = false;
 };

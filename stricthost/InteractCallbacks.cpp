@@ -1,6 +1,8 @@
+#include "stricthost/InteractCallbacks.h"
+
 #include "AE_EffectUI.h"
-#include "stricthost/Call.h"
 #include "stricthost/FrameGeometry.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
 #include "stricthost/Instance.h"
 
@@ -8,12 +10,12 @@ namespace stricthost {
 
 namespace {
 
-bool IsPassed(const Call& call, const PF_ParamDef* def) {
+bool IsPassed(const HostCall& call, const PF_ParamDef* def) {
     return !call.params.empty() && def >= call.params.data() && def < call.params.data() + call.params.size();
 }
 
-// A layer's picture as a world for the checkout; an empty layer leaves the definition without pixels.
-World* MakeLayerWorld(Call& call, A_long index, PF_ParamDef& def) {
+// Makes the world of a checked-out layer. An empty layer leaves the definition without pixels.
+World* MakeLayerWorld(HostCall& call, A_long index, PF_ParamDef& def) {
     const LayerValue picture = call.instance->Layer(index);
     def.u.ld = {};
     if (!picture && index != 0)
@@ -26,7 +28,7 @@ World* MakeLayerWorld(Call& call, A_long index, PF_ParamDef& def) {
 
 PF_Err CheckoutParam(PF_ProgPtr effect, PF_ParamIndex index, A_long, A_long, A_u_long scale,
                      PF_ParamDef* def) {
-    Call* call = Call::From(effect, "checkout_param");
+    HostCall* call = HostCall::From(effect, "checkout_param");
     if (!call || !def)
         return PF_Err_BAD_CALLBACK_PARAM;
     if (!call->instance) {
@@ -50,7 +52,7 @@ PF_Err CheckoutParam(PF_ProgPtr effect, PF_ParamIndex index, A_long, A_long, A_u
 }
 
 PF_Err CheckinParam(PF_ProgPtr effect, PF_ParamDef* def) {
-    Call* call = Call::From(effect, "checkin_param");
+    HostCall* call = HostCall::From(effect, "checkin_param");
     if (!call)
         return PF_Err_BAD_CALLBACK_PARAM;
     const auto found = call->checkouts.find(def);
@@ -65,7 +67,7 @@ PF_Err CheckinParam(PF_ProgPtr effect, PF_ParamDef* def) {
 }
 
 PF_Err AddParam(PF_ProgPtr effect, PF_ParamIndex index, PF_ParamDefPtr def) {
-    Call* call = Call::From(effect, "add_param");
+    HostCall* call = HostCall::From(effect, "add_param");
     if (!call || !def)
         return PF_Err_BAD_CALLBACK_PARAM;
     if (call->command != PF_Cmd_PARAMS_SETUP) {
@@ -87,15 +89,15 @@ PF_Err AddParam(PF_ProgPtr effect, PF_ParamIndex index, PF_ParamDefPtr def) {
 }
 
 PF_Err Abort(PF_ProgPtr effect) {
-    return Call::From(effect, "abort") ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+    return HostCall::From(effect, "abort") ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
 }
 
 PF_Err Progress(PF_ProgPtr effect, A_long, A_long) {
-    return Call::From(effect, "progress") ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+    return HostCall::From(effect, "progress") ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
 }
 
 PF_Err RegisterUi(PF_ProgPtr effect, PF_CustomUIInfo* info) {
-    Call* call = Call::From(effect, "register_ui");
+    HostCall* call = HostCall::From(effect, "register_ui");
     if (!call || !info)
         return PF_Err_BAD_CALLBACK_PARAM;
     if (call->command != PF_Cmd_PARAMS_SETUP)

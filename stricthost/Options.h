@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>
@@ -10,41 +11,45 @@
 
 namespace stricthost {
 
+// The editing program that the host emulates.
 enum class Personality {
-    AfterEffects,      // smart render for plug-ins that say they can
-    AfterEffectsPlain, // frame set-up, render and set-down
+    AfterEffects,      // smart render, for plug-ins that support it
+    AfterEffectsPlain, // frame set-up, render and frame set-down, for every plug-in
     Premiere,
 };
 
+// How a host behaves. The defaults describe the most forgiving host of each personality.
 struct Options {
     Personality personality = Personality::AfterEffects;
-    // The interface's version as the host tells it; negative: 28 in After Effects and 4 in Premiere Pro.
+    // Version of the plug-in interface. apiMinor negative: 28 in After Effects and 4 in Premiere Pro.
     A_short apiMajor = 13;
     A_short apiMinor = -1;
-    // What a plug-in hears as the path of its own file; set from the bundle's path when left empty.
+    // Path that the plug-in receives as its own file. Empty: the path of the bundle.
     std::string pluginPath;
     std::set<std::string> missingSuites; // names of suites that cannot be acquired
-    long allocations = -1;    // handles that can be made before memory runs out; negative: no limit
+    long allocations = -1;    // number of handles that can be made before memory runs out; negative: no limit
     unsigned rowPadding = 16; // bytes after the pixels of each row of a world
-    // The GL context of the calling thread, compared before and after every command; null: not compared.
+    // Returns the GL context of the calling thread, which is compared before and after every command. Null:
+    // no comparison.
     void* (*currentContext)() = nullptr;
-    // Whether output pixels that were never written and inputs that were written are looked for. Costs a pass
-    // over the pixels of each.
+    // Looks for output pixels that were never written and inputs that were written. Costs one pass over the
+    // pixels of each world.
     bool checkPixels = true;
-    // The composition or sequence that holds the layer: pixels, and width / height of a pixel. 0: the layer's
-    // own size.
+    // Composition or sequence that holds the layer: size in pixels, and width / height of a pixel. 0: the
+    // size of the layer.
     A_long compWidth = 0;
     A_long compHeight = 0;
     A_Ratio compAspect = {1, 1};
-    // Renders the layer before the effect at value / scale seconds, in the depth of the frame that asks.
-    // Called on the thread that renders. Without it that is an error for the plug-in.
+    // Renders the layer before the effect at value / scale seconds, in the depth of the frame that requests
+    // it. Called on the thread that renders. Null: such requests of the plug-in fail.
     std::function<fxhost::Picture(A_long value, A_u_long scale)> upstreamFrame;
     // Premiere Pro: the format of all worlds, whatever formats the plug-in declared; 0: a declared one. With
-    // PixelFormats::Bgra8 the host hands over its own B, G, R, A pixels, for frames of 8 bits.
+    // PixelFormats::Bgra8 the host delivers B, G, R, A pixels in frames of 8 bits.
     std::uint32_t undeclaredFormat = 0;
-    A_Err registerError = A_Err_NONE;    // what registering with the AEGP layer gives
-    std::set<PF_ParamType> refusedTypes; // kinds of parameters that this host does not take
-    bool allowParamGap = false; // a count of parameters beyond the added ones is right, not a violation
+    A_Err registerError = A_Err_NONE;    // result of registering with the AEGP layer
+    std::set<PF_ParamType> refusedTypes; // kinds of parameters that this host does not support
+    // Accepts a parameter count that is larger than the number of added parameters.
+    bool allowParamGap = false;
 };
 
 } // namespace stricthost

@@ -23,13 +23,13 @@ struct PublishedParam {
     PF_ParamDef def = {};             // as published, without its strings
 };
 
-// What a new instance holds for a parameter, on a layer of the given size in pixels.
+// Value of a parameter in a new instance on a layer of the given size in pixels.
 ParamValue DefaultValue(const PublishedParam& param, double width, double height);
-// Whether a value is of the parameter's kind.
+// True when a value is of the parameter's kind.
 bool Fits(const PublishedParam& param, const ParamValue& value);
 
-// Writes a value into a definition as plug-ins see it. Points are scaled by the down-sampling factors. A
-// layer's picture is not written.
+// Writes a value into a definition as plug-ins see it. Points are multiplied by the down-sampling factors.
+// The pixels of layers are not written.
 void WriteValue(const ParamValue& value, double scaleX, double scaleY, PF_ParamDef& def);
 // The value that a plug-in left in a definition; `old` for kinds that plug-ins cannot change.
 ParamValue ReadValue(const PF_ParamDef& def, double scaleX, double scaleY, const ParamValue& old);

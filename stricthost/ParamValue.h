@@ -30,7 +30,7 @@ struct ColorValue {
 // A layer parameter's picture at the resolution of the frame, as A, R, G, B; null: none.
 using LayerValue = std::shared_ptr<const fxhost::Picture>;
 
-// What a parameter holds, by kind:
+// Value of a parameter, by kind:
 //   double        slider; angle in degrees
 //   int           check box (0, 1), pop-up (from 1), path (its id, 0 for none)
 //   PointValue, Point3DValue, ColorValue, LayerValue

@@ -14,8 +14,8 @@ std::uint32_t Mix(std::uint32_t value) {
     return value ^ (value >> 16);
 }
 
-// A row's words: they differ from pixel to pixel, and fill a pixel as often as they fit. Bits of Set are
-// always one, others of Changing depend on place and seed.
+// The 32-bit words of a row. A word differs from pixel to pixel and is repeated to fill its pixel. The bits
+// of Set are always one; the bits of Changing depend on position and seed.
 template <unsigned WordsPerPixel, std::uint32_t Set, std::uint32_t Changing>
 struct Row {
     std::uint32_t first;
@@ -43,7 +43,7 @@ struct Row {
 
     void Find(const std::uint8_t* row, unsigned width, std::uint32_t number,
               std::vector<std::uint32_t>& found) const {
-        unsigned count = 0; // counting alone goes many pixels at a time, and most rows have none
+        unsigned count = 0; // this loop is vectorised, and most rows contain no such pixel
         for (unsigned x = 0; x < width; ++x)
             count += IsAt(row, x) ? 1u : 0u;
         for (unsigned x = 0; count > 0; ++x) {

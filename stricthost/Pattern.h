@@ -6,8 +6,9 @@
 
 namespace stricthost {
 
-// Values that a rendered pixel does not have, to tell which pixels a plug-in wrote: 16-bit ones beyond 32768,
-// floats that are no numbers, and for 8 bits a pattern that depends on place and seed.
+// Pixel values that rendering does not produce, to find the pixels that a plug-in did not write: 16-bit
+// values above 32768, floats that are not numbers, and for 8 bits a pattern that depends on position and
+// seed.
 class Pattern {
 public:
     // bits: 8, 16 or 32 a channel, four channels a pixel.

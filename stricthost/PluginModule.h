@@ -6,7 +6,7 @@
 
 namespace stricthost {
 
-// A plug-in bundle's module, loaded while this lives.
+// The module of a plug-in bundle, loaded for the lifetime of this object.
 class PluginModule {
 public:
     // bundle: the NAME.plugin folder. Throws std::runtime_error, naming the file, when there is no module for

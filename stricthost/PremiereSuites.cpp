@@ -1,9 +1,9 @@
 #include "PrSDKAESupport.h"
 #include "PrSDKSequenceInfoSuite.h"
-#include "stricthost/Call.h"
 #include "stricthost/FrameGeometry.h"
-#include "stricthost/HandleCallbacks.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
+#include "stricthost/PluginWorlds.h"
 #include "stricthost/SuiteTable.h"
 
 namespace stricthost {
@@ -13,9 +13,9 @@ namespace {
 constexpr PrTimelineID s_Timeline = 42;
 constexpr prSuiteError s_InvalidParameters = static_cast<prSuiteError>(0x80000001);
 
-// Formats are told at global set-up and not later.
-Call* FormatCall(PF_ProgPtr effect, const char* what) {
-    Call* call = Call::From(effect, what);
+// The current command, which must be global set-up: formats cannot be declared later. Null with a violation.
+HostCall* FormatCall(PF_ProgPtr effect, const char* what) {
+    HostCall* call = HostCall::From(effect, what);
     if (call && call->command != PF_Cmd_GLOBAL_SETUP) {
         call->Report("declared pixel formats out of turn");
         return nullptr;
@@ -24,7 +24,7 @@ Call* FormatCall(PF_ProgPtr effect, const char* what) {
 }
 
 PF_Err AddFormat(PF_ProgPtr effect, PrPixelFormat format) {
-    Call* call = FormatCall(effect, "AddSupportedPixelFormat");
+    HostCall* call = FormatCall(effect, "AddSupportedPixelFormat");
     if (!call)
         return PF_Err_INVALID_CALLBACK;
     call->host.formats.push_back(static_cast<std::uint32_t>(format));
@@ -32,7 +32,7 @@ PF_Err AddFormat(PF_ProgPtr effect, PrPixelFormat format) {
 }
 
 PF_Err ClearFormats(PF_ProgPtr effect) {
-    Call* call = FormatCall(effect, "ClearSupportedPixelFormats");
+    HostCall* call = FormatCall(effect, "ClearSupportedPixelFormats");
     if (!call)
         return PF_Err_INVALID_CALLBACK;
     call->host.formats.clear();
@@ -46,7 +46,7 @@ PF_Err NewWorld(PF_ProgPtr effect, A_u_long width, A_u_long height, PF_NewWorldF
 }
 
 PF_Err WorldFormat(PF_EffectWorld* def, PrPixelFormat* format) {
-    Call* call = Call::Require("GetPixelFormat");
+    HostCall* call = HostCall::Require("GetPixelFormat");
     const World* world = call ? call->host.worlds.Find(def) : nullptr;
     if (call && !world)
         call->Report("asked for the pixel format of a world that does not exist");
@@ -57,14 +57,14 @@ PF_Err WorldFormat(PF_EffectWorld* def, PrPixelFormat* format) {
 }
 
 PF_Err TimelineId(PF_ProgPtr effect, PrTimelineID* timeline) {
-    if (!Call::From(effect, "GetContainingTimelineID") || !timeline)
+    if (!HostCall::From(effect, "GetContainingTimelineID") || !timeline)
         return PF_Err_BAD_CALLBACK_PARAM;
     *timeline = s_Timeline;
     return PF_Err_NONE;
 }
 
 prSuiteError FrameRect(PrTimelineID timeline, prRect* rect) {
-    const Call* call = Call::Require("GetFrameRect");
+    const HostCall* call = HostCall::Require("GetFrameRect");
     if (!call || timeline != s_Timeline || !rect)
         return s_InvalidParameters;
     const Extents comp = CompSize(*call);
@@ -75,7 +75,7 @@ prSuiteError FrameRect(PrTimelineID timeline, prRect* rect) {
 }
 
 prSuiteError SequenceAspect(PrTimelineID timeline, csSDK_uint32* numerator, csSDK_uint32* denominator) {
-    const Call* call = Call::Require("GetPixelAspectRatio");
+    const HostCall* call = HostCall::Require("GetPixelAspectRatio");
     if (!call || timeline != s_Timeline || !numerator || !denominator)
         return s_InvalidParameters;
     *numerator = static_cast<csSDK_uint32>(call->host.options.compAspect.num);

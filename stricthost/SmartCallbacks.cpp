@@ -1,5 +1,8 @@
+#include "stricthost/SmartCallbacks.h"
+
 #include <algorithm>
 
+#include "stricthost/FrameGeometry.h"
 #include "stricthost/HostCore.h"
 #include "stricthost/Instance.h"
 #include "stricthost/PixelFormats.h"
@@ -9,18 +12,18 @@ namespace stricthost {
 
 namespace {
 
-// The smart frame of a command; null, and a report, when the command is another one.
-Call* SmartCall(PF_ProgPtr effect, PF_Cmd command, const char* what) {
-    Call* call = Call::From(effect, what);
+// The current command when it is the expected one; null, with a violation, otherwise.
+HostCall* SmartCall(PF_ProgPtr effect, PF_Cmd command, const char* what) {
+    HostCall* call = HostCall::From(effect, what);
     if (!call || (call->command == command && call->smart))
         return call;
     call->Report(std::string("called ") + what + " out of turn");
     return nullptr;
 }
 
-PF_LRect LayerRect(const Call& call, A_long index) {
+PF_LRect LayerRect(const HostCall& call, A_long index) {
     if (index == 0)
-        return InputRect(call.frame->request);
+        return InputRect(call.frame->spec);
     const LayerValue picture = call.instance->Layer(index);
     if (!picture)
         return {};
@@ -35,7 +38,7 @@ bool ReservedIsZero(const PF_RenderRequest& request) {
 
 PF_Err CheckoutLayer(PF_ProgPtr effect, PF_ParamIndex index, A_long id, const PF_RenderRequest* request,
                      A_long, A_long, A_u_long scale, PF_CheckoutResult* result) {
-    Call* call = SmartCall(effect, PF_Cmd_SMART_PRE_RENDER, "checkout_layer");
+    HostCall* call = SmartCall(effect, PF_Cmd_SMART_PRE_RENDER, "checkout_layer");
     if (!call || !request || !result)
         return PF_Err_BAD_CALLBACK_PARAM;
     const bool exists = index >= 0 && index < static_cast<A_long>(call->host.params.Size());
@@ -55,7 +58,7 @@ PF_Err CheckoutLayer(PF_ProgPtr effect, PF_ParamIndex index, A_long id, const PF
     *result = {};
     result->max_result_rect = whole;
     result->result_rect = Intersection(request->rect, whole);
-    result->par = call->frame->request.pixelAspect;
+    result->par = call->frame->spec.pixelAspect;
     result->ref_width = call->in.width;
     result->ref_height = call->in.height;
     call->smart->layers[id] = {index, result->result_rect};
@@ -63,16 +66,16 @@ PF_Err CheckoutLayer(PF_ProgPtr effect, PF_ParamIndex index, A_long id, const PF
 }
 
 PF_Err GuidMixIn(PF_ProgPtr effect, A_u_long size, const void* bytes) {
-    Call* call = SmartCall(effect, PF_Cmd_SMART_PRE_RENDER, "GuidMixInPtr");
+    HostCall* call = SmartCall(effect, PF_Cmd_SMART_PRE_RENDER, "GuidMixInPtr");
     return call && (bytes || size == 0) ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
 }
 
-// The part of a layer that was asked for, as a world of exactly that size.
-World* CreatePart(Call& call, const SmartState::Layer& layer, A_long id) {
+// Makes a world of exactly the part of the layer that the plug-in requested; null when that is empty.
+World* CreatePart(HostCall& call, const SmartState::Layer& layer, A_long id) {
     if (IsEmpty(layer.rect))
         return nullptr;
     const LayerValue own = layer.index == 0 ? nullptr : call.instance->Layer(layer.index);
-    const fxhost::Picture& picture = layer.index == 0 ? *call.frame->request.input : *own;
+    const fxhost::Picture& picture = layer.index == 0 ? *call.frame->spec.input : *own;
     const PF_LRect whole = LayerRect(call, layer.index);
     const WorldShape shape = {static_cast<unsigned>(layer.rect.right - layer.rect.left),
                               static_cast<unsigned>(layer.rect.bottom - layer.rect.top),
@@ -81,12 +84,12 @@ World* CreatePart(Call& call, const SmartState::Layer& layer, A_long id) {
     world.Load(picture, layer.rect.left - whole.left, layer.rect.top - whole.top);
     world.Def().origin_x = layer.rect.left;
     world.Def().origin_y = layer.rect.top;
-    world.Def().pix_aspect_ratio = call.frame->request.pixelAspect;
+    world.Def().pix_aspect_ratio = call.frame->spec.pixelAspect;
     return &world;
 }
 
 PF_Err CheckoutLayerPixels(PF_ProgPtr effect, A_long id, PF_EffectWorld** pixels) {
-    Call* call = SmartCall(effect, PF_Cmd_SMART_RENDER, "checkout_layer_pixels");
+    HostCall* call = SmartCall(effect, PF_Cmd_SMART_RENDER, "checkout_layer_pixels");
     if (!call || !pixels)
         return PF_Err_BAD_CALLBACK_PARAM;
     const auto found = call->smart->layers.find(id);
@@ -104,18 +107,18 @@ PF_Err CheckoutLayerPixels(PF_ProgPtr effect, A_long id, PF_EffectWorld** pixels
 }
 
 PF_Err CheckinLayerPixels(PF_ProgPtr effect, A_long id) {
-    Call* call = SmartCall(effect, PF_Cmd_SMART_RENDER, "checkin_layer_pixels");
+    HostCall* call = SmartCall(effect, PF_Cmd_SMART_RENDER, "checkin_layer_pixels");
     if (!call)
         return PF_Err_BAD_CALLBACK_PARAM;
     const auto found = call->smart->layers.find(id);
     if (found != call->smart->layers.end() && found->second.taken)
-        return PF_Err_NONE; // the world dies with the command all the same
+        return PF_Err_NONE; // the world lives until the end of the command
     call->Report("gave back the pixels of checkout " + std::to_string(id) + ", which it does not hold");
     return PF_Err_BAD_CALLBACK_PARAM;
 }
 
 PF_Err CheckoutOutput(PF_ProgPtr effect, PF_EffectWorld** output) {
-    Call* call = SmartCall(effect, PF_Cmd_SMART_RENDER, "checkout_output");
+    HostCall* call = SmartCall(effect, PF_Cmd_SMART_RENDER, "checkout_output");
     if (!call || !output)
         return PF_Err_BAD_CALLBACK_PARAM;
     SmartState& state = *call->smart;
@@ -129,16 +132,6 @@ PF_Err CheckoutOutput(PF_ProgPtr effect, PF_EffectWorld** output) {
 }
 
 } // namespace
-
-bool IsEmpty(const PF_LRect& rect) {
-    return rect.right <= rect.left || rect.bottom <= rect.top;
-}
-
-PF_LRect Intersection(const PF_LRect& a, const PF_LRect& b) {
-    const PF_LRect both = {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-                           std::min(a.bottom, b.bottom)};
-    return IsEmpty(both) ? PF_LRect() : both;
-}
 
 PF_PreRenderCallbacks PreRenderTable() {
     return {CheckoutLayer, GuidMixIn};

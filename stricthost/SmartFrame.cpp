@@ -1,8 +1,12 @@
+#include "stricthost/SmartFrame.h"
+
 #include <cstdlib>
 
+#include "stricthost/FrameOutput.h"
 #include "stricthost/HostCore.h"
 #include "stricthost/Instance.h"
 #include "stricthost/PixelFormats.h"
+#include "stricthost/SmartCallbacks.h"
 #include "stricthost/SmartState.h"
 
 namespace stricthost {
@@ -21,12 +25,12 @@ bool TooLarge(const PF_LRect& rect) {
                               static_cast<long long>(rect.bottom) - rect.top > s_LargestExtent);
 }
 
-// Pre-render and render of one frame.
+// Sends pre-render and render of one frame.
 class SmartFrame {
 public:
     SmartFrame(Instance& instance, const FrameState& frame)
         : m_Instance(instance), m_Host(instance.Host()), m_Frame(frame) {
-        m_Request.rect = frame.request.wanted ? *frame.request.wanted : InputRect(frame.request);
+        m_Request.rect = frame.spec.wanted ? *frame.spec.wanted : InputRect(frame.spec);
         m_Request.field = PF_Field_FRAME;
         m_Request.channel_mask = PF_ChannelMask_ARGB;
     }
@@ -43,7 +47,7 @@ public:
     SmartFrame& operator=(const SmartFrame&) = delete;
 
     PF_Err PreRender(FrameResult& result) {
-        Call call(m_Host, PF_Cmd_SMART_PRE_RENDER, &m_Instance);
+        HostCall call(m_Host, PF_Cmd_SMART_PRE_RENDER, &m_Instance);
         Fill(call);
         PF_PreRenderInput input = {};
         input.output_request = m_Request;
@@ -51,7 +55,7 @@ public:
         PF_PreRenderCallbacks callbacks = PreRenderTable();
         PF_PreRenderExtra extra = {&input, &m_PreRendered, &callbacks};
         const PF_Err err = m_Host.Send(call, nullptr, &extra);
-        Collect(call, err, result);
+        CollectOutcome(call, err, result);
         if (err == PF_Err_NONE)
             CheckRects(call);
         return err;
@@ -61,9 +65,9 @@ public:
         const PF_LRect& rect = m_PreRendered.result_rect;
         if (IsEmpty(rect) || TooLarge(rect))
             return;
-        Call call(m_Host, PF_Cmd_SMART_RENDER, &m_Instance);
+        HostCall call(m_Host, PF_Cmd_SMART_RENDER, &m_Instance);
         Fill(call);
-        const PF_LRect input = InputRect(m_Frame.request);
+        const PF_LRect input = InputRect(m_Frame.spec);
         call.in.output_origin_x = input.left - rect.left;
         call.in.output_origin_y = input.top - rect.top;
         ScopedWorld output(m_Host.worlds,
@@ -71,22 +75,22 @@ public:
                             static_cast<unsigned>(rect.bottom - rect.top), m_Frame.format,
                             m_Host.options.rowPadding},
                            "the output of SMART_RENDER");
-        PrepareOutput(*output);
+        OfferOutput(*output);
         const PF_Err err = Send(call);
         result.originX = rect.left;
         result.originY = rect.top;
-        Collect(call, err, result);
+        CollectOutcome(call, err, result);
         if (err == PF_Err_NONE)
-            Deliver(*output, m_Frame, m_Host.options.checkPixels, result, unwritten);
+            TakeOutput(m_Host, m_Frame, *output, result, unwritten);
     }
 
 private:
-    void Fill(Call& call) {
+    void Fill(HostCall& call) {
         FillFrame(call, m_Frame);
         call.smart = &m_State;
     }
 
-    void CheckRects(const Call& call) {
+    void CheckRects(const HostCall& call) {
         const PF_PreRenderOutput& out = m_PreRendered;
         if (!Contains(out.max_result_rect, out.result_rect))
             call.Report("promised a result_rect beyond its max_result_rect");
@@ -98,17 +102,15 @@ private:
             call.Report("promised a result_rect larger than any world");
     }
 
-    void PrepareOutput(World& output) {
-        ClearOutput(output, m_Frame, m_Host.options.checkPixels);
+    void OfferOutput(World& output) {
+        PrepareOutput(m_Host, m_Frame, output);
         m_State.output = &output;
         m_State.outputDef = output.Def();
         m_State.outputDef.origin_x = m_PreRendered.result_rect.left;
         m_State.outputDef.origin_y = m_PreRendered.result_rect.top;
-        m_State.outputDef.pix_aspect_ratio = m_Frame.request.pixelAspect;
-        m_State.outputDef.world_flags |= PF_WorldFlag_WRITEABLE;
     }
 
-    PF_Err Send(Call& call) {
+    PF_Err Send(HostCall& call) {
         PF_SmartRenderInput input = {};
         input.output_request = m_Request;
         input.bitdepth = static_cast<short>(FormatBits(m_Frame.format));
@@ -116,7 +118,7 @@ private:
         PF_SmartRenderCallbacks callbacks = SmartRenderTable();
         PF_SmartRenderExtra extra = {&input, &callbacks};
         const PF_Err err = m_Host.Send(call, nullptr, &extra);
-        m_State.worlds.clear(); // while the call that they report to is still there
+        m_State.worlds.clear(); // they report to the call, which ends here
         m_State.output = nullptr;
         return err;
     }

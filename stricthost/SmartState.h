@@ -4,16 +4,16 @@
 #include <memory>
 #include <vector>
 
-#include "stricthost/RenderCommands.h"
+#include "stricthost/ReadOnlyWorld.h"
 
 namespace stricthost {
 
-// What one smart frame has checked out. Lives from pre-render to the end of render.
+// What the plug-in checked out for one smart frame. Lives from pre-render to the end of render.
 struct SmartState {
     struct Layer {
-        A_long index;
-        PF_LRect rect; // of the layer, what the plug-in gets
-        bool taken = false;
+        A_long index;       // of the layer parameter; 0 is the input
+        PF_LRect rect;      // area that the plug-in receives, in layer coordinates
+        bool taken = false; // true after its pixels were checked out
     };
     std::map<A_long, Layer> layers; // by checkout id
     std::vector<std::unique_ptr<ReadOnlyWorld>> worlds;
@@ -22,11 +22,5 @@ struct SmartState {
     bool outputTaken = false;
     unsigned layersTaken = 0;
 };
-
-PF_PreRenderCallbacks PreRenderTable();
-PF_SmartRenderCallbacks SmartRenderTable();
-
-bool IsEmpty(const PF_LRect& rect);
-PF_LRect Intersection(const PF_LRect& a, const PF_LRect& b);
 
 } // namespace stricthost

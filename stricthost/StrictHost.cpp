@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "stricthost/Call.h"
+#include "stricthost/HostCall.h"
 
 namespace stricthost {
 
@@ -33,7 +33,7 @@ void StrictHost::Require(Stage stage, const char* what) const {
 
 void StrictHost::GlobalSetup() {
     Require(Stage::Loaded, "GlobalSetup");
-    Call call(m_Core, PF_Cmd_GLOBAL_SETUP);
+    HostCall call(m_Core, PF_Cmd_GLOBAL_SETUP);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     m_Core.globalData = m_Core.handles.IsLive(call.out.global_data) ? call.out.global_data : nullptr;
     m_Core.version = call.out.my_version;
@@ -56,13 +56,13 @@ void StrictHost::CheckFlags() {
 
 void StrictHost::ParamsSetup() {
     Require(Stage::GlobalsSetUp, "ParamsSetup");
-    Call call(m_Core, PF_Cmd_PARAMS_SETUP);
+    HostCall call(m_Core, PF_Cmd_PARAMS_SETUP);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     if (err != PF_Err_NONE)
         throw CommandError(PF_Cmd_PARAMS_SETUP, err, call.Message());
     const bool gap = call.out.num_params > call.added + 1;
     if (call.out.num_params != call.added + 1 && !(gap && m_Core.options.allowParamGap))
-        call.Report("told of " + std::to_string(call.out.num_params) + " parameters, but added " +
+        call.Report("reported " + std::to_string(call.out.num_params) + " parameters, but added " +
                     std::to_string(call.added) + " beside the input");
     m_Stage = Stage::Ready;
 }
@@ -70,7 +70,7 @@ void StrictHost::ParamsSetup() {
 std::string StrictHost::About() {
     if (m_Stage == Stage::Loaded || m_Stage == Stage::Finished)
         throw std::logic_error("About is out of order");
-    Call call(m_Core, PF_Cmd_ABOUT);
+    HostCall call(m_Core, PF_Cmd_ABOUT);
     if (const PF_Err err = m_Core.Send(call, nullptr, nullptr); err != PF_Err_NONE)
         throw CommandError(PF_Cmd_ABOUT, err, call.Message());
     return call.Message();
@@ -107,13 +107,13 @@ void StrictHost::FinishInstances() {
     }
 }
 
-// Plug-ins may leave their global handle to the host.
+// Plug-ins may leave the disposal of their global handle to the host.
 void StrictHost::Finish() {
     if (m_Stage == Stage::Finished)
         return;
     FinishInstances();
     if (m_Stage != Stage::Loaded) {
-        Call call(m_Core, PF_Cmd_GLOBAL_SETDOWN);
+        HostCall call(m_Core, PF_Cmd_GLOBAL_SETDOWN);
         if (const PF_Err err = m_Core.Send(call, nullptr, nullptr); err != PF_Err_NONE)
             call.Report("gave error " + std::to_string(err));
         m_Core.handles.DisposeOwn(call.out.global_data);

@@ -13,45 +13,47 @@
 
 namespace stricthost {
 
-// An editing host for one plug-in that notes everything the plug-in does against the rules. The order is
-// GlobalSetup, ParamsSetup, instances and their commands, Finish; std::logic_error for another one. Setting
-// up and finishing belong to one thread; instances can be made and used by several threads at once.
+// An emulated editing program for one plug-in, which records every violation of the plug-in interface's
+// rules. The order of calls is GlobalSetup, ParamsSetup, instances and their commands, Finish; any other
+// order throws std::logic_error. Set-up and Finish belong to one thread; several threads may create and use
+// instances at once.
 class StrictHost {
 public:
     // Drives an entry point that is linked into the program.
     StrictHost(PF_FilterProc entry, Options options);
-    // Loads NAME.plugin and unloads it at the end. Throws std::runtime_error for a bundle that cannot be
-    // loaded.
+    // Loads NAME.plugin and unloads it at the end. Throws std::runtime_error, naming the file, for a bundle
+    // that cannot be loaded.
     StrictHost(const std::filesystem::path& bundle, Options options);
-    ~StrictHost(); // finishes
+    ~StrictHost(); // calls Finish
     StrictHost(const StrictHost&) = delete;
     StrictHost& operator=(const StrictHost&) = delete;
 
-    // Each throws CommandError when the plug-in gives an error.
+    // Each throws CommandError when the plug-in returns an error.
     void GlobalSetup();
     void ParamsSetup();
-    // The text of the plug-in's about box.
+    // Returns the text of the plug-in's about box.
     std::string About();
 
-    // As published; index 0 is the input layer. Valid after ParamsSetup.
+    // Published parameters; index 0 is the input layer. Valid after ParamsSetup.
     const std::vector<PublishedParam>& Params() const { return m_Core.params.All(); }
-    A_u_long Version() const { return m_Core.version; } // my_version, as PF_VERSION packs it
+    // Valid after GlobalSetup: my_version, packed as by PF_VERSION, and the capability flags.
+    A_u_long Version() const { return m_Core.version; }
     PF_OutFlags OutFlags() const { return m_Core.outFlags; }
     PF_OutFlags2 OutFlags2() const { return m_Core.outFlags2; }
-    // The pixel formats that the plug-in declared to Premiere Pro, in its order.
+    // Pixel formats that the plug-in declared to Premiere Pro, in its order.
     const std::vector<std::uint32_t>& PixelFormats() const { return m_Core.formats; }
 
-    // Applies the effect to a layer of the given size in pixels, which gives points their default values. The
-    // instance belongs to the host and lives as long. Throws CommandError.
+    // Applies the effect to a layer of the given size in pixels, which determines the defaults of points. The
+    // host owns the instance for its own lifetime. Throws CommandError.
     Instance& NewInstance(A_long width = 640, A_long height = 360);
-    // The same from the bytes that an instance was saved as; null: a project without any.
+    // The same from the bytes of a saved instance. Null: a project that stored no data.
     Instance& OpenInstance(const std::vector<char>* flat, A_long width = 640, A_long height = 360);
 
-    // Sets down instances that are left and the plug-in, and looks for what was not given back. Errors of the
-    // set-down commands count as violations. Further calls do nothing.
+    // Sets down the remaining instances and the plug-in, and looks for what was not given back. Errors of the
+    // set-down commands become violations. Further calls do nothing.
     void Finish();
-    // What the plug-in did against the rules, in order and each once. Read it while no command runs; complete
-    // after Finish.
+    // The violations in the order of their first occurrence, each once. Read it while no command runs;
+    // complete after Finish.
     const std::vector<std::string>& Violations() const { return m_Core.violations.Texts(); }
 
 private:
@@ -62,10 +64,10 @@ private:
     void CheckFlags();
     void FinishInstances();
 
-    std::unique_ptr<PluginModule> m_Module; // goes last
+    std::unique_ptr<PluginModule> m_Module; // destroyed last
     HostCore m_Core;
     Stage m_Stage = Stage::Loaded;
-    std::mutex m_Mutex;
+    std::mutex m_Mutex; // guards m_Instances
     std::vector<std::unique_ptr<Instance>> m_Instances;
 };
 

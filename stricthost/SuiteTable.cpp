@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "stricthost/Call.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
 
 namespace stricthost {
@@ -22,7 +22,7 @@ const SuiteRow* FindRow(const Options& options, const char* name, std::int32_t n
 }
 
 SPErr AcquireSuite(const char* name, std::int32_t number, const void** suite) {
-    Call* call = Call::Require("AcquireSuite");
+    HostCall* call = HostCall::Require("AcquireSuite");
     if (!call || !suite)
         return kSPBadParameterError;
     *suite = call->host.suites.Acquire(name, number);
@@ -30,7 +30,7 @@ SPErr AcquireSuite(const char* name, std::int32_t number, const void** suite) {
 }
 
 SPErr ReleaseSuite(const char* name, std::int32_t number) {
-    Call* call = Call::Require("ReleaseSuite");
+    HostCall* call = HostCall::Require("ReleaseSuite");
     const bool released = call && name && call->host.suites.Release(name, number, call->Name());
     return released ? kSPNoError : kSPBadParameterError;
 }
@@ -40,7 +40,7 @@ SPBoolean IsEqual(const char* a, const char* b) {
 }
 
 SPErr Undefined() {
-    if (Call* call = Call::Require("the undefined entry of the basic suite"))
+    if (HostCall* call = HostCall::Require("the undefined entry of the basic suite"))
         call->Report("called the undefined entry of the basic suite");
     return kSPBadParameterError;
 }

@@ -11,7 +11,7 @@
 
 namespace stricthost {
 
-// One suite: its name and number, who has it, and its table.
+// One suite: its name and number, the hosts that provide it, and its table of functions.
 struct SuiteRow {
     enum Host { Both, AfterEffects, Premiere };
     const char* name;
@@ -20,17 +20,17 @@ struct SuiteRow {
     const void* table;
 };
 
-// Hands out the suites of a personality and counts them. Any thread may call.
+// Provides the suites of a personality and counts references to them. Any thread may call.
 class SuiteTable {
 public:
     SuiteTable(const Options& options, ViolationList& violations)
         : m_Options(options), m_Violations(violations) {}
 
-    // Null for a suite that this host lacks.
+    // Null for a suite that this host does not provide.
     const void* Acquire(const char* name, std::int32_t number);
-    // False, and a report, for a suite that is not borrowed.
+    // False, with a violation, for a suite that the plug-in does not hold.
     bool Release(const char* name, std::int32_t number, const std::string& who);
-    // Reports suites that were not given back.
+    // Reports suites that were not released.
     void CheckAtEnd();
 
 private:
@@ -40,10 +40,10 @@ private:
     std::map<std::pair<std::string, std::int32_t>, long> m_Borrowed;
 };
 
-// The basic suite that every call carries.
+// The basic suite that every command carries.
 SPBasicSuite* BasicSuite();
 
-// The tables, one group a file. Ended by a row without a name.
+// The tables, one group in each source file (EffectSuites.cpp ...). The last row has no name.
 const SuiteRow* EffectSuites();
 const SuiteRow* AegpSuites();
 const SuiteRow* PremiereSuites();

@@ -1,20 +1,21 @@
-#include <cmath>
+#include "stricthost/UtilCallbacks.h"
+
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
-#include "AE_EffectCB.h"
-#include "stricthost/Call.h"
 #include "stricthost/HandleCallbacks.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
 #include "stricthost/PixelFormats.h"
+#include "stricthost/PluginWorlds.h"
 #include "stricthost/WorldCopy.h"
 
 namespace stricthost {
 
 namespace {
 
-World* FindWorld(const Call& call, const PF_EffectWorld* def, const char* what) {
+World* FindWorld(const HostCall& call, const PF_EffectWorld* def, const char* what) {
     World* world = call.host.worlds.Find(def);
     if (!world)
         call.Report(std::string("called ") + what + " with a world that does not exist");
@@ -22,7 +23,7 @@ World* FindWorld(const Call& call, const PF_EffectWorld* def, const char* what) 
 }
 
 PF_Err Copy(PF_ProgPtr effect, PF_EffectWorld* from, PF_EffectWorld* to, PF_Rect* fromRect, PF_Rect* toRect) {
-    Call* call = Call::From(effect, "copy");
+    HostCall* call = HostCall::From(effect, "copy");
     const World* source = call ? FindWorld(*call, from, "copy") : nullptr;
     World* target = call ? FindWorld(*call, to, "copy") : nullptr;
     if (!source || !target)
@@ -30,10 +31,11 @@ PF_Err Copy(PF_ProgPtr effect, PF_EffectWorld* from, PF_EffectWorld* to, PF_Rect
     return CopyWorld(*source, *target, fromRect, toRect) ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
 }
 
-// A colour for a world of another depth is an error, but transparent black is the same in all of them.
+// A colour of another depth than the world's is an error. Transparent black is allowed, as it is the same in
+// every depth.
 template <class Pixel>
 PF_Err FillWith(PF_ProgPtr effect, const Pixel* color, const PF_Rect* area, PF_EffectWorld* def) {
-    Call* call = Call::From(effect, "fill");
+    HostCall* call = HostCall::From(effect, "fill");
     World* world = call ? FindWorld(*call, def, "fill") : nullptr;
     if (!world)
         return PF_Err_BAD_CALLBACK_PARAM;
@@ -51,9 +53,9 @@ PF_Err NewWorld(PF_ProgPtr effect, A_long width, A_long height, PF_NewWorldFlags
                              flags & PF_NewWorldFlag_DEEP_PIXELS ? FormatArgb16 : FormatArgb8, def);
 }
 
-// Narrow for the old two, UTF-16 for the others; at most AEFX_MAX_PATH units with the end.
+// The deprecated ids receive narrow text, the others UTF-16; at most AEFX_MAX_PATH units with the terminator.
 PF_Err GetPlatformData(PF_ProgPtr effect, PF_PlatDataID which, void* data) {
-    Call* call = Call::From(effect, "get_platform_data");
+    HostCall* call = HostCall::From(effect, "get_platform_data");
     if (!call || !data)
         return PF_Err_BAD_CALLBACK_PARAM;
     const std::string& path = call->host.options.pluginPath;

@@ -6,10 +6,10 @@
 
 namespace stricthost {
 
-// What a plug-in did against the rules, as texts in the order of their first occurrence. Any thread may add.
+// The violations of a plug-in as texts, in the order of their first occurrence. Any thread may add.
 class ViolationList {
 public:
-    // A text that is already there is not added again.
+    // Ignores a text that is already in the list.
     void Add(const std::string& text);
     // Read it while no command runs.
     const std::vector<std::string>& Texts() const { return m_Texts; }

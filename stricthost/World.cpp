@@ -96,17 +96,18 @@ std::vector<std::uint32_t> World::FindPattern(std::uint32_t seed) const {
     return found;
 }
 
-bool World::GuardsIntact() const {
+std::string World::DamagedGuard() const {
+    if (!AllGuard(m_Memory.get(), s_GuardBytes))
+        return "before the first row";
     for (unsigned y = 0; y < m_Shape.height; ++y)
         if (!AllGuard(Row(y) + UsedRowBytes(), m_Shape.padding))
-            return false;
-    return AllGuard(m_Memory.get(), s_GuardBytes) &&
-           AllGuard(m_Memory.get() + m_Size - s_GuardBytes, s_GuardBytes);
+            return "after the pixels of row " + std::to_string(y);
+    return AllGuard(m_Memory.get() + m_Size - s_GuardBytes, s_GuardBytes) ? "" : "after the last row";
 }
 
 std::uint64_t World::Checksum() const {
-    // Several sums side by side, as each waits for its own last step. Every step can be undone, so that no
-    // single change goes lost.
+    // Sixteen independent sums, so that the processor need not wait for the previous step. Each step is
+    // invertible, so a single changed word always changes the result.
     constexpr std::size_t sums = 16;
     std::uint32_t sum[sums] = {};
     const auto add = [](std::uint32_t& to, const std::uint8_t* from) {

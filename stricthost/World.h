@@ -19,16 +19,16 @@ struct WorldShape {
     unsigned padding = 0; // bytes after each row's pixels
 };
 
-// One picture in memory that a plug-in sees. Guard bytes stand before the first row, after each row's pixels
-// and after the last row. Not for several threads at once.
+// One picture in memory that a plug-in sees. Guard bytes surround it: before the first row, after the pixels
+// of each row and after the last row. Not thread-safe.
 class World {
 public:
-    // Its pixels hold anything until one of Clear, Load and FillWithPattern is called.
+    // The pixels are uninitialised until Clear, Load or FillWithPattern is called. name: for messages.
     World(const WorldShape& shape, std::string name);
     World(const World&) = delete;
     World& operator=(const World&) = delete;
 
-    // What the plug-in gets; copies of it name the same world through `data`.
+    // The structure that the plug-in receives. Copies of it mean the same world, as they share its `data`.
     PF_EffectWorld& Def() { return m_Def; }
     const PF_EffectWorld& Def() const { return m_Def; }
     const std::string& Name() const { return m_Name; }
@@ -44,13 +44,15 @@ public:
     // The pixels without padding, as A, R, G, B.
     fxhost::Picture ToPicture() const;
 
-    // Fills every pixel with the pattern of this seed.
+    // Fills every pixel with the pattern of this seed (see Pattern).
     void FillWithPattern(std::uint32_t seed);
     // The numbers, row by row from the top left, of the pixels that still hold that pattern.
     std::vector<std::uint32_t> FindPattern(std::uint32_t seed) const;
 
-    bool GuardsIntact() const;
-    // A sum over the pixels, to find out whether somebody wrote.
+    // The place outside the rows where a guard byte changed, such as "after the pixels of row 3"; empty when
+    // none did. Rows count from 0.
+    std::string DamagedGuard() const;
+    // Checksum of the pixels, which changes when somebody writes to them.
     std::uint64_t Checksum() const;
 
     std::uint8_t* Row(unsigned y) { return m_Pixels + static_cast<std::size_t>(y) * m_RowBytes; }

@@ -11,8 +11,8 @@ World& WorldStore::Create(const WorldShape& shape, const std::string& name, bool
 }
 
 void WorldStore::Retire(World& world) {
-    if (!world.GuardsIntact())
-        m_Violations.Add(world.Name() + " was written outside its rows");
+    if (const std::string place = world.DamagedGuard(); !place.empty())
+        m_Violations.Add(world.Name() + " was written outside its rows, " + place);
     const std::lock_guard lock(m_Mutex);
     m_Worlds.erase(world.Row(0));
 }

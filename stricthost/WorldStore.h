@@ -10,22 +10,22 @@
 
 namespace stricthost {
 
-// The worlds that live at the moment, found by their pixels. Any thread may call; a world itself belongs to
-// the call that made it.
+// The existing worlds, found by the address of their pixels. Any thread may call; a world belongs to the
+// command that made it.
 class WorldStore {
 public:
     explicit WorldStore(ViolationList& violations) : m_Violations(violations) {}
 
-    // Its pixels are not set yet. name is for messages. ownedByPlugin: the plug-in has to dispose of it.
+    // The pixels are uninitialised. name: for messages. ownedByPlugin: the plug-in has to dispose of it.
     World& Create(const WorldShape& shape, const std::string& name, bool ownedByPlugin = false);
-    // Checks the guard bytes and frees the world.
+    // Reports a violation for changed guard bytes, and frees the world.
     void Retire(World& world);
-    // Null for a world that the host never gave or that has died.
+    // Null for a world that this host did not make or has freed.
     World* Find(const PF_EffectWorld* def);
-    // Frees a world that a plug-in made; false when it is none of those.
+    // Frees a world that the plug-in made; false for any other one.
     bool DisposeOfPlugins(PF_EffectWorld* def);
 
-    // Reports worlds that are still there.
+    // Reports worlds that still exist.
     void CheckAtEnd();
 
 private:
@@ -39,7 +39,7 @@ private:
     std::unordered_map<const void*, Entry> m_Worlds;
 };
 
-// A world for a scope.
+// Makes a world that lives for a scope.
 class ScopedWorld {
 public:
     ScopedWorld(WorldStore& store, const WorldShape& shape, const std::string& name)

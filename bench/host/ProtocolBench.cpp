@@ -105,7 +105,7 @@ void Protocol(benchmark::State& state) {
         const auto memory = [&] {
             return std::unique_ptr<std::uint8_t[]>(new std::uint8_t[input.bytes.size()]);
         };
-        stricthost::FrameRequest request;
+        stricthost::FrameSpec request;
         request.input = &input;
         std::vector<double> ratios, protocol, engine;
         for (int warm = 0; warm < 3; ++warm) {

@@ -17,7 +17,7 @@ void Check(PF_Err err) {
 }
 
 PF_Err RenderFrame(Instance& instance) {
-    FrameRequest request;
+    FrameSpec request;
     request.time = 1;
     return Render(instance, Picture(2, 2, 8), request).error;
 }

@@ -26,7 +26,7 @@ FeedbackFrame RenderAt(
     Instance& instance = host.Start();
     breakHost(host);
     Engine().feedbackFrames = 3;
-    FrameRequest request;
+    FrameSpec request;
     request.time = time;
     request.timeStep = 10;
     request.timeScale = 30;

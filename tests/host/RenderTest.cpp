@@ -43,7 +43,7 @@ TEST(RenderTest, DescribesTheFrameToTheEngineInOrder) {
         command.output->origin_x = -3;
         command.output->origin_y = 4;
     };
-    FrameRequest request;
+    FrameSpec request;
     request.time = 30;
     request.timeScale = 24;
     request.pixelAspect = {3, 2};
@@ -176,7 +176,7 @@ TEST(RenderTest, AnEmptyLayerCountsAsTransparent) {
     Instance& instance = host.Start();
     Engine().outWidth = 2;
     Engine().outHeight = 1;
-    FrameRequest request;
+    FrameSpec request;
     request.depth = 32;
     EXPECT_EQ(instance.Render(request).picture.bytes, Bytes(32)) << "no result";
     EXPECT_EQ(Engine().uploads.at(0).bytes, Bytes(16)) << "one pixel";
@@ -224,7 +224,7 @@ TEST(RenderTest, CallbacksThatFailEndTheFrameWithTheirError) {
                 if (command.code == row.code)
                     row.breakHost(command);
             };
-            FrameRequest request;
+            FrameSpec request;
             request.outputWidth = 3; // with margins
             EXPECT_EQ(Render(instance, Picture(2, 2, 8), request).error, row.expected);
             EXPECT_EQ(Engine().Count("preRender 2 2") + Engine().Count("preRender 0 0"), 1u);
@@ -254,7 +254,7 @@ TEST(PremiereRenderTest, UploadsTheVisiblePartAndCentresTheFlippedResult) {
         Engine().result = Numbered(row.width * row.height);
         Picture input(3, 3, 8);
         input.bytes = Numbered(9);
-        FrameRequest request;
+        FrameSpec request;
         request.layerWidth = 2 * row.width;
         request.layerHeight = 2 * row.height;
         request.downsampleX = request.downsampleY = {1, 2};

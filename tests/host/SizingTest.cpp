@@ -155,7 +155,7 @@ TEST(SmartPreRenderTest, ResultRectanglesFollowTheInputAndTheEnginesSize) {
             EXPECT_EQ(output.flags, row.extraPixels ? PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS : 0);
             host.after = nullptr;
         };
-        FrameRequest request;
+        FrameSpec request;
         request.inputX = row.input.left;
         request.inputY = row.input.top;
         request.wanted = row.request;

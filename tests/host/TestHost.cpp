@@ -3,7 +3,7 @@
 #include "AE_EffectCB.h"
 #include "host/EntryPoint.h"
 #include "host/HostState.h"
-#include "stricthost/Call.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/SuiteTable.h"
 
 namespace {
@@ -49,7 +49,7 @@ Parameter Declared(Parameter::Type type, std::uint32_t flags, std::initializer_l
     return parameter;
 }
 
-stricthost::FrameResult Render(Instance& instance, const Picture& input, FrameRequest request) {
+stricthost::FrameResult Render(Instance& instance, const Picture& input, FrameSpec request) {
     request.input = &input;
     return instance.Render(request);
 }
@@ -88,7 +88,7 @@ Instance& TestHost::Start(std::vector<Parameter> params) {
 }
 
 PF_Err TestHost::Send(PF_Cmd code, Instance& instance, void* extra) {
-    stricthost::Call call(instance.Host(), code, &instance);
+    stricthost::HostCall call(instance.Host(), code, &instance);
     instance.FillIn(call.in);
     call.PassParams(instance.Definitions(call.in));
     return instance.Host().Send(call, nullptr, extra);

@@ -15,7 +15,7 @@
 #include "tests/support/RecordingPlugin.h"
 
 using fxhost::Picture;
-using stricthost::FrameRequest;
+using stricthost::FrameSpec;
 using stricthost::Instance;
 using stricthost::Personality;
 using testing::ElementsAre;
@@ -95,7 +95,7 @@ private:
 
 // Renders a frame of the picture.
 stricthost::FrameResult Render(Instance& instance, const Picture& input = {1, 1, 8},
-                               FrameRequest request = {});
+                               FrameSpec request = {});
 
 // The error that the adapter returns in a step of the host, or none.
 template <class Step>

@@ -8,7 +8,7 @@ namespace {
 
 using probe::Difference;
 using probe::Expected;
-using stricthost::FrameRequest;
+using stricthost::FrameSpec;
 using stricthost::Instance;
 using stricthost::Personality;
 
@@ -23,7 +23,7 @@ TEST(FramesGLTest, FramesOfOddSizesAreRightAtEveryDepthAndPositionOnTheLayer) {
                  {std::tuple{1u, 1u, 0, 0}, {17u, 9u, -7, -2}, {2u, 31u, 11, 4}}) {
                 const auto input = probe::Noise(width, height, depth, depth + width);
                 instance.SetValue(probe::Reach, double(width / 2));
-                FrameRequest request = {.input = &input, .wanted = {}};
+                FrameSpec request = {.input = &input, .wanted = {}};
                 if (personality == Personality::AfterEffects) {
                     request.layerWidth = request.layerHeight = 40;
                     request.inputX = x;
@@ -40,7 +40,7 @@ TEST(FramesGLTest, FramesOfOddSizesAreRightAtEveryDepthAndPositionOnTheLayer) {
 TEST(FramesGLTest, BgraWorldsOfPremiereKeepTheirChannelOrder) {
     probe::Host host("probe", Personality::Premiere, 0x61726762);
     const auto input = probe::Noise(9, 5, 8, 3);
-    const FrameRequest request = {.input = &input, .wanted = {}};
+    const FrameSpec request = {.input = &input, .wanted = {}};
     EXPECT_EQ(Difference(host.Apply(9, 5, 4).Render(request), Expected(input, 4)), "");
 }
 
@@ -67,7 +67,7 @@ TEST(FramesGLTest, LargerAndSmallerOutputsAreCentredOnTheInput) {
         probe::Host host("probe_resizing", personality);
         Instance& instance = host.Apply(12, 10, 5);
         const auto input = probe::Noise(12, 10, 8, 99);
-        const FrameRequest request = {.input = &input, .wanted = {}};
+        const FrameSpec request = {.input = &input, .wanted = {}};
         for (const int grow : {3, -2, 0}) {
             instance.SetValue(probe::Grow, double(grow));
             const auto result = instance.Render(request);

@@ -43,7 +43,7 @@ std::string RenderAroundOperation(probe::Host& host, unsigned depth, unsigned re
     const unsigned reach = number % 2 ? 0 : 8 + 4 * (number % 3);
     Instance& instance = host.Apply(s_Width, s_Height, reach);
     const auto input = probe::Noise(s_Width / reduction, s_Height / reduction, depth, number + 1);
-    stricthost::FrameRequest request = {.input = &input, .wanted = {}};
+    stricthost::FrameSpec request = {.input = &input, .wanted = {}};
     request.downsampleX = request.downsampleY = {1, reduction};
     request.layerWidth = s_Width;
     request.layerHeight = s_Height;

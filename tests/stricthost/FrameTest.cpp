@@ -21,7 +21,7 @@ TEST_F(FrameTest, EveryDepthPassesThroughEveryPersonality) {
             }
 }
 
-TEST_F(FrameTest, PremiereFormatsAreToldAsTheyWereDeclared) {
+TEST_F(FrameTest, PremiereDeliversEveryDeclaredFormatAndNoOther) {
     std::uint32_t seen = 0;
     m_Plugin.before[PF_Cmd_RENDER] = [&seen](Command& c) { seen = c.FormatOf(c.Input()); };
     m_Options.personality = Personality::Premiere;
@@ -74,7 +74,7 @@ TEST_F(FrameTest, PremiereMayTrimTheInputAndPrepareAnOutputOfAnotherSize) {
     EXPECT_EQ(RenderOnce().picture.height, 6u);
 }
 
-TEST_F(FrameTest, TheFrameIsDescribedAtFullResolution) {
+TEST_F(FrameTest, FrameSetupReportsTheLayerAtFullResolution) {
     m_Plugin.before[PF_Cmd_FRAME_SETUP] = [](Command& c) {
         EXPECT_THAT((Numbers{double(c.in->width), double(c.in->height), double(c.in->downsample_x.den),
                              double(c.in->downsample_y.den), double(c.in->pixel_aspect_ratio.num)}),
@@ -94,7 +94,7 @@ TEST_F(FrameTest, TheFrameIsDescribedAtFullResolution) {
     RenderOnce();
 }
 
-TEST_F(FrameTest, APluginWithTheFlagForItChoosesTheOutputsSize) {
+TEST_F(FrameTest, OutputSizeChangesOnlyWhenTheFlagsAllowIt) {
     const PF_OutFlags flags = m_Plugin.flags;
     for (const A_long border : {8, -4}) // around the input of 40 x 10
         for (const bool allowed : {true, false}) {
@@ -118,7 +118,7 @@ TEST_F(FrameTest, APluginWithTheFlagForItChoosesTheOutputsSize) {
         }
 }
 
-TEST_F(FrameTest, AnErrorGivesItsMessageButNoPictureAndNoBlameForTheOutput) {
+TEST_F(FrameTest, FailedRenderReturnsItsMessageWithoutPictureOrViolation) {
     m_Plugin.does[PF_Cmd_RENDER] = [](Command& c) {
         std::strcpy(c.out->return_msg, "broken");
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
@@ -130,7 +130,7 @@ TEST_F(FrameTest, AnErrorGivesItsMessageButNoPictureAndNoBlameForTheOutput) {
     EXPECT_EQ(m_Plugin.log, "gpsFRDdx"); // set down all the same
 }
 
-TEST_F(FrameTest, ACorrectPixelThatEqualsTheFillPatternIsNotBlamed) {
+TEST_F(FrameTest, PixelThatEqualsTheFillPatternByChanceIsNoViolation) {
     std::vector<std::uint8_t> patternLike; // what the pixel "should" be, by chance
     m_Plugin.before[PF_Cmd_RENDER] = [&](Command& c) {
         if (patternLike.empty())

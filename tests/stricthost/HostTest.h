@@ -12,9 +12,9 @@ using stricthost::Instance;
 using stricthost::Personality;
 using Numbers = std::vector<double>;
 
-// Bytes that differ from their neighbours in both directions.
+// A picture whose bytes differ from their neighbours in both directions.
 fxhost::Picture Gradient(unsigned width, unsigned height, unsigned depth = 8);
-// What the stand-in makes of a picture.
+// The picture that the stand-in renders from another one.
 fxhost::Picture Inverted(fxhost::Picture picture);
 
 // A host for the stand-in, with plain render unless a test says otherwise, and a frame to ask for.
@@ -23,12 +23,12 @@ protected:
     HostTest();
     void StartHost();         // a new one, set up to the parameters, with an empty log
     Instance& Start();        // the same, and an instance
-    void Finish();            // of the host, which may blame nobody
+    void Finish();            // the host, without violations
     FrameResult RenderOnce(); // one frame of an instance of its own, from start to finish
 
     StandIn m_Plugin;
     stricthost::Options m_Options;
     fxhost::Picture m_Input = Gradient(40, 10);
-    stricthost::FrameRequest m_Request; // for the input
+    stricthost::FrameSpec m_Request; // for the input
     std::unique_ptr<stricthost::StrictHost> m_Host;
 };

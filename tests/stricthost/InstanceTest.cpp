@@ -10,7 +10,7 @@ using testing::ThrowsMessage;
 
 class InstanceTest : public HostTest {};
 
-TEST_F(InstanceTest, EachPersonalityHasItsOrderOfCommands) {
+TEST_F(InstanceTest, EachPersonalitySendsItsCommandsInOrder) {
     const auto expect = [this](Personality personality, bool smart, bool expands, const char* log,
                                int minor) {
         m_Plugin.before[PF_Cmd_GLOBAL_SETUP] = [minor](Command& c) { EXPECT_EQ(c.in->version.minor, minor); };
@@ -43,8 +43,8 @@ TEST_F(InstanceTest, DuplicateFlattensAndSetsBothUpAgain) {
     EXPECT_THROW(original.UpdateUI(), std::logic_error);
 }
 
-TEST_F(InstanceTest, AProjectIsSavedAsTheFlatBytesAndOpenedFromThem) {
-    for (const bool disposesItself : {false, true}) { // of the live handle, which the host may do as well
+TEST_F(InstanceTest, SaveAndReopenReturnsTheFlatBytesAndSetsUpFromThem) {
+    for (const bool disposesItself : {false, true}) { // of the live handle; the host does it otherwise
         m_Plugin.after[PF_Cmd_SEQUENCE_FLATTEN] = [disposesItself](Command& c) {
             if (disposesItself)
                 c.Dispose(c.in->sequence_data);
@@ -59,16 +59,16 @@ TEST_F(InstanceTest, AProjectIsSavedAsTheFlatBytesAndOpenedFromThem) {
     }
 }
 
-TEST_F(InstanceTest, AFailedSetUpReachesTheCallerAndLeavesNothing) {
+TEST_F(InstanceTest, FailedSequenceSetupThrowsAndLeavesNoInstance) {
     m_Options.allocations = 1; // the global handle
     StartHost();
     EXPECT_THAT([this] { m_Host->NewInstance(); },
-                ThrowsMessage<stricthost::CommandError>("SEQUENCE_SETUP gave error 4"));
+                ThrowsMessage<stricthost::CommandError>("SEQUENCE_SETUP returned error 4"));
     Finish();
     EXPECT_EQ(m_Plugin.log, "gpsx");
 }
 
-TEST_F(InstanceTest, CommandsOutOfOrderAreTheCallersFault) {
+TEST_F(InstanceTest, CallsOutOfOrderThrowLogicErrors) {
     m_Plugin.after[PF_Cmd_ABOUT] = [](Command& c) { std::strcpy(c.out->return_msg, "Stand-in"); };
     stricthost::StrictHost host(StandIn::Entry, {});
     EXPECT_THROW(host.ParamsSetup(), std::logic_error);
@@ -81,7 +81,7 @@ TEST_F(InstanceTest, CommandsOutOfOrderAreTheCallersFault) {
     EXPECT_EQ(m_Plugin.log, "gax");
 }
 
-TEST_F(InstanceTest, ABundleThatCannotBeLoadedIsNamed) {
+TEST_F(InstanceTest, BundleThatCannotBeLoadedIsNamedInTheError) {
     const auto folder = std::filesystem::path(testing::TempDir()) / "broken.plugin";
     const auto expect = [&folder](const char* problem) {
         EXPECT_THAT([&folder] { stricthost::StrictHost(folder, {}); },

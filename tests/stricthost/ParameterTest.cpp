@@ -37,8 +37,8 @@ PF_Err AddEveryKind(Command& c) {
     return PF_Err_NONE;
 }
 
-// What a plug-in sees of the parameters up to the path.
-std::vector<Numbers> Shown(const std::vector<PF_ParamDef>& defs) {
+// Values of the parameters up to the path, as the plug-in receives them.
+std::vector<Numbers> ValuesOf(const std::vector<PF_ParamDef>& defs) {
     const PF_Pixel& color = defs[Color].u.cd.value;
     const PF_Point3DDef& point = defs[Point3D].u.point3d_d;
     return {{defs[Slider].u.fs_d.value},
@@ -55,7 +55,7 @@ class ParameterTest : public HostTest {
 protected:
     ParameterTest() { m_Plugin.does[PF_Cmd_PARAMS_SETUP] = AddEveryKind; }
 
-    // What a frame of half the width and a quarter of the height checks out.
+    // Renders a frame of half the width and a quarter of the height, and returns what it checks out.
     std::vector<PF_ParamDef> CheckedOut(Instance& instance) {
         std::vector<PF_ParamDef> defs(Count);
         m_Plugin.before[PF_Cmd_RENDER] = [&](Command& c) {
@@ -78,7 +78,7 @@ protected:
     PF_PixelFloat m_Float = {}; // the colour of the last frame
 };
 
-TEST_F(ParameterTest, ThePublishedTableAndItsDefaultsAreReadable) {
+TEST_F(ParameterTest, PublishedParametersKeepTheirTextsRangesAndDefaults) {
     StartHost();
     const auto& params = m_Host->Params();
     ASSERT_EQ(params.size(), Count);
@@ -87,7 +87,7 @@ TEST_F(ParameterTest, ThePublishedTableAndItsDefaultsAreReadable) {
     EXPECT_EQ(params[Slider].validMax, 3);
     EXPECT_EQ(params[Slider].precision, 2);
     EXPECT_THAT(params[Popup].choices, ElementsAre("One", "Two", "Three"));
-    EXPECT_EQ(Shown(CheckedOut(m_Host->NewInstance(200, 100))),
+    EXPECT_EQ(ValuesOf(CheckedOut(m_Host->NewInstance(200, 100))),
               (std::vector<Numbers>{
                   {0.5}, {2}, {1}, {51, 102, 0, 255}, {300 / 2, -25 / 4.0}, {90}, {100, 10, 10}, {0}}));
 }
@@ -99,7 +99,7 @@ TEST_F(ParameterTest, ValuesReachTheFrameInTheHostsUnits) {
     for (std::size_t i = Slider; i < Layer; ++i)
         instance.SetValue(i, values[i - Slider]);
     const auto seen = CheckedOut(instance);
-    EXPECT_EQ(Shown(seen),
+    EXPECT_EQ(ValuesOf(seen),
               (std::vector<Numbers>{{1.25}, {3}, {0}, {255, 128, 0, 51}, {10, 20}, {-45.5}, {1, 2, 3}, {7}}));
     EXPECT_EQ((Numbers{m_Float.red, m_Float.blue, m_Float.alpha}), (Numbers{1, -1, 0.2f}));
     EXPECT_EQ(seen[Layer].u.ld.data, nullptr);
@@ -113,7 +113,7 @@ TEST_F(ParameterTest, ValuesReachTheFrameInTheHostsUnits) {
     Finish();
 }
 
-TEST_F(ParameterTest, ThePluginChangesLooksAndValuesOfOneInstance) {
+TEST_F(ParameterTest, PluginChangesControlsAndValuesOfOneInstanceOnly) {
     m_Plugin.after[PF_Cmd_UPDATE_PARAMS_UI] = [](Command& c) {
         PF_ParamDef def = *c.params[Slider];
         std::strcpy(def.name, "Renamed");
@@ -134,11 +134,11 @@ TEST_F(ParameterTest, ThePluginChangesLooksAndValuesOfOneInstance) {
     EXPECT_EQ(changed.UserChanged(Point), PF_Err_NONE);
     EXPECT_EQ(changed.Label(Slider), "Renamed");
     EXPECT_FALSE(changed.IsEnabled(Slider));
-    EXPECT_EQ(Shown(CheckedOut(changed)),
+    EXPECT_EQ(ValuesOf(CheckedOut(changed)),
               (std::vector<Numbers>{{9}, {2}, {1}, {255, 0, 51, 0}, {480, -22.5}, {90}, {320, 36, 36}, {0}}));
     EXPECT_EQ(other.Label(Slider), "Amount");
     EXPECT_TRUE(other.IsEnabled(Slider));
-    EXPECT_EQ(Shown(CheckedOut(other))[0], Numbers{0.5});
+    EXPECT_EQ(ValuesOf(CheckedOut(other))[0], Numbers{0.5});
     Finish();
 }
 

@@ -1,3 +1,4 @@
+#include <cctype>
 #include <thread>
 
 #include "AE_EffectSuites.h"
@@ -6,8 +7,8 @@
 
 namespace {
 
-// What the host must say when a plug-in does something at a command.
-struct Offence {
+// What a plug-in does at a command, and the violation that the host must report.
+struct Violation {
     const char* report;
     void (*misbehave)(Command& c);
     PF_Cmd command = PF_Cmd_RENDER;
@@ -30,12 +31,12 @@ PF_Handle Freed(Command& c) {
     return handle;
 }
 
-void ChangeLook(Command& c, A_long index) {
+void ChangeControl(Command& c, A_long index) {
     c.Borrow<PF_ParamUtilsSuite3>("PF Param Utils Suite", 3)
         .PF_UpdateParamUI(c.in->effect_ref, index, c.params[index]);
 }
 
-const Offence s_Offences[] = {
+const Violation s_Violations[] = {
     {"RENDER disposed of a freed handle", [](Command& c) { c.Dispose(Freed(c)); }},
     {"locked a freed handle", [](Command& c) { EXPECT_EQ(c.Lock(Freed(c)), nullptr); }},
     {"asked for the size of an unknown handle", [](Command& c) { c.Utils().host_get_handle_size(&s_Own); }},
@@ -84,17 +85,17 @@ const Offence s_Offences[] = {
     {"into a definition that is in use", [](Command& c) { c.CheckOut(1, c.params[1]); }},
     {"but there are no values yet", [](Command& c) { c.CheckOut(1, &s_Def); }, PF_Cmd_PARAMS_SETUP},
     {"RENDER added a parameter out of turn", [](Command& c) { c.Add(PF_Param_ANGLE, "late"); }},
-    {"told of 3 parameters, but added 1", [](Command& c) { ++c.out->num_params; }, PF_Cmd_PARAMS_SETUP},
+    {"reported 3 parameters, but added 1", [](Command& c) { ++c.out->num_params; }, PF_Cmd_PARAMS_SETUP},
     {"PF Handle Suite 2 was never released (1 times)",
      [](Command& c) {
          c.Acquire("PF Handle Suite", 2);
          c.Borrow<PF_HandleSuite1>("PF Handle Suite", 2);
      }},
     {"released PF Handle Suite 2 without holding it", [](Command& c) { c.Release("PF Handle Suite", 2); }},
-    {"the output of RENDER was written outside its rows",
+    {"outside its rows, after the pixels of row 1",
      [](Command& c) { Pixels(*c.output)[c.output->rowbytes + 4 * c.output->width] = 0; }},
-    {"the output of RENDER was written outside its rows", [](Command& c) { Pixels(*c.output)[-1] = 0; }},
-    {"the output of RENDER was written outside its rows",
+    {"outside its rows, before the first row", [](Command& c) { Pixels(*c.output)[-1] = 0; }},
+    {"the output of RENDER was written outside its rows, after the last row",
      [](Command& c) { Pixels(*c.output)[c.output->height * c.output->rowbytes] = 0; }},
     {"RENDER wrote into its input", [](Command& c) { Pixels(c.Input())[0] ^= 1; }},
     {"SMART_RENDER wrote into its input", [](Command& c) { Pixels(*c.LayerPixels(1))[0] ^= 1; },
@@ -113,8 +114,8 @@ const Offence s_Offences[] = {
     {"RENDER let an exception reach the host", [](Command&) { throw 7; }, PF_Cmd_RENDER, true},
     {"a message without an end",
      [](Command& c) { std::memset(c.out->return_msg, '!', sizeof c.out->return_msg); }},
-    {"RENDER changed a parameter's look out of turn", [](Command& c) { ChangeLook(c, 1); }},
-    {"changed the look of parameter 0", [](Command& c) { ChangeLook(c, 0); }, PF_Cmd_UPDATE_PARAMS_UI},
+    {"RENDER changed a control out of turn", [](Command& c) { ChangeControl(c, 1); }},
+    {"changed the control of parameter 0", [](Command& c) { ChangeControl(c, 0); }, PF_Cmd_UPDATE_PARAMS_UI},
     {"with an effect_ref that is not its own", [](Command& c) { c.in->inter.abort(nullptr); }},
     {"outside of a command or on a thread of its own",
      [](Command& c) { std::thread([&c] { EXPECT_EQ(c.NewHandle(), nullptr); }).join(); }},
@@ -136,29 +137,45 @@ const Offence s_Offences[] = {
      PF_Cmd_RENDER, false, Personality::Premiere},
 };
 
-class RuleTest : public HostTest, public testing::WithParamInterface<Offence> {};
+class RuleTest : public HostTest, public testing::WithParamInterface<Violation> {};
 
-// Sends every command on which an offence may happen.
-TEST_P(RuleTest, IsReportedOnce) {
-    const Offence& offence = GetParam();
-    const bool smart = offence.command == PF_Cmd_SMART_PRE_RENDER || offence.command == PF_Cmd_SMART_RENDER;
-    m_Options.personality = smart ? Personality::AfterEffects : offence.personality;
+// Sends every command at which a violation may happen.
+TEST_P(RuleTest, EachViolationIsReportedOnce) {
+    const Violation& violation = GetParam();
+    const bool smart =
+        violation.command == PF_Cmd_SMART_PRE_RENDER || violation.command == PF_Cmd_SMART_RENDER;
+    m_Options.personality = smart ? Personality::AfterEffects : violation.personality;
     m_Options.rowPadding = 13;
     m_Options.currentContext = [] { return s_Context; };
     s_Context = nullptr;
     m_Input = Gradient(5, 3);
-    m_Plugin.after[offence.command] = offence.misbehave;
-    if (offence.instead)
-        m_Plugin.does.erase(offence.command);
+    m_Plugin.after[violation.command] = violation.misbehave;
+    if (violation.instead)
+        m_Plugin.does.erase(violation.command);
     Instance& instance = Start();
     instance.UpdateUI();
     const bool failed = instance.Render(m_Request).error != PF_Err_NONE;
     instance.UserChanged(1);
     m_Host->Finish();
-    EXPECT_EQ(failed, std::strstr(offence.report, "exception") != nullptr);
-    EXPECT_THAT(m_Host->Violations(), testing::Contains(testing::HasSubstr(offence.report)).Times(1));
+    EXPECT_EQ(failed, std::strstr(violation.report, "exception") != nullptr);
+    EXPECT_THAT(m_Host->Violations(), testing::Contains(testing::HasSubstr(violation.report)).Times(1));
 }
 
-INSTANTIATE_TEST_SUITE_P(Offences, RuleTest, testing::ValuesIn(s_Offences));
+// Found by GoogleTest, which prints the parameter of a failed test.
+void PrintTo(const Violation& violation, std::ostream* out) {
+    *out << violation.report;
+}
+
+// "disposed of a freed handle" becomes DisposedOfAFreedHandle.
+std::string NameOf(const testing::TestParamInfo<Violation>& info) {
+    std::string name;
+    bool starts = true;
+    for (const char* c = info.param.report; *c; starts = !std::isalnum(static_cast<unsigned char>(*c++)))
+        if (std::isalnum(static_cast<unsigned char>(*c)))
+            name += starts ? static_cast<char>(std::toupper(*c)) : *c;
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Violations, RuleTest, testing::ValuesIn(s_Violations), NameOf);
 
 } // namespace

@@ -13,7 +13,7 @@ std::vector<A_long> Sides(const PF_LRect& rect) {
     return {rect.left, rect.top, rect.right, rect.bottom};
 }
 
-TEST_F(SmartTest, OnlyTheWantedPartIsHandedOver) {
+TEST_F(SmartTest, SmartRenderReceivesOnlyTheRequestedPart) {
     m_Plugin.before[PF_Cmd_SMART_PRE_RENDER] = [](Command& c) {
         EXPECT_EQ(c.Pre().input->output_request.rect.left, 1);
         EXPECT_EQ(c.Pre().input->bitdepth, 16);
@@ -46,7 +46,7 @@ TEST_F(SmartTest, OnlyTheWantedPartIsHandedOver) {
     EXPECT_EQ(result.picture.bytes, expected.bytes);
 }
 
-TEST_F(SmartTest, AnEmptyLayerGivesEmptyRectanglesAndNoRender) {
+TEST_F(SmartTest, EmptyLayerIsNotRendered) {
     m_Request.input = nullptr;
     m_Request.depth = 8;
     const FrameResult result = RenderOnce();

@@ -8,7 +8,7 @@ namespace {
 
 StandIn* s_StandIn = nullptr;
 
-// By the commands' numbers: lower case for what comes once, upper case for what comes with frames.
+// Indexed by command code. Upper case: commands of a frame.
 constexpr char s_Letters[] = "ag-xpsrfd-FRDcu--------PS";
 
 bool IsPremiere(const Command& c) {

@@ -11,7 +11,7 @@
 #include "AE_Effect.h"
 #include "AE_EffectCB.h"
 
-// What the stand-in entry point sees of a command, and short ways to call the host back.
+// The arguments of one command, with short forms of the callbacks.
 struct Command {
     PF_Cmd code;
     PF_InData* in;
@@ -22,7 +22,7 @@ struct Command {
 
     const void* Acquire(const char* name, int number) const; // null when the host lacks the suite
     void Release(const char* name, int number) const { in->pica_basicP->ReleaseSuite(name, number); }
-    // A suite, given back at once: the tables are static.
+    // A suite, released at once; its table stays valid because it is static.
     template <class Suite>
     const Suite& Borrow(const char* name, int number) const {
         const void* suite = Acquire(name, number);
@@ -52,8 +52,8 @@ struct Command {
     PF_EffectWorld* Output() const;
 };
 
-// A small plug-in with one slider that turns every byte of its input over and keeps to every rule. It expects
-// its global and frame data with every command. A test replaces or extends what it does. One at a time.
+// A small plug-in with one slider that inverts every byte of its input and breaks no rule. It expects its
+// global and frame data with every command. Tests replace or extend what it does at a command. One at a time.
 class StandIn {
 public:
     StandIn();
@@ -64,9 +64,9 @@ public:
                         void* extra);
 
     std::map<PF_Cmd, std::function<void(Command&)>> before;
-    std::map<PF_Cmd, std::function<PF_Err(Command&)>> does; // nothing where none is given
+    std::map<PF_Cmd, std::function<PF_Err(Command&)>> does; // the plug-in ignores other commands
     std::map<PF_Cmd, std::function<void(Command&)>> after;
-    std::string log; // a letter for every command
+    std::string log; // one letter per command
     PF_OutFlags flags = PF_OutFlag_CUSTOM_UI | PF_OutFlag_DEEP_COLOR_AWARE;
     PF_OutFlags2 flags2 = PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE;
     std::vector<std::pair<std::uint32_t, unsigned>> formats; // declared to Premiere Pro, with their bits
@@ -77,5 +77,5 @@ private:
     PF_Err Run(Command& c);
 };
 
-// Writes the complement of the input over the whole output; what lies outside the input counts as zero.
+// Writes the inverted input over the whole output, and zero where the output is larger.
 void Invert(const PF_LayerDef& input, const PF_LayerDef& output, unsigned bits);

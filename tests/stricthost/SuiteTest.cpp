@@ -8,7 +8,7 @@ namespace {
 
 class SuiteTest : public HostTest {};
 
-TEST_F(SuiteTest, EachPersonalityHasItsSuitesButTheMissingOnes) {
+TEST_F(SuiteTest, EachPersonalityProvidesItsSuitesExceptTheMissingOnes) {
     const std::vector<std::pair<const char*, int>> suites = {
         {"PF Handle Suite", 2},   {"PF Handle Suite", 1},   {"PF World Suite", 2},
         {"AEGP Render Suite", 8}, {"AEGP Render Suite", 5}, {"PF Pixel Format Suite", 1},
@@ -95,7 +95,7 @@ void BorrowFrame(Command& c, bool tidy) {
     c.Borrow<AEGP_EffectSuite3>("AEGP Effect Suite", 3).AEGP_DisposeEffect(effect);
 }
 
-TEST_F(SuiteTest, AnEarlierFrameComesFromTheCallbackAndGoesBack) {
+TEST_F(SuiteTest, UpstreamFrameComesFromTheCallbackAndMustBeGivenBack) {
     m_Options.upstreamFrame = [](A_long value, A_u_long scale) {
         EXPECT_EQ(scale, 25u);
         fxhost::Picture picture(3, 2, 8);
@@ -113,7 +113,7 @@ TEST_F(SuiteTest, AnEarlierFrameComesFromTheCallbackAndGoesBack) {
                     "frame receipt never given back", "an earlier frame was never disposed of"));
 }
 
-TEST_F(SuiteTest, ThePathIsToldNarrowAndWideAndNoBundleReference) {
+TEST_F(SuiteTest, PluginPathIsAvailableAsNarrowAndWideTextOnly) {
     for (const std::string& path : {std::string("/effects/blur.plugin"), std::string(AEFX_MAX_PATH, 'x')}) {
         const bool fits = path.size() < AEFX_MAX_PATH;
         m_Plugin.before[PF_Cmd_GLOBAL_SETUP] = [&](Command& c) {

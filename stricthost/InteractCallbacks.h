@@ -1,0 +1,10 @@
+#pragma once
+
+#include "AE_Effect.h"
+
+namespace stricthost {
+
+// The interaction callbacks that every command carries in PF_InData: parameters, abort and progress.
+PF_InteractCallbacks InteractTable();
+
+} // namespace stricthost

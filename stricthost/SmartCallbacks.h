@@ -1,0 +1,11 @@
+#pragma once
+
+#include "AE_Effect.h"
+
+namespace stricthost {
+
+// The callbacks that SMART_PRE_RENDER and SMART_RENDER carry in their extra argument.
+PF_PreRenderCallbacks PreRenderTable();
+PF_SmartRenderCallbacks SmartRenderTable();
+
+} // namespace stricthost

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "stricthost/FrameGeometry.h"
+#include "stricthost/FrameResult.h"
+
+namespace stricthost {
+
+class Instance;
+
+// Renders one frame with SMART_PRE_RENDER and SMART_RENDER. unwritten receives the numbers, row by row, of
+// the output pixels that still hold the fill pattern.
+FrameResult RenderSmart(Instance& instance, const FrameState& frame, std::vector<std::uint32_t>& unwritten);
+
+} // namespace stricthost

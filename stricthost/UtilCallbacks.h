@@ -1,0 +1,11 @@
+#pragma once
+
+#include "AE_Effect.h"
+#include "AE_EffectCB.h"
+
+namespace stricthost {
+
+// The utility callbacks that every command carries in PF_InData. Unsupported entries are null. Static.
+struct _PF_UtilCallbacks* UtilTable();
+
+} // namespace stricthost
