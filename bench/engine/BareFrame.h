@@ -5,20 +5,21 @@
 
 #include "platform/CGL.h"
 
-// The baseline: a program that only uploads, draws one rectangle and reads back, in a GL context of its own,
-// with objects that are made once. 16-bit pixels are expanded to GL's range first, as the engine must.
+// The baseline: a program that only uploads, draws one rectangle and reads back. It has its own GL context
+// and creates its GL objects once. It expands 16-bit pixels to GL's range before the upload, as the engine
+// must.
 class BareFrame {
 public:
-    // depth: bits per channel. Leaves its context current.
+    // depth: bits per channel. The own context is current afterwards.
     BareFrame(unsigned width, unsigned height, unsigned depth);
     ~BareFrame();
     BareFrame(const BareFrame&) = delete;
     BareFrame& operator=(const BareFrame&) = delete;
 
-    // One frame of tightly packed pixels. Makes its context current and, at the end, none.
+    // Renders one frame of pixels in rows without padding. No context is current afterwards.
     void Render(const void* pixels);
 
-    // Seconds of the last frame's stages, each closed by glFinish when `staged` is set.
+    // Durations of the last frame's stages in seconds. Each stage ends with glFinish when `staged` is true.
     struct Stages {
         double upload = 0, draw = 0, readBack = 0;
     };

@@ -1,5 +1,6 @@
-// A whole engine frame (upload, script, draw, read-back) beside a bare GL program that does the same upload,
-// rectangle and read-back. Frames of the two sides are taken in turn; the ratio is ours to bare.
+// Times a whole frame of the engine (upload, script, draw, read-back). The baseline is a bare GL program that
+// does the same upload, rectangle and read-back. Both render in turn; the ratio is the engine's time to the
+// baseline's.
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstring>
@@ -14,7 +15,7 @@ namespace {
 
 constexpr unsigned s_Width = 1920, s_Height = 1080;
 
-// The engine on an effect that inverts its input, served from memory.
+// Runs the engine on an effect that inverts its input and whose files are in memory.
 class EngineFrame {
 public:
     EngineFrame() {
@@ -22,12 +23,19 @@ public:
             if (name == L"config.xml")
                 return "<FXNAME>Invert</FXNAME>";
             if (name == L"fx.js")
-                return "var invert;\nfunction setup() { invert = SV_initShader('invert'); }\n"
-                       "function draw() { SV_setShaderParamVal(invert, 'image', SV_getSequenceTexture());\n"
-                       "  SV_renderShader(invert, SV_getSequenceRT(), true); }";
-            return "uniform sampler2D image;\n"
-                   "void main() { vec4 c = texture2D(image, gl_TexCoord[0].xy);\n"
-                   "  gl_FragColor = vec4(1.0 - c.rgb, c.a); }";
+                return R"js(
+                    var invert;
+                    function setup() { invert = SV_initShader("invert"); }
+                    function draw() {
+                        SV_setShaderParamVal(invert, "image", SV_getSequenceTexture());
+                        SV_renderShader(invert, SV_getSequenceRT(), true);
+                    })js";
+            return R"glsl(
+                uniform sampler2D image;
+                void main() {
+                    vec4 c = texture2D(image, gl_TexCoord[0].xy);
+                    gl_FragColor = vec4(1.0 - c.rgb, c.a);
+                })glsl";
         };
         if (!m_Engine.globalSetup(nullptr, nullptr))
             std::fprintf(stderr, "no GL context: install libegl-mesa0 libgl1-mesa-dri\n"), std::exit(1);
