@@ -87,6 +87,10 @@ std::string PitchScript(const std::string& source) {
     return text;
 }
 
+int AuthorLine(int line) {
+    return line > ScriptPreludeLines() ? line - ScriptPreludeLines() : 0;
+}
+
 int ScriptPreludeLines() {
     static const auto lines = static_cast<int>(std::count(s_Prelude, s_Prelude + sizeof s_Prelude - 1, '\n'));
     return lines;

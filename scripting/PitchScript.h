@@ -9,3 +9,6 @@ std::string PitchScript(const std::string& source);
 
 // Number of lines that the prelude adds before the author's first line.
 int ScriptPreludeLines();
+
+// Converts a line of the preprocessed text to the line in fx.js; 0 for lines that the author did not write.
+int AuthorLine(int line);

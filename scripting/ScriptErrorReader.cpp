@@ -31,11 +31,6 @@ duk_ret_t Describe(duk_context* context, void*) {
     return 3;
 }
 
-// Converts a line of the evaluated program to the author's line; 0 for lines that the author did not write.
-int AuthorLine(int line) {
-    return line > ScriptPreludeLines() ? line - ScriptPreludeLines() : 0;
-}
-
 // Converts the line numbers that follow `mark`, and replaces the mark by `name`.
 std::string Renumber(std::string text, const std::string& mark, const std::string& name) {
     for (auto at = text.find(mark); at != std::string::npos; at = text.find(mark, at + 1)) {

@@ -4,10 +4,12 @@
 
 #include "context/Context.h"
 #include "scripting/Bindings.h"
+#include "scripting/Console.h"
 #include "scripting/ScriptErrorReader.h"
 
 Scripting* Scripting::s_Instance = nullptr;
 void (*Scripting::ErrorCallback)(const ScriptError&) = nullptr;
+void (*Scripting::PrintCallback)(const ScriptMessage&) = nullptr;
 
 Scripting& Scripting::Instance() {
     if (!s_Instance)
@@ -26,10 +28,12 @@ Scripting::~Scripting() {
 
 void Scripting::Init() {
     m_Heap = duk_create_heap(nullptr, nullptr, nullptr, nullptr, nullptr);
-    if (m_Heap)
+    if (m_Heap) {
+        RegisterConsole(m_Heap);
         for (const auto group : {ParameterBindings, RenderTargetBindings, ShaderBindings, TextureBindings,
                                  SurfaceBindings, SequenceBindings})
             RegisterFunctions(m_Heap, group());
+    }
     Context::Current().Init();
 }
 

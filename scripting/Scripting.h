@@ -12,6 +12,12 @@ struct ScriptError {
     std::string evaluated; // "fx.js", "preRender", "draw" or "updateUIFlags"
 };
 
+// Text that a script prints with print() or console.log(), for tools that show it.
+struct ScriptMessage {
+    std::string text;
+    int line = 0; // line of the call in fx.js, from 1; 0 when unknown
+};
+
 // The only JavaScript interpreter of the process.
 // Threads: used only inside the engine's frame lock.
 class Scripting {
@@ -38,6 +44,9 @@ public:
     // Called with each script error unless null, which it is in the plug-in. The call comes from within
     // Execute, so it must not call the engine.
     static void (*ErrorCallback)(const ScriptError& error);
+
+    // The same for text that scripts print. While it is null, print() and console.log() do nothing.
+    static void (*PrintCallback)(const ScriptMessage& message);
 
 private:
     Scripting() = default;

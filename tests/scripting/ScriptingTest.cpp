@@ -36,6 +36,27 @@ function inner() {
         << "the caller: " << m_Log.Errors()[0].stack;
 }
 
+TEST_F(ScriptingTest, PrintedTextArrivesWithTheAuthorsLineAndIsIgnoredWithoutAListener) {
+    static std::vector<std::string> s_Printed;
+    s_Printed.clear();
+    Scripting::PrintCallback = [](const ScriptMessage& message) {
+        s_Printed.push_back(std::to_string(message.line) + ": " + message.text);
+    };
+    Load(R"js(function setup() {
+    print("size", 3, [1, 2], { a: null }, undefined, setup.name);
+    [4].forEach(console.log);
+
+    console.warn({ toJSON: function () { throw 1; }, toString: function () { throw "no text"; } });
+})js");
+    Scripting::Instance().Execute("eval('print()'); console.error();");
+    Scripting::PrintCallback = nullptr;
+    Load("function setup() { print({ toString: function () { throw 1; } }); }");
+    const std::vector<std::string> expected = {"2: size 3 [1,2] {\"a\":null} undefined setup", "3: 4 0 [4]",
+                                               "5: no text", "0: ", "0: "};
+    EXPECT_EQ(s_Printed, expected);
+    EXPECT_EQ(m_Log.Text(), "");
+}
+
 TEST_F(ScriptingTest, ThrownValuesOfEveryTypeAreCaught) {
     for (const char* const thrown :
          {"undefined", "null", "'text'", "17", "{}", "Symbol()", "{ toString: function () { throw 1; } }",
