@@ -6,32 +6,34 @@
 namespace ImageLib {
 namespace {
 
-// Clamps first, which rounds to the same integer, so that adding 2^23 leaves that integer, rounded to nearest
-// even by the addition itself, in the low bits.
+// Adding 2^23 leaves an integer in the low bits of a float; the addition itself rounds to nearest even.
+// Clamping first gives the same integer as clamping last.
+constexpr float s_RoundToInteger = 8388608.0f;
+
 inline std::uint32_t RoundClamped(float value, float scale) {
     const float scaled = value * scale;
     const float positive = scaled > 0.0f ? scaled : 0.0f;
     const float clamped = positive < scale ? positive : scale;
-    return std::bit_cast<std::uint32_t>(clamped + 8388608.0f) & 0xFFFF;
+    return std::bit_cast<std::uint32_t>(clamped + s_RoundToInteger) & 0xFFFF;
 }
 
 template <class Channel>
-constexpr float kScale = sizeof(Channel) == 1 ? 255.0f : 65535.0f;
+constexpr float s_Scale = sizeof(Channel) == 1 ? 255.0f : 65535.0f;
 
-// Host rows need no alignment: each channel is copied, which compiles to plain vector loads and stores.
+// Host rows have any alignment, so each channel is copied; this compiles to unaligned SIMD loads and stores.
 template <class Channel>
 void LoadRow(const unsigned char* from, float* to, std::size_t channels) {
     for (std::size_t i = 0; i < channels; ++i) {
         Channel channel;
         std::memcpy(&channel, from + i * sizeof(Channel), sizeof(Channel));
-        to[i] = static_cast<float>(channel) / kScale<Channel>;
+        to[i] = static_cast<float>(channel) / s_Scale<Channel>;
     }
 }
 
 template <class Channel>
 void StoreRow(const float* from, unsigned char* to, std::size_t channels) {
     for (std::size_t i = 0; i < channels; ++i) {
-        const auto channel = static_cast<Channel>(RoundClamped(from[i], kScale<Channel>));
+        const auto channel = static_cast<Channel>(RoundClamped(from[i], s_Scale<Channel>));
         std::memcpy(to + i * sizeof(Channel), &channel, sizeof(Channel));
     }
 }
@@ -50,14 +52,14 @@ struct DepthRow {
     void (*store)(const float* from, unsigned char* to, std::size_t channels);
 };
 
-constexpr DepthRow kDepths[] = {
+constexpr DepthRow s_Depths[] = {
     {8, LoadRow<std::uint8_t>, StoreRow<std::uint8_t>},
     {16, LoadRow<std::uint16_t>, StoreRow<std::uint16_t>},
     {32, LoadFloatRow, StoreFloatRow},
 };
 
 const DepthRow* FindDepth(unsigned depth) {
-    for (const DepthRow& row : kDepths)
+    for (const DepthRow& row : s_Depths)
         if (row.depth == depth)
             return &row;
     return nullptr;

@@ -1,7 +1,7 @@
 #include "imagelib/Dither.h"
 
 #include "imagelib/MapSurface.h"
-#include "imagelib/vector/CandidateGrid.h"
+#include "imagelib/simd/CandidateGrid.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,14 +13,33 @@
 namespace ImageLib {
 namespace {
 
-// The kernel's weights in the order in which a pixel receives them: the topmost source row first, and in a
-// row the source scanned first, which is the one with the rightmost weight.
-std::vector<Vector::DiffusionTap> TapsOf(const Surface<Pixel32>& kernel) {
-    std::vector<Vector::DiffusionTap> taps;
+// Errors take values a little beyond 0..1. The few pixels outside this range are compared with all entries.
+constexpr float s_GridLow = -0.5f, s_GridHigh = 1.5f;
+constexpr unsigned s_GridBits = 6; // cells along one side of the grid: 2^6
+
+// How many pixels more a row follows the row above in a wavefront: what a tap reads was then written long
+// enough ago to have left the processor's store queue.
+constexpr int s_StoreQueuePixels = 3;
+constexpr std::size_t s_RingAlignment = 64; // bytes: one cache line, and the widest vector
+
+using Taps = std::vector<Simd::DiffusionTap>;
+
+// Column of the kernel's entry for the current pixel: the first positive one in row 0. The width if there is
+// none.
+int OriginOf(const Surface<Pixel32>& kernel) {
     const int width = static_cast<int>(kernel.Width());
     int origin = 0;
     while (origin < width && !(kernel.Row(0)[origin].alpha > 0.0f))
         ++origin;
+    return origin;
+}
+
+// The kernel's weights in the order in which a pixel receives them: the topmost source row first, and within
+// a row the source scanned first, which is the one with the rightmost weight. Empty for a kernel that changes
+// nothing.
+Taps TapsOf(const Surface<Pixel32>& kernel) {
+    Taps taps;
+    const int width = static_cast<int>(kernel.Width()), origin = OriginOf(kernel);
     if (origin == width)
         return taps;
     for (unsigned row = kernel.Height(); row-- > 0;) {
@@ -32,71 +51,92 @@ std::vector<Vector::DiffusionTap> TapsOf(const Surface<Pixel32>& kernel) {
     return taps;
 }
 
-struct Reach {
-    unsigned rowsAbove = 0;
-    unsigned side = 0; // the farthest source to the left or right
-    int right = 0;     // the farthest source in a row above that is still to come
-};
-
-Reach ReachOf(const std::vector<Vector::DiffusionTap>& taps) {
-    Reach reach;
-    for (const Vector::DiffusionTap& tap : taps) {
-        reach.rowsAbove = std::max(reach.rowsAbove, tap.row);
-        reach.side = std::max(reach.side, static_cast<unsigned>(std::abs(tap.dx)));
-        if (tap.row > 0)
-            reach.right = std::max(reach.right, tap.dx);
+// Owns the memory of one error diffusion and describes it as a job for the inner loops.
+class Diffusion {
+public:
+    Diffusion(Surface<Pixel32>& surface, const Taps& taps, const ColourSet& colours, bool serpentine)
+        : m_Palette(MakeTable(colours)) {
+        m_Job.palette = m_Palette.get();
+        m_Job.threshold = colours.threshold;
+        m_Job.serpentine = serpentine;
+        ChooseSearch(colours.byThreshold);
+        DescribeSurface(surface);
+        DescribeTaps(taps);
+        AllocateErrors();
+        if (m_Job.search == Simd::Search::BruteForce && !serpentine)
+            AllocateRing();
     }
-    return reach;
-}
+
+    void Run() const { (IsFitForSimd() ? Simd::CurrentKernels() : Simd::ScalarKernels).diffuse(m_Job); }
+
+private:
+    void ChooseSearch(bool byThreshold) {
+        m_Job.search = byThreshold ? Simd::Search::Threshold : Simd::Search::BruteForce;
+        if (byThreshold || m_Palette->count <= Simd::s_MaxBruteForce ||
+            !Simd::CandidateGrid::Accepts(*m_Palette))
+            return;
+        m_Grid.emplace(*m_Palette, s_GridLow, s_GridHigh, s_GridBits);
+        m_Job.search = Simd::Search::Grid;
+        m_Job.grid = &m_Grid->Grid();
+    }
+
+    void DescribeSurface(Surface<Pixel32>& surface) {
+        m_Job.pixels = reinterpret_cast<unsigned char*>(surface.Row(0));
+        m_Job.stride = surface.Stride();
+        m_Job.width = surface.Width();
+        m_Job.height = surface.Height();
+    }
+
+    void DescribeTaps(const Taps& taps) {
+        m_Job.taps = taps.data();
+        m_Job.tapCount = static_cast<unsigned>(taps.size());
+        int right = 0; // the farthest source in a row above that is scanned after the target's column
+        for (const Simd::DiffusionTap& tap : taps) {
+            m_Job.rowsAbove = std::max(m_Job.rowsAbove, tap.row);
+            m_Side = std::max(m_Side, static_cast<unsigned>(std::abs(tap.dx)));
+            m_Job.firstOwnTap += tap.row > 0;
+            if (tap.row > 0)
+                right = std::max(right, tap.dx);
+        }
+        m_Job.lag = right + 1;
+    }
+
+    void AllocateErrors() {
+        m_Job.errorStride = std::size_t{m_Job.width} + 2 * m_Side;
+        m_Errors.resize(m_Job.errorStride * (m_Job.rowsAbove + Simd::s_ErrorRows));
+        m_Job.errors = m_Errors.data() + m_Side;
+    }
+
+    void AllocateRing() {
+        Simd::WavefrontRing& ring = m_Job.ring;
+        ring.lag = m_Job.lag + s_StoreQueuePixels;
+        ring.count = std::bit_ceil(std::size_t{1} + ring.lag * m_Job.rowsAbove + m_Side);
+        m_Ring.resize(ring.count * Simd::WavefrontRing::SlotFloats + s_RingAlignment / sizeof(float));
+        void* slots = m_Ring.data();
+        std::size_t bytes = m_Ring.size() * sizeof(float);
+        ring.slots = static_cast<float*>(std::align(s_RingAlignment, s_RingAlignment, slots, bytes));
+    }
+
+    bool IsFitForSimd() const {
+        const bool isTooLong =
+            m_Job.search == Simd::Search::BruteForce && m_Palette->count > Simd::s_MaxBruteForce;
+        return !isTooLong && m_Job.tapCount <= Simd::s_MaxTaps;
+    }
+
+    std::unique_ptr<Simd::PaletteTable> m_Palette;
+    std::optional<Simd::CandidateGrid> m_Grid;
+    std::vector<Pixel32> m_Errors;
+    std::vector<float> m_Ring;
+    unsigned m_Side = 0; // pixels to the farthest source to the left or right
+    Simd::DiffusionJob m_Job{};
+};
 
 } // namespace
 
 void Dither::ErrorDiffusion(Surface<Pixel32>& surface, const Surface<Pixel32>& kernel,
                             const ColourSet& colours, bool serpentine) {
-    const std::vector<Vector::DiffusionTap> taps = TapsOf(kernel);
-    if (taps.empty() || surface.IsEmpty())
-        return;
-    const Reach reach = ReachOf(taps);
-    const auto palette = MakeTable(colours);
-    std::optional<Vector::CandidateGrid> grid;
-    Vector::DiffusionJob job{};
-    job.search = colours.byThreshold ? Vector::Search::Threshold : Vector::Search::BruteForce;
-    if (!colours.byThreshold && palette->count > Vector::MaxBruteForce &&
-        Vector::CandidateGrid::Serves(*palette)) {
-        // Errors carry values a little beyond 0..1; the few beyond this range take the plain search.
-        grid.emplace(*palette, -0.5f, 1.5f, 6);
-        job.search = Vector::Search::Grid;
-        job.grid = &grid->Grid();
-    }
-    job.threshold = colours.threshold;
-    job.palette = palette.get();
-    job.pixels = reinterpret_cast<unsigned char*>(surface.Row(0));
-    job.stride = surface.Stride();
-    job.width = surface.Width();
-    job.height = surface.Height();
-    job.taps = taps.data();
-    job.tapCount = static_cast<unsigned>(taps.size());
-    job.ownTap = static_cast<unsigned>(
-        std::count_if(taps.begin(), taps.end(), [](const Vector::DiffusionTap& tap) { return tap.row > 0; }));
-    job.rowsAbove = reach.rowsAbove;
-    job.lag = reach.right + 1;
-    job.serpentine = serpentine;
-    job.errorStride = std::size_t{surface.Width()} + 2 * reach.side;
-    std::vector<Pixel32> errors(job.errorStride * (reach.rowsAbove + Vector::BandRows));
-    job.errors = errors.data() + reach.side;
-    job.bandLag = job.lag + 3;
-    job.historySlots = std::bit_ceil(std::size_t{1} + job.bandLag * reach.rowsAbove + reach.side);
-    std::vector<float> history;
-    if (job.search == Vector::Search::BruteForce) {
-        history.resize(job.historySlots * 4 * 2 * Vector::HistoryMargin + Vector::Padding);
-        void* aligned = history.data();
-        std::size_t space = history.size() * sizeof(float);
-        job.history = static_cast<float*>(std::align(64, 64, aligned, space));
-    }
-    const bool isSearchable =
-        job.search != Vector::Search::BruteForce || palette->count <= Vector::MaxBruteForce;
-    const bool fits = isSearchable && job.tapCount <= Vector::MaxTaps;
-    (fits ? Vector::CurrentKernels() : Vector::PlainKernels).diffuse(job);
+    if (const Taps taps = TapsOf(kernel); !taps.empty() && !surface.IsEmpty())
+        Diffusion(surface, taps, colours, serpentine).Run();
 }
 
 void Dither::Ordered(Surface<Pixel32>& surface, const Surface<Pixel32>& kernel, const ColourSet& colours,

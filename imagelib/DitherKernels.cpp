@@ -11,7 +11,7 @@ constexpr std::array<Pixel32, sizeof...(N)> Weights(float divisor, N... numerato
     return {all(static_cast<float>(numerators) / divisor)...};
 }
 
-// Each Bayer matrix from the one of half its size: 4M, 4M + 2 above 4M + 3, 4M + 1.
+// Builds each Bayer matrix from the one M of half its size: 4M and 4M + 2 above 4M + 3 and 4M + 1.
 template <unsigned Size>
 constexpr std::array<unsigned, Size * Size> BayerIndex() {
     if constexpr (Size == 1) {

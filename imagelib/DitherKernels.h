@@ -2,12 +2,12 @@
 
 #include "imagelib/Surface.h"
 
-// Weights of the dithers as small surfaces: every entry holds one weight in all four channels.
+// The weights of the dithers as small surfaces: every entry holds one weight in all four channels.
 //
-// Diffusion: the first positive entry of row 0 marks the current pixel and is no weight itself. The kernels
-// that stem from five-wide matrices are stored five wide but declared four wide with a stride of four
-// entries; the shifted rows that this gives are the ones to use.
-// Ordered: thresholds in 0..1, indexed by position and mask.
+// Error diffusion: the first positive entry of row 0 marks the current pixel and is not a weight itself. The
+// kernels of five-wide matrices are stored with five entries a row but declared with a width and a stride of
+// four; the shifted rows that result are intended. Ordered dithering: thresholds in 0..1 (Bayer's index
+// matrices, plus one, divided by their size plus one).
 namespace ImageLib {
 
 extern const Surface<Pixel32> FloydSteinbergKernel;
@@ -21,7 +21,7 @@ extern const Surface<Pixel32> Sierra3Kernel;
 extern const Surface<Pixel32> StevensonArceKernel;
 
 extern const Surface<Pixel32> Bayer2x2Kernel;
-extern const Surface<Pixel32> Bayer3x3Kernel; // no mode selects it: three is no power of two
+extern const Surface<Pixel32> Bayer3x3Kernel; // selected by no mode, as three is not a power of two
 extern const Surface<Pixel32> Bayer4x4Kernel;
 extern const Surface<Pixel32> Bayer8x8Kernel;
 

@@ -1,7 +1,7 @@
 #include "imagelib/MapSurface.h"
 
 #include "imagelib/Settings.h"
-#include "imagelib/vector/CandidateGrid.h"
+#include "imagelib/simd/CandidateGrid.h"
 
 #include <algorithm>
 #include <exception>
@@ -12,15 +12,17 @@
 namespace ImageLib {
 namespace {
 
-constexpr std::size_t kPixelsPerThread = 1 << 15; // less is not worth a thread
+constexpr std::size_t s_PixelsPerThread =
+    1 << 15;                       // with fewer pixels, starting a thread costs more than it gains
+constexpr unsigned s_GridBits = 5; // cells along one side of a candidate grid: 2^5
 
 struct Mapping {
     Surface<Pixel32>& surface;
     const ColourSet& colours;
-    const Vector::PaletteTable& palette;
+    const Simd::PaletteTable& palette;
     const Offsets* offsets;
     bool useGrid;
-    float low, high; // what the grid covers
+    float low, high; // range of channel values that the grid covers
 };
 
 const float* OffsetsOf(const Mapping& mapping, std::uint32_t y) {
@@ -41,17 +43,18 @@ void MapRows(const Mapping& mapping, std::uint32_t from, std::uint32_t to) {
             ThresholdRow(mapping.surface.Row(y), width, mapping.colours, OffsetsOf(mapping, y));
         return;
     }
-    std::optional<Vector::CandidateGrid> grid;
+    std::optional<Simd::CandidateGrid> grid;
     if (mapping.useGrid)
-        grid.emplace(mapping.palette, mapping.low, mapping.high, 5);
-    const Vector::Kernels& kernels = Vector::CurrentKernels();
+        grid.emplace(mapping.palette, mapping.low, mapping.high, s_GridBits);
+    const Simd::Kernels& kernels = Simd::CurrentKernels();
     for (std::uint32_t y = from; y < to; ++y) {
-        const Vector::MapJob job{&mapping.palette, grid ? &grid->Grid() : nullptr, OffsetsOf(mapping, y)};
+        const Simd::MapJob job{&mapping.palette, grid ? &grid->Grid() : nullptr, OffsetsOf(mapping, y)};
         kernels.map(mapping.surface.Row(y), width, job);
     }
 }
 
-// Maps the surface in `parts` bands of rows, each on its own thread, the first on this one.
+// Maps the surface in `parts` ranges of rows, each on a thread of its own; the calling thread takes the
+// first.
 void RunParts(const Mapping& mapping, unsigned parts) {
     const auto firstRow = [&](unsigned part) {
         return static_cast<std::uint32_t>(std::uint64_t{mapping.surface.Height()} * part / parts);
@@ -71,7 +74,7 @@ void RunParts(const Mapping& mapping, unsigned parts) {
             try {
                 workers.emplace_back(run, part);
             } catch (const std::system_error&) {
-                run(part); // no thread to be had
+                run(part); // the system has no thread left
             }
         }
         run(0);
@@ -81,7 +84,8 @@ void RunParts(const Mapping& mapping, unsigned parts) {
             std::rethrow_exception(failure);
 }
 
-// Pixels between 0 and 1 with their offsets; false when the offsets are too large for a grid.
+// Finds the range of pixels between 0 and 1 after their offsets are added. Returns false when no grid covers
+// it.
 bool FindRange(const Offsets* offsets, float& low, float& high) {
     low = 0.0f;
     high = 1.0f;
@@ -94,20 +98,21 @@ bool FindRange(const Offsets* offsets, float& low, float& high) {
             high = std::max(high, 1.0f + row[x]);
         }
     }
-    return Vector::CandidateGrid::Covers(low, high);
+    return Simd::CandidateGrid::Covers(low, high);
 }
 
 } // namespace
 
-std::unique_ptr<Vector::PaletteTable> MakeTable(const ColourSet& colours) {
-    auto table = std::make_unique<Vector::PaletteTable>();
-    unsigned count = std::min(colours.count, Vector::MaxColours);
+std::unique_ptr<Simd::PaletteTable> MakeTable(const ColourSet& colours) {
+    auto table = std::make_unique<Simd::PaletteTable>();
+    unsigned count = std::min(colours.count, Simd::s_MaxColours);
     while (count > 1 && !colours.byThreshold && colours.colours[count - 1] == colours.colours[count - 2])
         --count;
     table->count = count;
     table->opaque = true;
-    for (unsigned i = 0; i < Vector::MaxColours; ++i) {
-        const Pixel32 colour = i < count ? colours.colours[i] : Pixel32{1e30f, 1e30f, 1e30f, 1e30f};
+    for (unsigned i = 0; i < Simd::s_MaxColours; ++i) {
+        constexpr float far = Simd::s_FarAway;
+        const Pixel32 colour = i < count ? colours.colours[i] : Pixel32{far, far, far, far};
         table->alpha[i] = colour.alpha;
         table->red[i] = colour.red;
         table->green[i] = colour.green;
@@ -124,9 +129,10 @@ void MapSurface(Surface<Pixel32>& surface, const ColourSet& colours, const Offse
     const auto palette = MakeTable(colours);
     Mapping mapping{surface, colours, *palette, offsets, false, 0.0f, 1.0f};
     mapping.useGrid = !colours.byThreshold && FindRange(offsets, mapping.low, mapping.high) &&
-                      palette->count > Vector::MaxBruteForce && Vector::CandidateGrid::Serves(*palette);
+                      palette->count > Simd::CurrentKernels().maxBruteForceMap &&
+                      Simd::CandidateGrid::Accepts(*palette);
 
-    const std::size_t useful = std::size_t{surface.Width()} * surface.Height() / kPixelsPerThread;
+    const std::size_t useful = std::size_t{surface.Width()} * surface.Height() / s_PixelsPerThread;
     const std::size_t most = std::min<std::size_t>(useful, surface.Height());
     RunParts(mapping, static_cast<unsigned>(std::clamp<std::size_t>(most, 1, ThreadCount())));
 }

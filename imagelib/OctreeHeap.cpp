@@ -1,4 +1,4 @@
-#include "imagelib/Octree.h"
+#include "imagelib/OctreeHeap.h"
 
 #include <cstdlib>
 #include <new>
@@ -6,10 +6,11 @@
 namespace ImageLib {
 namespace {
 
-constexpr std::uint32_t kGrowth = 1024;
-constexpr std::uint8_t kInHeap = 1;
+constexpr std::uint32_t s_Growth = 1024; // entries by which the heap grows
+constexpr std::uint8_t s_InHeap = 1;     // in oct_node_t::flags
 
-// Child count above, count >> depth below; the flipped sign bit makes the unsigned order the signed one.
+// The child count is in the upper half, count >> depth in the lower half. Flipping the sign bit lets an
+// unsigned comparison order signed numbers.
 std::uint64_t KeyOf(const oct_node_t& node) {
     const std::uint32_t shifted = node.count >> (node.depth & 31);
     return std::uint64_t{node.child_count} << 32 | (shifted ^ 0x80000000u);
@@ -29,7 +30,7 @@ void SiftUp(node_heap& heap, std::uint32_t index, heap_entry entry) {
 }
 
 void Grow(node_heap& heap) {
-    const std::size_t capacity = std::size_t{heap.capacity} + kGrowth;
+    const std::size_t capacity = std::size_t{heap.capacity} + s_Growth;
     auto* entries = static_cast<heap_entry*>(std::realloc(heap.entries, capacity * sizeof(heap_entry)));
     if (!entries)
         throw std::bad_alloc();
@@ -57,12 +58,12 @@ void down_heap(node_heap* heap, oct_node_t* node) {
 }
 
 void heap_add(node_heap* heap, oct_node_t* node) {
-    if (node->flags & kInHeap) {
+    if (node->flags & s_InHeap) {
         down_heap(heap, node);
         SiftUp(*heap, node->heap_index, {KeyOf(*node), node});
         return;
     }
-    node->flags |= kInHeap;
+    node->flags |= s_InHeap;
     if (heap->size == 0)
         heap->size = 1;
     if (heap->size >= heap->capacity)

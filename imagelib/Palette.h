@@ -4,7 +4,7 @@
 
 namespace ImageLib {
 
-// The fixed colour sets of historical display hardware. Every colour is opaque, every channel an 8-bit
+// The fixed palettes of historical display hardware. Every colour is opaque, and every channel is an 8-bit
 // value divided by 255.
 enum HWPalette : unsigned {
     s_3bit = 1,
@@ -21,12 +21,13 @@ enum HWPalette : unsigned {
     s_EGA = 12,
     s_MSX = 13,
 };
-inline constexpr unsigned HWPaletteCount = 13;
+inline constexpr unsigned s_HWPaletteCount = 13;
 
-// The palette's first colour, alive for the whole process; null for a value outside 1..13. Thread-safe.
+// Returns the palette's first colour, which is valid until the process ends, or null for a value
+// outside 1..13. Thread-safe.
 const Pixel32* GetPalette(HWPalette palette);
 
-// The number of its colours: 4, 8 or 16; 0 for a value outside 1..13. Thread-safe.
+// Returns the number of the palette's colours: 4, 8 or 16, or 0 for a value outside 1..13. Thread-safe.
 unsigned GetPaletteLen(HWPalette palette);
 
 } // namespace ImageLib

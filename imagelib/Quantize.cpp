@@ -15,7 +15,7 @@ struct ModeRow {
     const Surface<Pixel32>* kernel;
 };
 
-constexpr ModeRow kModes[] = {
+constexpr ModeRow s_Modes[] = {
     {DitheringMode::None, Pass::Nearest, nullptr},
     {DitheringMode::FloydSteinberg, Pass::Diffusion, &FloydSteinbergKernel},
     {DitheringMode::JarvisJudice, Pass::Diffusion, &JarvisJudiceKernel},
@@ -32,7 +32,7 @@ constexpr ModeRow kModes[] = {
 };
 
 const ModeRow* FindMode(DitheringMode mode) {
-    for (const ModeRow& row : kModes)
+    for (const ModeRow& row : s_Modes)
         if (row.mode == mode)
             return &row;
     return nullptr;
@@ -73,8 +73,8 @@ void RunPalette(const Request& request) {
 
 using Runner = void (*)(const Request&);
 
-// By selector.
-constexpr Runner kRunners[] = {
+// Indexed by the selector.
+constexpr Runner s_Runners[] = {
     nullptr,        RunBitmap,      RunOctree<8>,   RunOctree<16>,  RunOctree<32>, RunOctree<64>,
     RunOctree<128>, RunOctree<256>, nullptr,        RunPalette<1>,  RunPalette<2>, RunPalette<3>,
     RunPalette<4>,  RunPalette<5>,  RunPalette<6>,  RunPalette<7>,  RunPalette<8>, RunPalette<9>,
@@ -86,9 +86,9 @@ constexpr Runner kRunners[] = {
 void Quantize(Surface<Pixel32>& surface, unsigned selector, DitheringMode mode, float threshold,
               bool serpentine) {
     const ModeRow* const row = FindMode(mode);
-    if (surface.IsEmpty() || !row || selector >= std::size(kRunners) || !kRunners[selector])
+    if (surface.IsEmpty() || !row || selector >= std::size(s_Runners) || !s_Runners[selector])
         return;
-    kRunners[selector]({surface, *row, threshold, serpentine});
+    s_Runners[selector]({surface, *row, threshold, serpentine});
 }
 
 } // namespace ImageLib

@@ -4,7 +4,7 @@
 
 namespace ImageLib {
 
-// A way of dithering. Values that are not listed change nothing.
+// The ways of dithering. A value that is not listed leaves the surface unchanged.
 enum class DitheringMode : int {
     None = 0, // nearest colour
     FloydSteinberg = 2,
@@ -21,12 +21,16 @@ enum class DitheringMode : int {
     Bayer8x8 = 14,
 };
 
-// Reduces the surface in place to few colours.
-// selector: 1 black and white by threshold; 2..7 an adaptive palette of 8, 16, 32, 64, 128 or 256 colours;
-//   9..21 the fixed palette selector - 8. Any other value changes nothing.
-// threshold: the bitmap's threshold of red, and the strength of an ordered dither (the bitmap uses it as
-// both). serpentine: error diffusion runs odd rows right to left. One call at a time in the process. Throws
-// std::bad_alloc, which may leave the surface half done.
+// Reduces the surface in place to few colours. One call at a time in the process; it may use threads of its
+// own (see Settings.h). Throws std::bad_alloc, after which some pixels may be reduced and others not.
+//
+// selector: 1 selects black and white by a threshold; 2..7 select an adaptive palette of 8, 16, 32, 64, 128
+//     or 256 colours; 9..21 select the fixed palette with the HWPalette value selector - 8. Any other value
+//     leaves the surface unchanged.
+//
+// threshold: any number. Black and white compare red with it; ordered dithering takes it as its strength.
+//
+// serpentine: error diffusion processes odd rows from right to left.
 void Quantize(Surface<Pixel32>& surface, unsigned selector, DitheringMode mode, float threshold,
               bool serpentine);
 

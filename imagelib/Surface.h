@@ -6,8 +6,8 @@
 
 namespace ImageLib {
 
-// One pixel or palette colour: four floats in memory order alpha, red, green, blue, each nominally in 0..1.
-// Values outside that range, infinities and NaN are carried as they are.
+// One pixel or palette colour: four floats in the memory order alpha, red, green, blue, each nominally in
+// 0..1. Values outside this range, infinities and NaN are allowed and kept.
 struct Pixel32 {
     float alpha;
     float red;
@@ -24,19 +24,20 @@ static_assert(sizeof(Pixel32) == 16);
 inline constexpr Pixel32 Pixel32::one{1.0f, 1.0f, 1.0f, 1.0f};
 inline constexpr Pixel32 Pixel32::alpha_zero{1.0f, 0.0f, 0.0f, 0.0f};
 
-// An image, rows top to bottom. Either owns its pixels or wraps memory that the caller keeps alive. Moves;
-// a moved-from surface is empty. Not synchronised: one writer, or many readers.
+// An image with its top row first. A surface either owns its pixels or wraps memory that the caller keeps
+// valid. It can be moved, not copied; a moved-from surface is empty. Not synchronised: one thread may write,
+// or many may read.
 template <class T>
 class Surface {
 public:
     constexpr Surface() = default;
 
-    // Owns width * height tightly packed pixels, whose values are not set. Throws std::bad_alloc.
+    // Owns width * height tightly packed pixels, whose values are not initialised. Throws std::bad_alloc.
     Surface(std::uint32_t width, std::uint32_t height)
         : m_Width(width), m_Height(height), m_Stride(std::size_t{width} * sizeof(T)),
           m_Pixels(new T[std::size_t{width} * height]), m_OwnsPixels(true) {}
 
-    // Wraps foreign pixels. stride: bytes between two rows, a multiple of the alignment of T.
+    // Wraps pixels of the caller. stride: bytes from row to row, a multiple of the alignment of T.
     constexpr Surface(std::uint32_t width, std::uint32_t height, std::size_t stride, T* pixels)
         : m_Width(width), m_Height(height), m_Stride(stride), m_Pixels(pixels) {}
 
@@ -55,12 +56,12 @@ public:
 
     std::uint32_t Width() const { return m_Width; }
     std::uint32_t Height() const { return m_Height; }
-    std::size_t Stride() const { return m_Stride; } // bytes between two rows
+    std::size_t Stride() const { return m_Stride; } // bytes from row to row
     std::uint32_t Depth() const { return m_Depth; } // bits per channel
     bool OwnsPixels() const { return m_OwnsPixels; }
     bool IsEmpty() const { return m_Width == 0 || m_Height == 0 || !m_Pixels; }
 
-    // The row's first pixel; y is below Height().
+    // The first pixel of row y, 0..Height() - 1.
     T* Row(std::uint32_t y) {
         return reinterpret_cast<T*>(reinterpret_cast<unsigned char*>(m_Pixels) + y * m_Stride);
     }

@@ -45,7 +45,7 @@ float Clouds(float x, float y, int octaves, int seed) {
     return sum;
 }
 
-// u and v run over the picture's height: 0..16/9 and 0..1.
+// u and v are in units of the picture's height: 0..16/9 and 0..1.
 Rgb Scene(float u, float v) {
     const Rgb zenith{0.13f, 0.29f, 0.62f}, haze{0.82f, 0.80f, 0.74f}, white{0.97f, 0.96f, 0.94f};
     Rgb colour = Mix(zenith, haze, Smooth(0.0f, 0.6f, v));
@@ -67,8 +67,8 @@ Rgb Scene(float u, float v) {
 
 } // namespace
 
-Model::Picture MakePhoto(int width, int height) {
-    Model::Picture picture{width, height, {}};
+Reference::Picture MakePhoto(int width, int height) {
+    Reference::Picture picture{width, height, {}};
     picture.pixels.reserve(static_cast<std::size_t>(width) * height);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
@@ -84,10 +84,10 @@ Model::Picture MakePhoto(int width, int height) {
     return picture;
 }
 
-bool WritePpm(const Model::Picture& picture, const std::string& file) {
+bool WritePpm(const Reference::Picture& picture, const std::string& file) {
     std::ofstream out(file, std::ios::binary);
     out << "P6\n" << picture.width << ' ' << picture.height << "\n255\n";
-    const std::vector<std::uint8_t> bytes = Model::ToBytes(picture);
+    const std::vector<std::uint8_t> bytes = Reference::ToBytes(picture);
     for (std::size_t i = 0; i < bytes.size(); i += 4)
         out.write(reinterpret_cast<const char*>(&bytes[i]), 3);
     return static_cast<bool>(out.flush());

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "tests/imagelib/model/Model.h"
+#include "tests/imagelib/reference/Reference.h"
 
 #include <string>
 
-// A deterministic picture with what photographs have: sky and ground gradients, clouds and texture of many
+// Paints a deterministic picture with the properties of a photograph: gradients, clouds and textures of many
 // scales, soft and hard edges, saturated and dull colours, grain. Channels are n / 255, alpha is 1.
-Model::Picture MakePhoto(int width, int height);
+Reference::Picture MakePhoto(int width, int height);
 
-// Writes it as a binary PPM. False when the file cannot be written.
-bool WritePpm(const Model::Picture& picture, const std::string& file);
+// Writes the picture as a binary PPM file. Returns false when the file cannot be written.
+bool WritePpm(const Reference::Picture& picture, const std::string& file);

@@ -1,11 +1,13 @@
-// Times imagelib against the plain loops of the tests' model and against memcpy, on one picture in one
-// process, the two sides in turn; prints medians and their ratio.
+// Times imagelib against the reference implementation of the tests and against memcpy, on one picture in one
+// process, both sides alternately. Prints medians and their ratio.
 //
-// quantize_bench [--rounds N] [--path plain|sse2|avx2|avx512|neon] [--only sixteen|octree|threads|calls]
+// quantize_bench [--rounds N] [--path scalar|sse2|avx2|avx512|neon] [--only
+// sixteen|octree|threads|calls|paths]
 //                [--write-picture FILE.ppm]
 
+#include "bench/imagelib/Bench.h"
 #include "bench/imagelib/Picture.h"
-#include "bench/imagelib/Sides.h"
+#include "bench/imagelib/SimdPaths.h"
 #include "imagelib/Convert.h"
 #include "imagelib/Dither.h"
 #include "imagelib/Quantize.h"
@@ -20,69 +22,31 @@ using namespace ImageLib;
 
 namespace {
 
-constexpr int kWidth = 1920, kHeight = 1080;
-constexpr double kPixels = double{kWidth} * kHeight;
-constexpr auto kSixteen = static_cast<HWPalette>(5); // a full palette of sixteen colours
-
-struct Bench {
-    int rounds;
-    const Model::Picture original;
-    Model::Picture model = original;
-    Surface<Pixel32> surface{kWidth, kHeight};
-    Surface<Pixel32> copy{kWidth, kHeight};
-
-    std::size_t Bytes() const { return original.pixels.size() * sizeof(Model::Colour); }
-    void Restore() {
-        std::memcpy(model.pixels.data(), original.pixels.data(), Bytes());
-        std::memcpy(surface.Row(0), original.pixels.data(), Bytes());
-    }
-    bool IsEqual() const { return std::memcmp(surface.Row(0), model.pixels.data(), Bytes()) == 0; }
-};
-
-void Print(const char* work, const char* firstName, const char* secondName, const Sides& sides,
-           const char* note) {
-    std::printf("QuantizeBench  %-26s %dx%d  %s %8.2f ms  %s %7.2f ms  ratio %6.2f%s\n", work, kWidth,
-                kHeight, firstName, 1e3 * sides.first, secondName, 1e3 * sides.second, sides.ratio, note);
-    std::fflush(stdout);
-}
-
-// Plain against ours on one core; also checks that both left the same picture.
-template <class Plain, class Ours>
-Sides Compare(Bench& bench, const char* work, int rounds, Plain plain, Ours ours) {
-    const Sides sides = Sides::Time(
-        rounds, Clock::Thread, [&] { bench.Restore(); }, plain, ours);
-    bench.Restore();
-    plain();
-    ours();
-    Print(work, "plain", "ours", sides, bench.IsEqual() ? "" : "  DIFFERENT RESULTS");
-    return sides;
-}
-
 template <class Ours>
 void CompareWithCopy(Bench& bench, const char* work, Ours ours) {
     const auto copy = [&] { std::memcpy(bench.copy.Row(0), bench.original.pixels.data(), bench.Bytes()); };
-    const Sides sides = Sides::Time(
-        bench.rounds, Clock::Thread, [&] { bench.Restore(); }, copy, ours);
+    const Pairs pairs = TimePairs(bench, bench.rounds, Clock::Thread, copy, ours);
     char note[40];
-    std::snprintf(note, sizeof note, "  (%.0f %% of memcpy)", 100 * sides.ratio);
-    Print(work, "memcpy", "ours", sides, note);
+    std::snprintf(note, sizeof note, "  (%.0f %% of memcpy's speed)", 100 * pairs.Speedup());
+    Print(work, "memcpy", "ours", pairs, note);
 }
 
 void MeasureSixteenColours(Bench& bench) {
-    const Model::Palette palette = Model::FixedPalette(kSixteen);
-    const Model::Matrix bayer = Model::BayerMatrix(14);
-    const unsigned selector = 8 + kSixteen;
+    const Reference::Palette palette = Reference::FixedPalette(s_SixteenColours);
+    const Reference::Matrix bayer = Reference::BayerMatrix(14);
+    const unsigned selector = 8 + s_SixteenColours;
     const auto ours = [&](int mode, bool serpentine) {
         return [&bench, selector, mode, serpentine] {
             Quantize(bench.surface, selector, static_cast<DitheringMode>(mode), 0.25f, serpentine);
         };
     };
-    Compare(
-        bench, "nearest 16", bench.rounds, [&] { Model::MapNearest(bench.model, palette); }, ours(0, false));
+    CompareWithReference(
+        bench, "nearest 16", bench.rounds, [&] { Reference::MapNearest(bench.reference, palette); },
+        ours(0, false));
     CompareWithCopy(bench, "nearest 16", ours(0, false));
-    Compare(
-        bench, "ordered 8x8 16", bench.rounds, [&] { Model::MapOrdered(bench.model, bayer, palette, 0.25f); },
-        ours(14, false));
+    CompareWithReference(
+        bench, "ordered 8x8 16", bench.rounds,
+        [&] { Reference::MapOrdered(bench.reference, bayer, palette, 0.25f); }, ours(14, false));
     CompareWithCopy(bench, "ordered 8x8 16", ours(14, false));
 
     const char* const names[] = {"Floyd-Steinberg", "Jarvis-Judice", "Stucki",
@@ -90,51 +54,54 @@ void MeasureSixteenColours(Bench& bench) {
                                  "Sierra two-row",  "Sierra lite",   "Stevenson-Arce"};
     for (const bool serpentine : {false, true}) {
         for (int mode = 2; mode <= 10; ++mode) {
-            const Model::Matrix matrix = Model::DiffusionMatrix(mode);
+            const Reference::Matrix matrix = Reference::DiffusionMatrix(mode);
             char work[64];
             std::snprintf(work, sizeof work, "%s 16%s", names[mode - 2], serpentine ? " serp." : "");
-            Compare(
-                bench, work, bench.rounds, [&] { Model::Diffuse(bench.model, matrix, palette, serpentine); },
+            CompareWithReference(
+                bench, work, bench.rounds,
+                [&] { Reference::Diffuse(bench.reference, matrix, palette, serpentine); },
                 ours(mode, serpentine));
         }
     }
 }
 
 void MeasureOctree(Bench& bench) {
-    const std::vector<std::uint8_t> bytes = Model::ToBytes(bench.original);
+    const std::vector<std::uint8_t> bytes = Reference::ToBytes(bench.original);
     OctreeQuantEngine engine;
-    const auto work = [&] { engine.work(bytes.data(), kWidth, kHeight, 256); };
-    Model::Palette palette;
-    const auto plainWork = [&] { palette = Model::OctreePalette(bytes, 256); };
-    const Sides build = Sides::Time((bench.rounds + 2) / 3, Clock::Thread, [] {}, plainWork, work);
+    const auto work = [&] { engine.work(bytes.data(), s_Width, s_Height, 256); };
+    Reference::Palette palette;
+    const auto referenceWork = [&] { palette = Reference::OctreePalette(bytes, 256); };
+    const Pairs build = TimePairs(bench, (bench.rounds + 2) / 3, Clock::Thread, referenceWork, work);
     char note[40];
-    std::snprintf(note, sizeof note, "  (%.1f ns a pixel)", 1e9 * build.second / kPixels);
-    Print("octree build 256", "plain", "ours", build, note);
+    std::snprintf(note, sizeof note, "  (%.1f ns a pixel)", 1e6 * build.OursMilliseconds() / s_Pixels);
+    Print("octree build 256", "reference", "ours", build, note);
 
     const ColourSet colours{engine.Palette(), 256, false, 0};
-    Compare(
-        bench, "nearest 256", (bench.rounds + 2) / 3, [&] { Model::MapNearest(bench.model, palette); },
+    CompareWithReference(
+        bench, "nearest 256", (bench.rounds + 2) / 3,
+        [&] { Reference::MapNearest(bench.reference, palette); },
         [&] { Quantizers::Process(bench.surface, colours); });
-    const Model::Matrix matrix = Model::DiffusionMatrix(2);
-    Compare(
+    const Reference::Matrix matrix = Reference::DiffusionMatrix(2);
+    CompareWithReference(
         bench, "Floyd-Steinberg 256", (bench.rounds + 2) / 3,
-        [&] { Model::Diffuse(bench.model, matrix, palette, false); },
+        [&] { Reference::Diffuse(bench.reference, matrix, palette, false); },
         [&] { Dither::ErrorDiffusion(bench.surface, FloydSteinbergKernel, colours, false); });
 }
 
-// Times run(1) against run(2), each on that many threads.
+// Compares run(1) with run(2), each on that many threads. The ratio of the fastest runs is noted as well: on
+// a busy machine the medians mostly reflect how many other programs wait for its processors.
 template <class Run>
 void CompareThreads(Bench& bench, const char* work, Run run) {
-    // The fastest of many: on a busy machine the median tells how many others wait for its processors.
-    const Sides sides = Sides::Time(
-        4 * bench.rounds, Clock::Wall, [&] { bench.Restore(); }, [&] { run(1); }, [&] { run(2); });
+    const Pairs pairs = TimePairs(
+        bench, 4 * bench.rounds, Clock::Wall, [&] { run(1); }, [&] { run(2); });
     char note[60];
-    std::snprintf(note, sizeof note, "  (of the fastest; median of the pairs %.2f)", sides.ratio);
-    const double ratio = sides.fastestFirst / sides.fastestSecond;
-    Print(work, "one thread", "two", {sides.fastestFirst, sides.fastestSecond, ratio, 0, 0}, note);
+    std::snprintf(note, sizeof note, "  (%.2f between the fastest runs)",
+                  pairs.FastestBaselineMilliseconds() / pairs.FastestOursMilliseconds());
+    Print(work, "one thread", "two", pairs, note);
 }
 
-// What two threads of this machine give to work that shares nothing: the most that the rows below can reach.
+// Measures what two threads of this machine gain on work that shares nothing: the most that the other rows
+// can reach.
 void MeasureMachine(Bench& bench) {
     const auto onThreads = [](unsigned threads, auto part) {
         std::jthread other;
@@ -164,14 +131,14 @@ void MeasureThreads(Bench& bench) {
     const auto quantize = [&](DitheringMode mode) {
         return [&bench, mode](unsigned threads) {
             SetThreadCount(threads);
-            Quantize(bench.surface, 8 + kSixteen, mode, 0.25f, false);
+            Quantize(bench.surface, 8 + s_SixteenColours, mode, 0.25f, false);
         };
     };
     CompareThreads(bench, "nearest 16", quantize(DitheringMode::None));
     CompareThreads(bench, "ordered 8x8 16", quantize(DitheringMode::Bayer8x8));
-    const std::vector<std::uint8_t> bytes = Model::ToBytes(bench.original);
+    const std::vector<std::uint8_t> bytes = Reference::ToBytes(bench.original);
     OctreeQuantEngine engine;
-    engine.work(bytes.data(), kWidth, kHeight, 256);
+    engine.work(bytes.data(), s_Width, s_Height, 256);
     const ColourSet colours{engine.Palette(), 256, false, 0};
     CompareThreads(bench, "nearest 256", [&](unsigned threads) {
         SetThreadCount(threads);
@@ -180,18 +147,18 @@ void MeasureThreads(Bench& bench) {
     SetThreadCount(1);
 }
 
-// Whole calls, as other programs are timed: from 8-bit rows to 8-bit rows, on one thread.
+// Times whole calls from 8-bit rows to 8-bit rows on one thread, as peers.sh times other programs.
 void MeasureWholeCalls(Bench& bench) {
-    std::vector<std::uint8_t> rows(std::size_t{kWidth} * kHeight * 4);
-    StoreSurface(bench.surface, rows.data(), rows.size(), 8, kWidth * 4);
+    std::vector<std::uint8_t> rows(std::size_t{s_Width} * s_Height * 4);
+    StoreSurface(bench.surface, rows.data(), rows.size(), 8, s_Width * 4);
     const struct {
         const char* name;
         unsigned selector;
         DitheringMode mode;
     } calls[] = {
-        {"16 fixed, none", 8 + kSixteen, DitheringMode::None},
-        {"16 fixed, Floyd-Steinberg", 8 + kSixteen, DitheringMode::FloydSteinberg},
-        {"16 fixed, ordered 8x8", 8 + kSixteen, DitheringMode::Bayer8x8},
+        {"16 fixed, none", 8 + s_SixteenColours, DitheringMode::None},
+        {"16 fixed, Floyd-Steinberg", 8 + s_SixteenColours, DitheringMode::FloydSteinberg},
+        {"16 fixed, ordered 8x8", 8 + s_SixteenColours, DitheringMode::Bayer8x8},
         {"256 adaptive, none", 7, DitheringMode::None},
         {"256 adaptive, Floyd-Steinb.", 7, DitheringMode::FloydSteinberg},
     };
@@ -199,33 +166,33 @@ void MeasureWholeCalls(Bench& bench) {
         std::vector<double> times;
         for (int i = 0; i < bench.rounds; ++i) {
             std::vector<std::uint8_t> out = rows;
-            const double start = Now(Clock::Thread);
-            Surface<Pixel32> surface;
-            LoadSurface(out.data(), out.size(), kWidth, kHeight, 8, kWidth * 4, surface);
-            Quantize(surface, call.selector, call.mode, 0.25f, false);
-            StoreSurface(surface, out.data(), out.size(), 8, kWidth * 4);
-            times.push_back(Now(Clock::Thread) - start);
+            const auto wholeCall = [&] {
+                Surface<Pixel32> surface;
+                LoadSurface(out.data(), out.size(), s_Width, s_Height, 8, s_Width * 4, surface);
+                Quantize(surface, call.selector, call.mode, 0.25f, false);
+                StoreSurface(surface, out.data(), out.size(), 8, s_Width * 4);
+            };
+            times.push_back(Pairs::Time(wholeCall, Clock::Thread));
         }
-        std::printf("QuantizeBench  whole call %-27s %dx%d  ours %7.2f ms\n", call.name, kWidth, kHeight,
-                    1e3 * Median(times));
+        std::printf("QuantizeBench  whole call %-27s %dx%d  ours %7.2f ms\n", call.name, s_Width, s_Height,
+                    1e3 * Pairs::Median(times));
     }
 }
 
 bool ChoosePath(const char* name) {
-    for (const VectorPath path : SupportedPaths())
-        if (std::strcmp(PathName(path), name) == 0)
-            return SetVectorPath(path);
-    std::fprintf(stderr, "quantize_bench: --path %s: this processor has", name);
-    for (const VectorPath path : SupportedPaths())
-        std::fprintf(stderr, " %s", PathName(path));
+    for (const SimdPath path : SupportedSimdPaths())
+        if (std::strcmp(SimdPathName(path), name) == 0)
+            return SetSimdPath(path);
+    std::fprintf(stderr, "quantize_bench: --path %s: this processor supports", name);
+    for (const SimdPath path : SupportedSimdPaths())
+        std::fprintf(stderr, " %s", SimdPathName(path));
     std::fprintf(stderr, "\n");
     return false;
 }
 
 int Usage() {
-    std::fprintf(stderr,
-                 "usage: quantize_bench [--rounds N] [--path NAME] [--only sixteen|octree|threads|calls]\n"
-                 "                      [--write-picture FILE.ppm]\n");
+    std::fprintf(stderr, "usage: quantize_bench [--rounds N] [--path NAME] [--write-picture FILE.ppm]\n"
+                         "                      [--only sixteen|octree|threads|calls|paths]\n");
     return 2;
 }
 
@@ -243,20 +210,21 @@ int main(int argc, char** argv) {
         else if (value && std::strcmp(argv[i], "--path") == 0 && ChoosePath(value))
             continue;
         else if (value && std::strcmp(argv[i], "--write-picture") == 0)
-            return WritePpm(MakePhoto(kWidth, kHeight), value) ? 0 : 1;
+            return WritePpm(MakePhoto(s_Width, s_Height), value) ? 0 : 1;
         else
             return Usage();
     }
     SetThreadCount(1);
-    Bench bench{rounds, MakePhoto(kWidth, kHeight)};
-    std::printf("QuantizeBench  vector path %s\n", PathName(CurrentVectorPath()));
+    Bench bench{rounds, MakePhoto(s_Width, s_Height)};
+    std::printf("QuantizeBench  SIMD path %s\n", SimdPathName(CurrentSimdPath()));
     const struct {
         const char* name;
         void (*measure)(Bench& bench);
     } groups[] = {{"sixteen", MeasureSixteenColours},
                   {"octree", MeasureOctree},
                   {"threads", MeasureThreads},
-                  {"calls", MeasureWholeCalls}};
+                  {"calls", MeasureWholeCalls},
+                  {"paths", MeasureSimdPaths}};
     for (const auto& group : groups) {
         if (*only && std::strcmp(only, group.name) != 0)
             continue;

@@ -1,11 +1,11 @@
 #!/bin/bash
-# Times other programs' palette reduction on the benchmark's own picture and prints it beside ours; processor
-# time, one thread, reading and writing files left out. Versions are those of the Debian packages imagemagick,
-# libimagequant-dev, python3-pil and ffmpeg; what is not installed is skipped.
+# Times the palette reduction of other programs on the benchmark's own picture and prints it next to ours: processor time
+# on one thread, without reading and writing files. The Debian packages are imagemagick, libimagequant-dev, python3-pil
+# and ffmpeg; a program that is not installed is skipped.
 #
 # bench/imagelib/peers.sh PATH/TO/quantize_bench
 set -euo pipefail
-PATH=/usr/bin:$PATH # the packages, before anything built by hand
+PATH=/usr/bin:$PATH # prefers the packages to programs that were built by hand
 
 bench=${1:?usage: peers.sh PATH/TO/quantize_bench}
 here=$(cd "$(dirname "$0")" && pwd)
@@ -14,7 +14,7 @@ trap 'rm -rf "$work"' EXIT
 
 has() { command -v "$1" >/dev/null || { echo "peer  $1 is not installed: skipped"; return 1; }; }
 
-# The processor time of a command in milliseconds, the median of three runs.
+# Prints the processor time of a command in milliseconds, the median of three runs.
 cpu_ms() {
     local TIMEFORMAT='%U %S'
     for _ in 1 2 3; do
@@ -27,7 +27,7 @@ report() { printf 'peer  %-22s  %-31s %8.2f ms\n' "$1" "$2" "$3"; }
 minus() { awk -v a="$1" -v b="$2" -v n="${3:-1}" 'BEGIN { print (a - b) / n }'; }
 
 "$bench" --write-picture "$work/photo.ppm"
-# The sixteen colours of our fixed palette, as pictures.
+# The sixteen colours of our fixed palette, as pictures of 16x1 and 16x16 pixels.
 colours=(000000 FFFFFF 883932 67B6BD 8B3F96 55A049 40318D BFCE72
     8B5429 574200 B86962 505050 787878 94E089 7869C4 9F9F9F)
 ppm() { # width, height: the colours in order, the last one repeated

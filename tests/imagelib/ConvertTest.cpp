@@ -11,7 +11,7 @@ using namespace ImageLib;
 
 namespace {
 
-// Every channel value there is, as pixels of one row, there and back.
+// Converts a row of pixels with every possible channel value to floats and back.
 template <class Channel>
 void RoundTrip(float scale) {
     constexpr std::size_t values = std::size_t{1} << 8 * sizeof(Channel);
@@ -33,7 +33,7 @@ void RoundTrip(float scale) {
     EXPECT_EQ(back, channels);
 }
 
-TEST(ConvertTest, EveryByteAndEveryWordReturns) {
+TEST(ConvertTest, EveryByteAndEveryWordSurvivesTheRoundTrip) {
     RoundTrip<std::uint8_t>(255.0f);
     RoundTrip<std::uint16_t>(65535.0f);
 }
@@ -47,7 +47,7 @@ Channel StoreOne(float value) {
     return channels[1];
 }
 
-TEST(ConvertTest, TheWayBackRoundsTiesToEvenAndClamps) {
+TEST(ConvertTest, StoringRoundsTiesToEvenAndClamps) {
     EXPECT_EQ(StoreOne<std::uint8_t>(0.5f), 128);    // 127.5
     EXPECT_EQ(StoreOne<std::uint8_t>(0.1f), 26);     // 25.5 in single precision
     EXPECT_EQ(StoreOne<std::uint8_t>(0.7f), 178);    // 178.5 in single precision
@@ -64,7 +64,7 @@ TEST(ConvertTest, TheWayBackRoundsTiesToEvenAndClamps) {
     }
 }
 
-TEST(ConvertTest, FloatsPassUnchanged) {
+TEST(ConvertTest, FloatsAreCopiedBitForBit) {
     const float values[8] = {NAN, INFINITY, -3.5f, 1e-40f, 0.25f, 2.0f, -0.0f, 1e30f};
     Surface<Pixel32> surface;
     ASSERT_TRUE(LoadSurface(values, sizeof values, 2, 1, 32, sizeof values, surface));
@@ -73,7 +73,7 @@ TEST(ConvertTest, FloatsPassUnchanged) {
     EXPECT_EQ(std::memcmp(back, values, sizeof values), 0);
 }
 
-TEST(ConvertTest, TheOctreeCopyIsRedGreenBlueAlpha) {
+TEST(ConvertTest, PixelsForTheOctreeAreInTheOrderRedGreenBlueAlpha) {
     Pixel32 pixels[2] = {{1.0f, 0.1f, 0.5f, -1.0f}, {0.0f, NAN, 2.0f, 1.0f}};
     const Surface<Pixel32> surface(1, 2, sizeof(Pixel32), pixels);
     std::uint8_t bytes[8];
@@ -82,9 +82,9 @@ TEST(ConvertTest, TheOctreeCopyIsRedGreenBlueAlpha) {
     EXPECT_EQ(std::memcmp(bytes, expected, 8), 0);
 }
 
-TEST(ConvertTest, WhatCannotBeConvertedIsRefused) {
+TEST(ConvertTest, ImpossibleSizesStridesAndDepthsAreRefused) {
     struct Row {
-        const char* what;
+        const char* name;
         std::size_t bytes;
         unsigned width, height, depth;
         std::size_t stride;
@@ -106,17 +106,18 @@ TEST(ConvertTest, WhatCannotBeConvertedIsRefused) {
         const Pixel32* const before = surface.Row(0);
         EXPECT_FALSE(
             LoadSurface(memory.data(), row.bytes, row.width, row.height, row.depth, row.stride, surface))
-            << row.what;
-        EXPECT_EQ(surface.Row(0), before) << row.what;
+            << row.name;
+        EXPECT_EQ(surface.Row(0), before) << row.name;
         const Surface<Pixel32> source(row.width ? row.width : 0, row.height < 100 ? row.height : 5);
-        EXPECT_FALSE(StoreSurface(source, memory.data(), row.bytes, row.depth, row.stride)) << row.what;
+        EXPECT_FALSE(StoreSurface(source, memory.data(), row.bytes, row.depth, row.stride)) << row.name;
     }
     EXPECT_EQ(memory, std::vector<unsigned char>(64, 1));
     EXPECT_TRUE(IsConvertibleDepth(16));
     EXPECT_FALSE(IsConvertibleDepth(24));
 }
 
-// Blocks of exactly the promised size, at odd addresses: a sanitizer sees any step beyond.
+// The memory blocks have exactly the stated size and odd addresses, so that a sanitizer detects any access
+// beyond them.
 TEST(ConvertTest, RandomSizesAndStridesStayInsideTheirMemory) {
     std::mt19937 random(4);
     for (int round = 0; round < 2000; ++round) {

@@ -1,4 +1,4 @@
-#include "imagelib/Octree.h"
+#include "imagelib/OctreeQuantEngine.h"
 #include "tests/imagelib/Pictures.h"
 
 #include <gtest/gtest.h>
@@ -44,7 +44,7 @@ TEST(OctreeTest, NoPixelsGiveNoEntriesAndNoHeap) {
     EXPECT_EQ(engine.Heap().entries, nullptr);
 }
 
-TEST(OctreeTest, FewColoursAreKeptInTheOrderTheyAppear) {
+TEST(OctreeTest, FewColoursAreKeptInTheOrderOfAppearance) {
     OctreeQuantEngine engine;
     Work(engine, {{200, 0, 0}, {0, 200, 0}, {0, 0, 200}, {0, 200, 0}}, 8);
     ASSERT_EQ(engine.Length(), 3u);
@@ -53,7 +53,7 @@ TEST(OctreeTest, FewColoursAreKeptInTheOrderTheyAppear) {
     EXPECT_EQ(engine.Palette()[2], Opaque(0, 0, 200));
 }
 
-// 128 pixels raise a leaf's key from 0 to 1, so it changes places with the smaller of its children.
+// 128 pixels raise a leaf's key from 0 to 1, so the leaf is swapped with the smaller of its children.
 TEST(OctreeTest, AFrequentColourSinksInTheHeap) {
     OctreeQuantEngine engine;
     std::vector<Rgb> pixels = {{200, 0, 0}, {0, 200, 0}, {0, 0, 200}};
@@ -65,7 +65,7 @@ TEST(OctreeTest, AFrequentColourSinksInTheHeap) {
     EXPECT_EQ(engine.Palette()[2], Opaque(0, 0, 200));
 }
 
-TEST(OctreeTest, TheLowestBitsAreAveraged) {
+TEST(OctreeTest, ColoursThatDifferInTheLowestBitAreAveraged) {
     OctreeQuantEngine engine;
     Work(engine, {{10, 20, 31}, {11, 21, 30}, {11, 20, 30}, {11, 20, 30}}, 8);
     ASSERT_EQ(engine.Length(), 1u);
@@ -76,12 +76,13 @@ TEST(OctreeTest, TheLowestBitsAreAveraged) {
     EXPECT_EQ(leaf.sum[2], 30u);
 }
 
-// Worked by hand for two colours. A and B share the parent P, C has the parent Q, all keys are (children, 0).
-//   A B C    remove A: C comes first, then B; P is left with one child and goes to the end
-//   C B P    remove C: P sinks below B; Q, now childless, goes to the end
-//   B P Q    remove B: Q comes first; P, now childless and holding A and B, is no less than Q
-//   Q P
-TEST(OctreeTest, FoldingFollowsTheHeap) {
+// Worked out by hand for two colours. A and B have the parent P, C has the parent Q, all keys are (children,
+// 0).
+//   A B C    A is removed: C moves to the front, then B; P has one child left and is added at the end.
+//   C B P    C is removed: P sinks below B; Q has no child left and is added at the end.
+//   B P Q    B is removed: Q moves to the front; P, now without children and with the pixels of A and B, is
+//   not less. Q P
+TEST(OctreeTest, NodesAreMergedInTheOrderOfTheHeap) {
     OctreeQuantEngine engine;
     Work(engine, {{0, 0, 0}, {2, 0, 0}, {255, 255, 255}}, 2);
     ASSERT_EQ(engine.Length(), 2u);
@@ -91,7 +92,7 @@ TEST(OctreeTest, FoldingFollowsTheHeap) {
     EXPECT_EQ(engine.Heap().entries[2].node->child_count, 0);
 }
 
-TEST(OctreeTest, InsertMakesAPathByTheBitsOfGreenRedAndBlue) {
+TEST(OctreeTest, InsertingAPixelMakesAPathByItsBitsOfGreenRedAndBlue) {
     OctreeQuantEngine engine;
     engine.work(nullptr, 0, 0, 8);
     const std::uint8_t pixel[4] = {0x80, 0x41, 0x03, 0};
@@ -109,13 +110,13 @@ TEST(OctreeTest, InsertMakesAPathByTheBitsOfGreenRedAndBlue) {
     EXPECT_EQ(node, engine.Root());
 }
 
-TEST(OctreeTest, TheHeapPutsFewerChildrenThenSmallerShiftedCountsFirst) {
+TEST(OctreeTest, TheHeapOrdersByChildrenThenByShiftedCount) {
     struct Row {
         std::uint8_t children;
         std::uint32_t count;
         std::uint8_t depth;
     };
-    // In the order expected; the first has its sign bit set.
+    // In the expected order. The count of the first row has its sign bit set.
     const Row rows[] = {{0, 0x80000000u, 0}, {0, 255, 7}, {0, 128, 6}, {0, 3, 0}, {1, 0, 7}, {2, 0, 0}};
     std::vector<oct_node_t> nodes(std::size(rows));
     node_heap heap{};
@@ -136,13 +137,13 @@ TEST(OctreeTest, TheHeapPutsFewerChildrenThenSmallerShiftedCountsFirst) {
     std::free(heap.entries);
 }
 
-TEST(OctreeTest, LargePicturesEqualTheModel) {
+TEST(OctreeTest, PalettesOfLargePicturesEqualTheReference) {
     for (const Pictures::Kind kind : {Pictures::Kind::Photo, Pictures::Kind::Ties, Pictures::Kind::Wild}) {
-        const std::vector<std::uint8_t> bytes = Model::ToBytes(Pictures::Make(kind, 301, 203));
+        const std::vector<std::uint8_t> bytes = Reference::ToBytes(Pictures::Make(kind, 301, 203));
         for (const unsigned count : {1u, 8u, 64u, 256u}) {
             OctreeQuantEngine engine;
             engine.work(bytes.data(), 301, 203, count);
-            const Model::Palette expected = Model::OctreePalette(bytes, count);
+            const Reference::Palette expected = Reference::OctreePalette(bytes, count);
             ASSERT_EQ(engine.Length(), expected.size());
             for (std::size_t i = 0; i < expected.size(); ++i)
                 ASSERT_EQ(engine.Palette()[i], (Pixel32{1, expected[i].r, expected[i].g, expected[i].b}))
@@ -151,7 +152,7 @@ TEST(OctreeTest, LargePicturesEqualTheModel) {
     }
 }
 
-TEST(OctreeTest, AnEngineWorksAgainAndBesideAnother) {
+TEST(OctreeTest, AnEngineCanWorkAgainWhileAnotherIsAlive) {
     OctreeQuantEngine first;
     Work(first, {{1, 2, 3}}, 8);
     {

@@ -1,6 +1,6 @@
 #include "imagelib/Palette.h"
 #include "imagelib/DitherKernels.h"
-#include "tests/imagelib/model/Model.h"
+#include "tests/imagelib/reference/Reference.h"
 
 #include <gtest/gtest.h>
 
@@ -14,10 +14,10 @@ HWPalette Number(unsigned value) {
     return static_cast<HWPalette>(value);
 }
 
-TEST(PaletteTest, HoldsTheTable) {
+TEST(PaletteTest, EveryPaletteEqualsTheReferenceTable) {
     const unsigned lengths[] = {8, 16, 16, 16, 16, 4, 4, 4, 4, 4, 4, 16, 16};
     for (unsigned value = 1; value <= 13; ++value) {
-        const Model::Palette expected = Model::FixedPalette(static_cast<int>(value));
+        const Reference::Palette expected = Reference::FixedPalette(static_cast<int>(value));
         const Pixel32* const palette = GetPalette(Number(value));
         ASSERT_EQ(GetPaletteLen(Number(value)), lengths[value - 1]) << value;
         ASSERT_EQ(expected.size(), lengths[value - 1]) << value;
@@ -27,14 +27,14 @@ TEST(PaletteTest, HoldsTheTable) {
     }
 }
 
-TEST(PaletteTest, HasNothingOutsideOneToThirteen) {
+TEST(PaletteTest, ValuesOutsideOneToThirteenHaveNoPalette) {
     for (const unsigned value : {0u, 14u, 0xFFFFFFFFu}) {
         EXPECT_EQ(GetPalette(Number(value)), nullptr);
         EXPECT_EQ(GetPaletteLen(Number(value)), 0u);
     }
 }
 
-TEST(PaletteTest, KeepsTheTablesQuirks) {
+TEST(PaletteTest, DuplicatesAndBrownAreKept) {
     EXPECT_EQ(GetPalette(s_AppleII)[5], GetPalette(s_AppleII)[10]);
     EXPECT_EQ(GetPalette(s_MSX)[0], GetPalette(s_MSX)[1]);
     EXPECT_EQ(GetPalette(s_EGA)[6], (Pixel32{1, 170 / 255.0f, 85 / 255.0f, 0})); // brown, not dark yellow
@@ -42,7 +42,7 @@ TEST(PaletteTest, KeepsTheTablesQuirks) {
         EXPECT_EQ(GetPalette(s_3bit)[i], GetPalette(s_4bit)[8 + i]);
 }
 
-TEST(SurfaceTest, WrappedPixelsOutliveIt) {
+TEST(SurfaceTest, WrappedPixelsOutliveTheSurface) {
     Pixel32 pixels[2] = {Pixel32::one, Pixel32::alpha_zero};
     {
         Surface<Pixel32> surface(1, 2, sizeof(Pixel32), pixels);
@@ -52,7 +52,7 @@ TEST(SurfaceTest, WrappedPixelsOutliveIt) {
     EXPECT_EQ(pixels[1].red, 0.5f);
 }
 
-TEST(SurfaceTest, MovesItsPixels) {
+TEST(SurfaceTest, MovingASurfaceKeepsItsPixels) {
     Surface<Pixel32> first(3, 2);
     const Pixel32* const pixels = first.Row(0);
     Surface<Pixel32> second(std::move(first));
@@ -64,7 +64,8 @@ TEST(SurfaceTest, MovesItsPixels) {
     EXPECT_TRUE(second.IsEmpty()); // NOLINT(bugprone-use-after-move)
 }
 
-// A weight sum of 1 carries all of the error on; the kernels that lose some do so by design.
+// With a sum of 1 all of the error is distributed. The kernels with a smaller sum lose some of it, which is
+// intended.
 TEST(DitherKernelsTest, WeightsSumToWhatTheShiftedRowsLeave) {
     struct Row {
         const char* name;
@@ -85,7 +86,8 @@ TEST(DitherKernelsTest, WeightsSumToWhatTheShiftedRowsLeave) {
     };
     for (const Row& row : rows) {
         double sum = 0;
-        bool isMarker = row.kernel.Height() != row.kernel.Width(); // none in the square, ordered one
+        bool isMarker = row.kernel.Height() !=
+                        row.kernel.Width(); // the square kernel is an ordered one, which has no marker
         for (unsigned y = 0; y < row.kernel.Height(); ++y) {
             for (unsigned x = 0; x < row.kernel.Width(); ++x) {
                 const Pixel32& weight = row.kernel.Row(y)[x];

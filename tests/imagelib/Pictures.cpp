@@ -15,7 +15,7 @@ float Uniform(Random& random, float low, float high) {
     return low + (high - low) * static_cast<float>(random() >> 8) / 16777216.0f;
 }
 
-Model::Colour PhotoPixel(Random& random, int x, int y) {
+Reference::Colour PhotoPixel(Random& random, int x, int y) {
     const auto channel = [&](float phase) {
         const float wave =
             std::sin(static_cast<float>(x) * 0.11f + phase) * std::cos(static_cast<float>(y) * 0.07f);
@@ -25,21 +25,23 @@ Model::Colour PhotoPixel(Random& random, int x, int y) {
     return {1.0f, channel(0.0f), channel(1.3f), channel(2.9f)};
 }
 
-Model::Colour WildPixel(Random& random) {
+Reference::Colour WildPixel(Random& random) {
     return {Uniform(random, -1, 2), Uniform(random, -1, 2), Uniform(random, -1, 2), Uniform(random, -1, 2)};
 }
 
-Model::Colour TiePixel(Random& random) {
-    const Model::Palette palette = Model::FixedPalette(1 + static_cast<int>(random() % 13));
-    const Model::Colour one = palette[random() % palette.size()], two = palette[random() % palette.size()];
+Reference::Colour TiePixel(Random& random) {
+    const Reference::Palette palette = Reference::FixedPalette(1 + static_cast<int>(random() % 13));
+    const Reference::Colour one = palette[random() % palette.size()],
+                            two = palette[random() % palette.size()];
     const float alpha = random() % 4 ? 1.0f : 0.5f;
     return {alpha, (one.r + two.r) / 2, (one.g + two.g) / 2, (one.b + two.b) / 2};
 }
 
-// The middle of two entries, moved at a right angle to what lies between them.
-Model::Colour DistantPixel(Random& random) {
-    const Model::Palette palette = Model::FixedPalette(1 + static_cast<int>(random() % 13));
-    const Model::Colour one = palette[random() % palette.size()], two = palette[random() % palette.size()];
+// The midpoint of two palette entries, moved at a right angle to the line between them.
+Reference::Colour DistantPixel(Random& random) {
+    const Reference::Palette palette = Reference::FixedPalette(1 + static_cast<int>(random() % 13));
+    const Reference::Colour one = palette[random() % palette.size()],
+                            two = palette[random() % palette.size()];
     const float r = one.r - two.r, g = one.g - two.g, b = one.b - two.b;
     const float reach = std::exp2(Uniform(random, -3, 8));
     const float x = Uniform(random, -reach, reach), y = Uniform(random, -reach, reach),
@@ -65,16 +67,16 @@ float HostileChannel(Random& random) {
     return random() % 8 ? Uniform(random, 0, 1) : values[random() % std::size(values)];
 }
 
-Model::Colour HostilePixel(Random& random) {
+Reference::Colour HostilePixel(Random& random) {
     const float alpha = random() % 8 ? 1.0f : HostileChannel(random);
     return {alpha, HostileChannel(random), HostileChannel(random), HostileChannel(random)};
 }
 
 } // namespace
 
-Model::Picture Make(Kind kind, int width, int height) {
+Reference::Picture Make(Kind kind, int width, int height) {
     Random random(static_cast<unsigned>(kind) * 7919u + static_cast<unsigned>(width * 131 + height));
-    Model::Picture picture{width, height, {}};
+    Reference::Picture picture{width, height, {}};
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
             switch (kind) {
@@ -104,19 +106,20 @@ const char* Name(Kind kind) {
     return names[static_cast<int>(kind)];
 }
 
-ImageLib::Surface<ImageLib::Pixel32> ToSurface(const Model::Picture& picture) {
+ImageLib::Surface<ImageLib::Pixel32> ToSurface(const Reference::Picture& picture) {
     ImageLib::Surface<ImageLib::Pixel32> surface(static_cast<unsigned>(picture.width),
                                                  static_cast<unsigned>(picture.height));
     if (!picture.pixels.empty())
-        std::memcpy(surface.Row(0), picture.pixels.data(), picture.pixels.size() * sizeof(Model::Colour));
+        std::memcpy(surface.Row(0), picture.pixels.data(), picture.pixels.size() * sizeof(Reference::Colour));
     return surface;
 }
 
-std::string Difference(const ImageLib::Surface<ImageLib::Pixel32>& actual, const Model::Picture& expected) {
+std::string Difference(const ImageLib::Surface<ImageLib::Pixel32>& actual,
+                       const Reference::Picture& expected) {
     for (int y = 0; y < expected.height; ++y) {
         for (int x = 0; x < expected.width; ++x) {
             const ImageLib::Pixel32& got = actual.Row(static_cast<unsigned>(y))[x];
-            const Model::Colour& want = expected.At(x, y);
+            const Reference::Colour& want = expected.At(x, y);
             if (std::memcmp(&got, &want, sizeof got) == 0)
                 continue;
             std::ostringstream text;
