@@ -60,7 +60,7 @@ def database(build, folder):
     entries = []
     for entry in json.loads((build / "compile_commands.json").read_text()):
         path = Path(entry["file"])
-        if path.suffix != ".cpp" or path.is_relative_to(build):
+        if path.suffix != ".cpp" or path.is_relative_to(build) or not path.exists():
             continue
         words = [word for word in shlex.split(entry["command"]) if not DROPPED.fullmatch(word)]
         for index in reversed([i for i, word in enumerate(words) if word == "-include" and "cmake_pch" in words[i + 1]]):
@@ -91,9 +91,15 @@ def main():
             stamp.touch()
         return done.stdout or (done.stderr if done.returncode else "")
 
+    found = set()  # a finding in a header appears once, although many sources include it
     with ThreadPoolExecutor(os.cpu_count()) as pool:
-        found = sorted({block for text in pool.map(look, entries) for block in re.split(r"\n(?=/)", text) if block.strip()})
-    print("\n".join(found) if found else f"clang-tidy: {len(entries)} sources are clean")
+        for text in pool.map(look, entries):
+            for finding in re.split(r"\n(?=/)", text):
+                if finding.strip() and finding not in found:
+                    found.add(finding)
+                    print(finding, flush=True)
+    if not found:
+        print(f"clang-tidy: {len(entries)} sources are clean")
     sys.exit(1 if found else 0)
 
 
