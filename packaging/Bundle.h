@@ -3,22 +3,28 @@
 #include <filesystem>
 #include <string>
 
+#include "packaging/InfoPlist.h"
+
 namespace fxhost {
 
-// Input and output of WriteBundle.
+// Input of WriteBundle.
 struct BundleParts {
-    std::string effect;   // a folder that holds fx.js
-    std::string bundle;   // the folder to make, NAME.plugin
-    std::string module;   // plug-in module; empty selects the one that is installed with this tool
+    std::string effect; // a folder that holds fx.js
+    std::string
+        bundle; // the bundle to make, NAME.plugin, or a folder in which it gets the name of the effect
+    std::string module;   // plug-in module; empty selects the one that was installed or built with this tool
+    std::string target;   // "linux" or "macos"; empty selects the system that this tool runs on
     bool replace = false; // delete an existing bundle first
 };
 
-// Writes the bundle NAME.plugin/Contents: the module in the folder of the platform, Info.plist, PkgInfo and
-// Resources/blob.dat. The bundle appears under its name only when it is complete. Returns its path without a
-// trailing slash. Throws WrongUse or EffectFailure.
-std::filesystem::path WriteBundle(const BundleParts& parts);
+struct WrittenBundle {
+    std::filesystem::path path; // without a trailing slash
+    BundleInfo info;
+};
 
-// The folder inside Contents that holds the module on this system: "Linux" or "MacOS".
-const char* ModuleFolder();
+// Writes the bundle NAME.plugin/Contents: the module in the folder of the target system, Info.plist, PkgInfo
+// and Resources/blob.dat. Name, identifier and version come from config.xml. The bundle appears under its
+// name only when it is complete. Throws WrongUse or EffectFailure.
+WrittenBundle WriteBundle(const BundleParts& parts);
 
 } // namespace fxhost
