@@ -6,7 +6,7 @@
 #include "host/Geometry.h"
 #include "host/HostHandle.h"
 #include "host/ParameterBridge.h"
-#include "host/SequenceRecord.h"
+#include "host/Sequence.h"
 
 // The commands that ask the engine for the size of the output.
 namespace Adapter {
@@ -29,8 +29,11 @@ void PrepareSizing(HostCall& call, SequenceRecord& record) {
     UpdateParametersValues(call, false);
 }
 
-// The size of the output that the engine chooses for an input of the given size.
-Size AskEngine(HostCall& call, Size input) {
+// The size of the output that the engine chooses for an input of the given size. Without instance data the
+// frame will be a copy of the input.
+Size AskEngine(HostCall& call, const SequenceRecord* record, Size input) {
+    if (!record)
+        return input;
     Size wanted = {};
     call.engine.preRender(input.width, input.height, wanted.width, wanted.height);
     return wanted;
@@ -67,10 +70,10 @@ PF_Err PublishFrameData(HostCall& call, Size size) {
     return PF_Err_NONE;
 }
 
-PF_Err SizeForPremiere(HostCall& call) {
+PF_Err SizeForPremiere(HostCall& call, const SequenceRecord* record) {
     const PF_InData& in = *call.in;
     const Size input = {Extent(in.width), Extent(in.height)};
-    const Size wanted = AskEngine(call, input);
+    const Size wanted = AskEngine(call, record, input);
     const bool resized = wanted != input;
     const Size size = ScaledToHost(in, wanted, resized);
     if (resized && (Extent(call.out->width) < size.width || Extent(call.out->height) < size.height))
@@ -78,12 +81,12 @@ PF_Err SizeForPremiere(HostCall& call) {
     return PublishFrameData(call, size);
 }
 
-PF_Err SizeForAfterEffects(HostCall& call) {
+PF_Err SizeForAfterEffects(HostCall& call, const SequenceRecord* record) {
     if (!call.params || !call.params[0])
         return PF_Err_BAD_CALLBACK_PARAM;
     const PF_LayerDef& layer = call.params[0]->u.ld;
     const Size input = {Extent(layer.width), Extent(layer.height)};
-    const Size wanted = AskEngine(call, input);
+    const Size wanted = AskEngine(call, record, input);
     const Size size = ScaledToHost(*call.in, wanted, wanted != input);
     if (size != input)
         ResizeOutput(*call.out, size, input);
@@ -118,13 +121,12 @@ void KeepSize(const PF_LRect& input, const PF_LRect& requested, PF_PreRenderOutp
 // Centres the new size in the input's rectangle. Halves are rounded down.
 void ChangeSize(const PF_LRect& input, Size inputSize, Size wanted, PF_PreRenderOutput& output) {
     const auto start = [](A_long from, std::uint32_t inner, std::uint32_t outer) {
-        return from + static_cast<A_long>(inner / 2) - static_cast<A_long>(outer / 2);
+        return std::int64_t{from} + inner / 2 - std::int64_t{outer / 2};
     };
+    const std::int64_t left = start(input.left, inputSize.width, wanted.width);
+    const std::int64_t top = start(input.top, inputSize.height, wanted.height);
     PF_LRect& rect = output.result_rect;
-    rect.left = start(input.left, inputSize.width, wanted.width);
-    rect.top = start(input.top, inputSize.height, wanted.height);
-    rect.right = rect.left + static_cast<A_long>(wanted.width);
-    rect.bottom = rect.top + static_cast<A_long>(wanted.height);
+    rect = {Clamped(left), Clamped(top), Clamped(left + wanted.width), Clamped(top + wanted.height)};
     UnionLRect(&rect, &output.max_result_rect);
     output.flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
 }
@@ -133,11 +135,11 @@ void ChangeSize(const PF_LRect& input, Size inputSize, Size wanted, PF_PreRender
 
 PF_Err FrameSetup(HostCall& call) {
     call.out->frame_data = nullptr;
-    SequenceRecord* record = FindRecord(*call.in);
-    if (!record)
-        return PF_Err_NONE; // the frame will be a copy of the input
-    PrepareSizing(call, *record);
-    const PF_Err err = IsPremiere(*call.in) ? SizeForPremiere(call) : SizeForAfterEffects(call);
+    SequenceRecord* record = FindOwnRecord(call);
+    if (record)
+        PrepareSizing(call, *record);
+    const PF_Err err =
+        IsPremiere(*call.in) ? SizeForPremiere(call, record) : SizeForAfterEffects(call, record);
     call.guard.ReleaseFrame();
     return err;
 }
@@ -160,15 +162,13 @@ PF_Err SmartPreRender(HostCall& call) {
     PF_CheckoutResult result = {};
     PF_Err err = CheckoutInput(call, *extra, s_SizingCheckout, request, result);
 
-    // The host needs rectangles even after a failed checkout. Without instance data the size stays the
-    // input's.
+    // The host needs rectangles even after a failed checkout.
     const PF_LRect input = result.max_result_rect;
-    const Size inputSize = {Extent(input.right - input.left), Extent(input.bottom - input.top)};
-    Size wanted = inputSize;
-    if (SequenceRecord* record = FindRecord(*call.in)) {
+    const Size inputSize = SizeOf(input);
+    SequenceRecord* record = FindOwnRecord(call);
+    if (record)
         PrepareSizing(call, *record);
-        wanted = AskEngine(call, inputSize);
-    }
+    const Size wanted = AskEngine(call, record, inputSize);
     if (wanted == inputSize)
         KeepSize(input, hostRequest.rect, *extra->output);
     else

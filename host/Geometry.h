@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 
 #include "host/HostApi.h"
 
@@ -34,6 +36,21 @@ inline float Ratio(const PF_RationalScale& scale) {
     if (scale.num == 0 || scale.den == 0)
         return 1.0f;
     return static_cast<float>(scale.num) / static_cast<float>(scale.den);
+}
+
+// The closest number of 32 bits.
+inline A_long Clamped(std::int64_t value) {
+    constexpr std::int64_t least = std::numeric_limits<A_long>::min(),
+                           most = std::numeric_limits<A_long>::max();
+    return static_cast<A_long>(std::clamp(value, least, most));
+}
+
+// The extent of a rectangle, 0 by 0 or more. Its edges may be as far apart as 32 bits allow.
+inline Size SizeOf(const PF_LRect& rect) {
+    const auto length = [](std::int64_t from, std::int64_t to) {
+        return static_cast<std::uint32_t>(std::max<std::int64_t>(to - from, 0));
+    };
+    return {length(rect.left, rect.right), length(rect.top, rect.bottom)};
 }
 
 inline bool IsEmpty(const PF_LRect& rect) {

@@ -16,6 +16,7 @@ A_long s_PopupsStart = 0;
 A_long s_AngleStart = 0;
 A_long s_HostParamCount = 0;
 std::vector<A_u_long> s_arEnabled;
+std::map<PF_Handle, void*> s_SequenceOfHandle;
 
 bool HostHasParam(const PF_InData& in, A_long hostIndex) {
     const bool hostCounts = in.num_params > 0; // 0 before the parameters are published

@@ -32,6 +32,9 @@ extern A_long s_HostParamCount;
 // Host indices of colour parameters with an active colour picker. Nothing adds to it.
 extern std::vector<A_u_long> s_arEnabled;
 
+// The engine sequence that the record in each host handle owns.
+extern std::map<PF_Handle, void*> s_SequenceOfHandle;
+
 // False for a negative index and for one beyond in.num_params.
 bool HostHasParam(const PF_InData& in, A_long hostIndex);
 

@@ -52,8 +52,8 @@ void UploadTransparentPixel(IPlugin& engine, int bits, unsigned index) {
 
 // False for a world with fewer bits than the given depth, which would be read beyond the end of its rows.
 bool RowsHold(const PF_LayerDef& world, int bits) {
-    return PackedRowBytes(Extent(world.width), bits) <= static_cast<std::size_t>(std::abs(world.rowbytes)) ||
-           world.height == 1;
+    const std::int64_t stride = std::abs(std::int64_t{world.rowbytes});
+    return world.height == 1 || PackedRowBytes(Extent(world.width), bits) <= static_cast<std::size_t>(stride);
 }
 
 void Check(A_Err err) {

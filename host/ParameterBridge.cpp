@@ -61,9 +61,15 @@ struct Conversion {
 // Factors from the host's down-sampled coordinates to the full resolution. The horizontal one also undoes the
 // pixel aspect ratio.
 struct FullResolution {
+    // The order of the operations is part of the interface: another one gives other rounding.
+    static float Undone(const PF_RationalScale& scale, float aspect) {
+        const bool meaningful = scale.num != 0 && scale.den != 0;
+        return meaningful ? static_cast<float>(scale.den) * aspect / static_cast<float>(scale.num) : aspect;
+    }
+
     explicit FullResolution(const PF_InData& in)
-        : aspect(Ratio(in.pixel_aspect_ratio)), x(aspect / Ratio(in.downsample_x)),
-          y(1.0f / Ratio(in.downsample_y)) {}
+        : aspect(Ratio(in.pixel_aspect_ratio)), x(Undone(in.downsample_x, aspect)),
+          y(Undone(in.downsample_y, 1.0f)) {}
     float aspect;
     float x;
     float y;

@@ -6,7 +6,7 @@
 #include "host/InputFrames.h"
 #include "host/Instance.h"
 #include "host/ParameterBridge.h"
-#include "host/SequenceRecord.h"
+#include "host/Sequence.h"
 #include "host/WorldPixels.h"
 
 namespace Adapter {
@@ -44,14 +44,15 @@ struct Frame {
     PF_InData* in;
     PF_LayerDef* output;
     PF_LayerDef* input;
-    int bits;       // per channel of both worlds
+    int bits;       // per channel of the input
+    int outputBits; // per channel of the output; both depths are equal in a frame that can be rendered
     unsigned width; // pixels that the engine renders
     unsigned height;
 };
 
 PF_Err CopyInput(const Frame& frame) {
     if (IsEmptyWorld(*frame.input)) {
-        ClearPixels(*frame.output, frame.bits);
+        ClearPixels(*frame.output, frame.outputBits);
         return PF_Err_NONE;
     }
     return frame.in->utils->copy(frame.in->effect_ref, frame.input, frame.output, nullptr, nullptr);
@@ -74,12 +75,17 @@ void ChooseSize(Frame& frame) {
     frame.height = (*handle)->height;
 }
 
+// Premiere Pro's fill works at 8 bits only, so the margins are cleared here when it fails. Its error is
+// returned.
 PF_Err FillMargins(const Frame& frame) {
     if (!IsPremiere(*frame.in) ||
         (frame.width >= Extent(frame.output->width) && frame.height >= Extent(frame.output->height)))
         return PF_Err_NONE;
     const PF_Pixel transparent = {};
-    return frame.in->utils->fill(frame.in->effect_ref, &transparent, nullptr, frame.output);
+    const PF_Err err = frame.in->utils->fill(frame.in->effect_ref, &transparent, nullptr, frame.output);
+    if (err != PF_Err_NONE)
+        ClearPixels(*frame.output, frame.outputBits);
+    return err;
 }
 
 void RunEngine(IPlugin& engine, const Frame& frame) {
@@ -92,24 +98,22 @@ void RunEngine(IPlugin& engine, const Frame& frame) {
 }
 
 PF_Err CopyResult(const Frame& frame, const void* pixels) {
-    void* target = nullptr;
-    const int bits = GetPixelData(frame.in, &target, frame.output);
-    if (!target || bits == 0 || bits != frame.bits)
+    if (!frame.output->data || frame.bits == 0 || frame.bits != frame.outputBits)
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
-    CopyFrame({pixels, frame.width, frame.height, bits}, *frame.output);
+    CopyFrame({pixels, frame.width, frame.height, frame.bits}, *frame.output);
     return PF_Err_NONE;
 }
 
-// `err` is the result of filling the margins. It is returned when no later step fails.
-PF_Err RenderLocked(IPlugin& engine, const Frame& frame, PF_Err err) {
+// `filled` is the result of filling the margins. An error in it matters only to a frame that the engine did
+// not render.
+PF_Err PassThrough(const Frame& frame, PF_Err filled) {
+    return filled != PF_Err_NONE ? filled : CopyInput(frame);
+}
+
+PF_Err RenderLocked(IPlugin& engine, const Frame& frame, PF_Err filled) {
     RunEngine(engine, frame);
     GrabbedResult result(engine);
-    if (!result.Pixels()) {
-        if (err == PF_Err_NONE)
-            err = CopyInput(frame);
-    } else if (const PF_Err copied = CopyResult(frame, result.Pixels()); copied != PF_Err_NONE) {
-        err = copied;
-    }
+    const PF_Err err = result.Pixels() ? CopyResult(frame, result.Pixels()) : PassThrough(frame, filled);
     result.End();
     engine.end();
     return err;
@@ -124,9 +128,10 @@ PF_Err Render(HostCall& call, PF_LayerDef* output, PF_LayerDef* input) {
     if (!input || !output)
         return PF_Err_BAD_CALLBACK_PARAM;
     IPlugin& engine = call.engine;
-    Frame frame = {call.in, output, input, 0, 0, 0};
-    frame.bits = GetPixelDataBpp(IsEmptyWorld(*input) ? output : input, call.in, call.out, nullptr);
-    SequenceRecord* record = FindRecord(*call.in);
+    Frame frame = {call.in, output, input, 0, 0, 0, 0};
+    frame.outputBits = GetPixelDataBpp(output, call.in, call.out, nullptr);
+    frame.bits = IsEmptyWorld(*input) ? frame.outputBits : GetPixelDataBpp(input, call.in, call.out, nullptr);
+    SequenceRecord* record = FindOwnRecord(call);
     if (!record)
         return CopyInput(frame);
 
@@ -139,7 +144,7 @@ PF_Err Render(HostCall& call, PF_LayerDef* output, PF_LayerDef* input) {
         record->lastBpp = static_cast<std::uint32_t>(frame.bits);
     }
     if (!engine.begin(true))
-        return filled != PF_Err_NONE ? filled : CopyInput(frame);
+        return PassThrough(frame, filled);
     UpdateParametersValues(call, true);
 
     FrameLock lock(engine);

@@ -1,12 +1,14 @@
+#include "host/Sequence.h"
+
 #include <cstring>
 
 #include "AEGP_SuiteHandler.h"
 #include "engine/IPlugin.h"
 #include "host/Commands.h"
 #include "host/HostHandle.h"
+#include "host/HostState.h"
 #include "host/Instance.h"
 #include "host/ParameterBridge.h"
-#include "host/SequenceRecord.h"
 
 namespace Adapter {
 
@@ -22,7 +24,10 @@ public:
     explicit operator bool() const { return m_Handle.Data() != nullptr; }
     SequenceRecord* operator->() const { return static_cast<SequenceRecord*>(m_Handle.Data()); }
     void* Buffer() const { return m_Handle.Data(); }
-    void Publish(PF_OutData& out) { m_Handle.HandOver(out.sequence_data); }
+    PF_Handle Publish(PF_OutData& out) {
+        m_Handle.HandOver(out.sequence_data);
+        return out.sequence_data;
+    }
 
 private:
     HostHandle m_Handle;
@@ -54,11 +59,27 @@ private:
 
 void Publish(NewRecord& record, NewSequence& sequence, PF_OutData& out) {
     record->engineSequence = sequence.Data();
-    record.Publish(out);
+    s_SequenceOfHandle[record.Publish(out)] = sequence.Data();
     sequence.HandOver();
 }
 
+// A pointer in a record proves nothing: hosts copy records, and projects contain old ones.
+bool OwnsSequence(PF_Handle handle, const SequenceRecord& record) {
+    const auto found = s_SequenceOfHandle.find(handle);
+    return record.engineSequence && found != s_SequenceOfHandle.end() &&
+           found->second == record.engineSequence;
+}
+
 } // namespace
+
+SequenceRecord* FindOwnRecord(HostCall& call) {
+    SequenceRecord* record = FindRecord(*call.in);
+    if (record && !OwnsSequence(call.in->sequence_data, *record)) {
+        record->engineSequence = InitSequence(call.engine);
+        s_SequenceOfHandle[call.in->sequence_data] = record->engineSequence;
+    }
+    return record;
+}
 
 PF_Err SequenceSetup(HostCall& call) {
     SequenceSetdown(call);
@@ -72,10 +93,9 @@ PF_Err SequenceSetup(HostCall& call) {
 }
 
 // The old data may come from a saved project, so no pointer in it is used: the engine creates a new sequence
-// and reads the old data. The old handle still belongs to the host.
+// and reads the old data. The old handle still belongs to the host. Hosts set up the instances that render
+// without old data, which makes a fresh instance.
 PF_Err SequenceResetup(HostCall& call) {
-    if (!call.in->sequence_data)
-        return PF_Err_NONE;
     AEGP_SuiteHandler suites(call.in->pica_basicP);
     NewRecord record(suites);
     if (!record)
@@ -94,8 +114,7 @@ PF_Err SequenceResetup(HostCall& call) {
     return PF_Err_NONE;
 }
 
-// The flat block contains no pointer. Its engineSequence stays null, which the engine ignores when the host
-// sets down flat data.
+// The flat block contains no pointer: its engineSequence stays null.
 PF_Err SequenceFlatten(HostCall& call) {
     if (!call.in->sequence_data)
         return PF_Err_NONE;
@@ -103,7 +122,7 @@ PF_Err SequenceFlatten(HostCall& call) {
     NewRecord flat(suites);
     if (!flat)
         return PF_Err_OUT_OF_MEMORY;
-    if (SequenceRecord* record = FindRecord(*call.in)) {
+    if (const SequenceRecord* record = FindOwnRecord(call)) {
         SelectSequence(call.engine, record->engineSequence);
         call.engine.flatten(flat.Buffer());
     }
@@ -115,7 +134,10 @@ PF_Err SequenceSetdown(HostCall& call) {
     if (!call.in->sequence_data)
         return PF_Err_NONE;
     AEGP_SuiteHandler suites(call.in->pica_basicP);
-    if (SequenceRecord* record = FindRecord(*call.in))
+    const SequenceRecord* record = FindRecord(*call.in);
+    const bool owned = record && OwnsSequence(call.in->sequence_data, *record);
+    s_SequenceOfHandle.erase(call.in->sequence_data);
+    if (owned)
         ReleaseSequence(call.engine, record->engineSequence);
     suites.HandleSuite1()->host_dispose_handle(call.in->sequence_data);
     call.in->sequence_data = nullptr;

@@ -8,7 +8,7 @@
 #include "host/HostState.h"
 #include "host/Instance.h"
 #include "host/ParameterBridge.h"
-#include "host/SequenceRecord.h"
+#include "host/Sequence.h"
 
 namespace Adapter {
 
@@ -38,7 +38,7 @@ PF_Err HandleColorUIEvent(PF_InData*, PF_OutData*, PF_ParamDef**, PF_LayerDef*, 
 } // namespace
 
 PF_Err UserChangedParam(HostCall& call) {
-    SequenceRecord* record = FindRecord(*call.in);
+    SequenceRecord* record = FindOwnRecord(call);
     const auto* extra = static_cast<const PF_UserChangedParamExtra*>(call.extra);
     if (!record || !extra)
         return PF_Err_NONE;
@@ -57,7 +57,7 @@ PF_Err UserChangedParam(HostCall& call) {
 }
 
 PF_Err UpdateParamsUi(HostCall& call) {
-    const SequenceRecord* record = FindRecord(*call.in);
+    const SequenceRecord* record = FindOwnRecord(call);
     if (!record)
         return PF_Err_NONE;
     SelectSequence(call.engine, record->engineSequence);

@@ -39,6 +39,37 @@ void RunLifeCycle(TestHost& host) {
     instance.Duplicate().Delete();
 }
 
+void ExpectUnlockedMutex() {
+    std::thread other([] { // returns only after the first thread has unlocked the mutex
+        PF_InData in = {};
+        PF_OutData out = {};
+        EXPECT_EQ(EntryPointFunc(PF_Cmd_DO_DIALOG, &in, &out, nullptr, nullptr, nullptr), PF_Err_NONE);
+    });
+    other.join();
+}
+
+TEST(ExceptionTest, AnExceptionBeforeTheCommandStartsBecomesAnErrorCode) {
+    PF_InData in = {};
+    PF_OutData out = {};
+    const auto send = [&] {
+        return EntryPointFunc(PF_Cmd_FRAME_SETDOWN, &in, &out, nullptr, nullptr, nullptr);
+    };
+    const std::pair<PF_Err, std::function<void()>> rows[] = {
+        {77, [] { throw 77; }}, {PF_Err_INVALID_CALLBACK, [] { throw std::bad_alloc(); }}};
+    TestHost host;
+    for (const auto& [expected, throwing] : rows) {
+        Engine().onGet = throwing;
+        EXPECT_EQ(send(), expected) << "the engine cannot be made";
+        EXPECT_EQ(CGLGetCurrentContext(), HostContext);
+        Engine().onGet = nullptr;
+        TestHost::onGetContext = throwing;
+        EXPECT_EQ(send(), expected) << "the guard cannot be made";
+        TestHost::onGetContext = nullptr;
+        ExpectUnlockedMutex();
+    }
+    EXPECT_EQ(send(), PF_Err_NONE);
+}
+
 // Runs a life cycle in which the n-th call of the engine throws. Returns false when there are fewer calls.
 bool ThrowAt(Personality personality, std::size_t call, bool throwsInt) {
     TestHost host(personality, SetEarlierFrames);
@@ -55,12 +86,7 @@ bool ThrowAt(Personality personality, std::size_t call, bool throwsInt) {
     EXPECT_EQ(CGLGetCurrentContext(), HostContext) << at;
     EXPECT_EQ(atRelease, EngineContext)
         << at << ": the frame must be released before the context is restored";
-    std::thread other([] { // returns only after the first thread has unlocked the mutex
-        PF_InData in = {};
-        PF_OutData out = {};
-        EXPECT_EQ(EntryPointFunc(PF_Cmd_DO_DIALOG, &in, &out, nullptr, nullptr, nullptr), PF_Err_NONE);
-    });
-    other.join();
+    ExpectUnlockedMutex();
     if (at.starts_with("releaseSequenceData")) // the host disposes of data whose set-down failed
         host.allowed.insert("SEQUENCE_SETDOWN did not dispose of sequence_data");
     if (at == "releaseFrame") // the handle was published before the last step failed

@@ -3,6 +3,7 @@
 #include "AE_EffectSuites.h"
 #include "AE_EffectUI.h"
 #include "AE_GeneralPlug.h"
+#include "PrSDKAESupport.h"
 #include "host/EntryPoint.h"
 #include "tests/host/TestHost.h"
 
@@ -78,6 +79,16 @@ TEST(GlobalSetupTest, TheEngineGetsTheModuleAndTheHostGetsNameButtonAndEvents) {
                          s_Received += ", button '" + std::string(name) + "'";
                          return PF_Err_NONE;
                      });
+        host.Replace(kPFPixelFormatSuite, &PF_PixelFormatSuite1::ClearSupportedPixelFormats,
+                     [](PF_ProgPtr) -> PF_Err {
+                         s_Received += "formats cleared";
+                         return PF_Err_NONE;
+                     });
+        host.after = [](Command& command) {
+            if (command.code == PF_Cmd_GLOBAL_SETUP) {
+                EXPECT_EQ(**reinterpret_cast<char**>(command.out.global_data), 1) << "initialised";
+            }
+        };
         host.before = [](Command& command) {
             command.in.inter.register_ui = [](PF_ProgPtr, PF_CustomUIInfo* info) -> PF_Err {
                 s_Received += ", events " + std::to_string(info->events);
@@ -102,9 +113,20 @@ TEST(GlobalSetupTest, TheEngineGetsTheModuleAndTheHostGetsNameButtonAndEvents) {
 
     TestHost premiere(Pr);
     setUp(premiere);
-    EXPECT_EQ(s_Received, ", events 4");
+    EXPECT_EQ(s_Received, "formats cleared, events 4");
     EXPECT_EQ(Engine().calls.front(), "globalSetup module ");
     EXPECT_EQ(premiere.strict.About(), "");
+}
+
+TEST(GlobalSetupTest, AnErrorOfTheOptionsButtonOrTheCustomUiFailsTheParameters) {
+    for (const bool button : {true, false}) {
+        TestHost host;
+        if (button)
+            host.Replace(kPFEffectUISuite, &PF_EffectUISuite1::PF_SetOptionsButtonName, Fails<22>);
+        else
+            host.before = [](Command& command) { command.in.inter.register_ui = Fails<22>; };
+        EXPECT_EQ(ErrorOf([&] { host.SetUp(); }), 22);
+    }
 }
 
 TEST(GlobalSetupTest, AFailedSetUpReturnsItsErrorAndLeavesNothingBehind) {

@@ -64,6 +64,7 @@ TEST(ParameterValueTest, ScaleFlagsUndoTheHostsDownsampling) {
         {"slider without a scale flag of its own", F, R, {1, 2}, {1, 4}, {1, 1}, 100, 0},
         {"point", P, R, {1, 2}, {1, 2}, {1, 1}, 200, 40},
         {"point, wide pixels", P, R, {1, 2}, {1, 4}, {3, 2}, 300, 80},
+        {"point, den * aspect / num in this order", P, R, {1, 7}, {1, 7}, {1, 1}, 700, 140},
         {"point without a scale flag of its own", P, W, {1, 2}, {1, 2}, {1, 1}, 100, 20},
         {"meaningless scales", P, R, {0, 0}, {0, 0}, {0, 0}, 100, 20},
     };
@@ -83,6 +84,45 @@ TEST(ParameterValueTest, ScaleFlagsUndoTheHostsDownsampling) {
         ASSERT_EQ(instance.UserChanged(1), PF_Err_NONE);
         EXPECT_THAT(Floats(Engine().values.at(0)), ElementsAre(row.x, row.y, 0, 0));
     }
+}
+
+using Checkout = std::vector<A_long>;
+std::vector<Checkout> s_Checkouts;
+
+TEST(ParameterValueTest, CheckoutsUseTheTimeOfTheFrameAndStopAtTheFirstRefusal) {
+    for (const auto personality : {AE, Plain, Pr}) {
+        TestHost host(personality);
+        Instance& instance = host.Start({Declared(Parameter::FLOAT), Declared(Parameter::BOOL)});
+        s_Checkouts.clear();
+        host.before = [](Command& command) {
+            command.in.inter.checkout_param = [](PF_ProgPtr, PF_ParamIndex index, A_long time, A_long step,
+                                                 A_u_long scale, PF_ParamDef*) -> PF_Err {
+                s_Checkouts.push_back({index, time, step, static_cast<A_long>(scale)});
+                return PF_Err_BAD_CALLBACK_PARAM;
+            };
+        };
+        FrameRequest request;
+        request.time = 30;
+        request.timeStep = 2;
+        request.timeScale = 24;
+        EXPECT_EQ(Render(instance, Picture(2, 2, 8), request).error, PF_Err_NONE);
+        const Checkout first = {1, 30, 2, 24};
+        EXPECT_THAT(s_Checkouts, ElementsAre(first, first)) << "once for sizing and once for rendering";
+    }
+}
+
+TEST(ParameterValueTest, OnlyFramesUploadLayers) {
+    TestHost host(Plain);
+    Instance& instance = host.Start({Declared(Parameter::LAYER)});
+    instance.SetValue(1, std::make_shared<const Picture>(2, 3, 8));
+    EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE);
+    host.after = [](Command& command) {
+        if (command.code == PF_Cmd_FRAME_SETUP) {
+            EXPECT_EQ(Engine().uploads.size(), 0u);
+        }
+    };
+    EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+    EXPECT_EQ(Engine().uploads.size(), 2u) << "the layer and the input";
 }
 
 TEST(ParameterValueTest, IndicesOutsideTheHostsParametersAreIgnored) {
@@ -109,6 +149,31 @@ TEST(ParameterUiTest, NoValueReachesTheEngineBeforeTheFirstUpdateOfTheControls) 
     instance.SaveAndReopen();
     for (const PF_Err err : {instance.UserChanged(1), Render(instance).error})
         EXPECT_EQ(err, PF_Err_BAD_CALLBACK_PARAM) << "the colour needs the missing suite";
+}
+
+TEST(ParameterUiTest, TheScriptUpdatesTheControlsOfTheRightInstanceBeforeTheHostShowsThem) {
+    TestHost host;
+    Instance& instance = host.Start({Declared(Parameter::FLOAT)});
+    Adapter::SequenceRecord& record = TestHost::Record(instance);
+    record.compWidth = 640;
+    record.compHeight = 360;
+    record.compPixelAspect = 1.5f;
+    ASSERT_EQ(instance.UpdateUI(), PF_Err_NONE);
+    EXPECT_THAT(Engine().calls, ElementsAre("setSequenceData 1", "setCompositionSize 640 360 1.5",
+                                            "getNumParams", "getParamDesc", "getParamDesc", "setParam 0",
+                                            "preUIUpdate", "getNumParams", "getParamDesc"));
+}
+
+TEST(ParameterUiTest, EveryNumberOfTheParamUtilsSuiteServes) {
+    for (const std::int32_t number : {1, 2, 3}) {
+        TestHost host;
+        host.onlyNumber[kPFParamUtilsSuite] = {number, 3};
+        Instance& instance = host.Start({Declared(Parameter::FLOAT)});
+        EXPECT_EQ(instance.Label(1), "Label");
+        Engine().params[0].label = "Other";
+        EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE);
+        EXPECT_EQ(instance.Label(1), "Other") << number;
+    }
 }
 
 TEST(ParameterUiTest, LabelsAndEnabledStatesFollowTheEngine) {

@@ -99,7 +99,7 @@ TEST(ParamsSetupTest, EveryTypeIsPublishedAsItsHostParameter) {
          twoSteps},
         {"texture", Int(Parameter::TEXTURE, 5), 7, 0x40, 3, {0, 0, 10}},
         {"path, whose id is its index", Declared(Parameter::PATH), 12, 0x40, 1, {}},
-        {"check box with the low byte as default", Int(Parameter::BOOL, 0x101), 4, 0x40, 3, {257, 1}},
+        {"check box with the low byte as default", Int(Parameter::BOOL, 0x102), 4, 0x40, 3, {258, 2}},
         {"pop-up narrowed to 16 bits", Int(Parameter::POPUP, 0x1FFFE), 7, 0x40, 3, {-2, -2, 10}},
         {"start of a group", Declared(Parameter::GROUP_START), 13, 0, 3, {}},
         {"end of a group", Declared(Parameter::GROUP_END), 14, 0, 3, {}},
@@ -116,6 +116,23 @@ TEST(ParamsSetupTest, EveryTypeIsPublishedAsItsHostParameter) {
         EXPECT_EQ(Content(param.def), row.content);
         EXPECT_EQ(param.label, row.parameter.type == Parameter::GROUP_END ? "" : "Label");
     }
+}
+
+TEST(ParamsSetupTest, TheFirstIndexOfEachKindIsKept) {
+    std::vector<Parameter> params;
+    for (int round = 0; round < 2; ++round)
+        for (const Parameter::Type type :
+             {Parameter::GROUP_START, Parameter::FLOAT, Parameter::POINT, Parameter::COLOR, Parameter::LAYER,
+              Parameter::POINT2D, Parameter::TEXTURE, Parameter::PATH, Parameter::BOOL, Parameter::POPUP,
+              Parameter::ANGLE, Parameter::GROUP_END})
+            params.push_back(Declared(type));
+    TestHost host;
+    host.SetUp(params);
+    using namespace Adapter;
+    EXPECT_THAT((std::vector{s_ParamsStart, s_PointsStart, s_ColorsStart, s_LayersStart, s_Points2Start}),
+                ElementsAre(2, 3, 4, 5, 6));
+    EXPECT_THAT((std::vector{s_TextureStart, s_PathsStart, s_BoolsStart, s_PopupsStart, s_AngleStart}),
+                ElementsAre(7, 8, 9, 10, 11));
 }
 
 TEST(ParamsSetupTest, LabelsAndChoicesArePublishedWithinTheHostsLimits) {

@@ -162,11 +162,13 @@ TEST(RenderTest, PassesTheInputThroughWhenTheEngineHasNothing) {
         EXPECT_EQ(Engine().uploads.size(), 1u) << "the engine needs no input";
         Engine().lockWorks = false;
         EXPECT_EQ(Render(instance, input).error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+        EXPECT_EQ(Engine().Count("render"), 2u) << "no frame without the lock";
         Engine().beginWorks = false;
         EXPECT_EQ(Render(instance, input).picture.bytes, input.bytes) << "the engine did not begin";
         EXPECT_EQ(Engine().Count("render"), 2u);
         Engine().calls.clear();
-        EXPECT_EQ(Render(host.strict.OpenInstance(nullptr), input).picture.bytes, input.bytes);
+        host.before = [](Command& command) { command.in.sequence_data = nullptr; };
+        EXPECT_EQ(Render(instance, input).picture.bytes, input.bytes);
         EXPECT_TRUE(Engine().calls.empty()) << "no instance data";
     }
 }
@@ -264,6 +266,27 @@ TEST(PremiereRenderTest, UploadsTheVisiblePartAndCentresTheFlippedResult) {
         request.preEffectOriginY = row.originY;
         EXPECT_EQ(FirstChannels(Render(instance, input, request).picture.bytes), row.picture);
         EXPECT_EQ(FirstChannels(Engine().uploads.at(0).bytes), row.uploaded);
+    }
+}
+
+// The host's fill works at 8 bits only.
+TEST(PremiereRenderTest, MarginsAreClearedByHandWhenTheHostsFillFails) {
+    for (const unsigned bits : {8u, 16u, 32u}) {
+        TestHost host(Pr);
+        Instance& instance = host.Start();
+        host.before = [](Command& command) { command.in.utils->fill = Fails<22>; };
+        const Bytes pixel(bits / 2, 1);
+        Engine().result = pixel;
+        FrameRequest request;
+        request.outputWidth = 3;
+        const auto frame = Render(instance, Picture(1, 1, bits), request);
+        EXPECT_EQ(frame.error, PF_Err_NONE) << bits;
+        Bytes expected(pixel.size());
+        const Bytes middle =
+            bits == 16 ? BytesOf<std::uint16_t>(std::vector<std::uint16_t>(4, 0x0101 / 2)) : pixel;
+        expected.insert(expected.end(), middle.begin(), middle.end());
+        expected.resize(3 * pixel.size());
+        EXPECT_EQ(frame.picture.bytes, expected) << bits;
     }
 }
 

@@ -41,8 +41,8 @@ TEST(SequenceTest, SetUpReplacesAnOldInstanceAndFlattenedDataCreateANewOne) {
     instance.Delete();
     EXPECT_THAT(Engine().calls,
                 ElementsAre("initSequenceData", "releaseSequenceData 1", "initSequenceData",
-                            "setSequenceData 2", "flatten", "releaseSequenceData 0", "initSequenceData",
-                            "setSequenceData 3", "unflatten", "getNumParams", "releaseSequenceData 3"));
+                            "setSequenceData 2", "flatten", "initSequenceData", "setSequenceData 3",
+                            "unflatten", "getNumParams", "releaseSequenceData 3"));
 }
 
 TEST(SequenceTest, StalePointersOfASavedProjectAreNeverUsed) {
@@ -55,14 +55,60 @@ TEST(SequenceTest, StalePointersOfASavedProjectAreNeverUsed) {
     host.strict.OpenInstance(&saved).UpdateUI();
     for (const std::string& call : Engine().calls)
         EXPECT_EQ(call.find(std::to_string(0xDEAD)), std::string::npos) << call;
+}
 
-    Engine().calls.clear();
-    Instance& empty = host.strict.OpenInstance(nullptr);
-    EXPECT_EQ(empty.UpdateUI(), PF_Err_NONE);
-    EXPECT_EQ(empty.UserChanged(1), PF_Err_NONE);
-    empty.SaveAndReopen();
-    empty.Delete();
+TEST(SequenceTest, CommandsWithoutDataLeaveTheEngineAlone) {
+    TestHost host;
+    Instance& instance = host.Start({Declared(Parameter::FLOAT)});
+    host.before = [](Command& command) { command.in.sequence_data = nullptr; };
+    EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE);
+    EXPECT_EQ(instance.UserChanged(1), PF_Err_NONE);
+    for (const PF_Cmd code : {PF_Cmd_SEQUENCE_FLATTEN, PF_Cmd_SEQUENCE_SETDOWN})
+        EXPECT_EQ(TestHost::Send(code, instance), PF_Err_NONE) << code;
     EXPECT_TRUE(Engine().calls.empty());
+}
+
+TEST(SequenceTest, ResetupWithoutDataMakesAFreshInstanceThatRenders) {
+    for (const auto personality : {AE, Plain, Pr}) {
+        TestHost host(personality);
+        host.Start({Declared(Parameter::FLOAT)});
+        Instance& instance = host.strict.OpenInstance(nullptr);
+        EXPECT_THAT(Engine().calls, ElementsAre("initSequenceData", "getNumParams", "getParamDesc"));
+        EXPECT_EQ(TestHost::Record(instance).wasResetup, 1);
+        EXPECT_EQ(TestHost::Record(instance).uiReady, personality != Pr);
+        instance.SetValue(1, 0.5);
+        EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+        EXPECT_EQ(Engine().values.at(0).Float(0), 0.5f);
+        EXPECT_EQ(Engine().renders.size(), 1u);
+    }
+}
+
+// Hosts copy sequence data byte by byte, because the flags of the plug-in do not ask for flattening.
+TEST(SequenceTest, AByteCopyGetsASequenceOfItsOwnAndItsSetDownLeavesTheOriginalAlone) {
+    for (const bool used : {true, false}) {
+        TestHost host;
+        Instance& original = host.Start();
+        PF_InData in = {};
+        original.FillIn(in);
+        auto& handles = original.Host().handles;
+        const PF_Handle copy = handles.NewFrom(handles.Bytes(in.sequence_data));
+        host.before = [&](Command& command) { command.in.sequence_data = copy; };
+        for (int i = 0; used && i < 2; ++i)
+            EXPECT_EQ(original.UpdateUI(), PF_Err_NONE);
+        host.after = [](Command& command) {
+            EXPECT_EQ(command.in.sequence_data, nullptr);
+            EXPECT_EQ(command.out.sequence_data, nullptr);
+        };
+        EXPECT_EQ(TestHost::Send(PF_Cmd_SEQUENCE_SETDOWN, original), PF_Err_NONE);
+        EXPECT_FALSE(handles.IsLive(copy));
+        EXPECT_EQ(Engine().Count("initSequenceData"), used ? 1u : 0u) << "at the first use only";
+        EXPECT_EQ(Engine().Count("setSequenceData 2"), used ? 2u : 0u);
+        EXPECT_EQ(Engine().Count("releaseSequenceData 2"), used ? 1u : 0u);
+        host.before = host.after = nullptr;
+        EXPECT_EQ(original.UpdateUI(), PF_Err_NONE);
+        EXPECT_EQ(Engine().calls[Engine().calls.size() - 5], "setSequenceData 1") << "still the original's";
+        EXPECT_EQ(Engine().Count("releaseSequenceData 1"), 0u);
+    }
 }
 
 TEST(SequenceTest, OldHostsGetForcedRendersAndSomeTakeNoLockForSizing) {

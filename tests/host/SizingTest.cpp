@@ -84,6 +84,40 @@ TEST(FrameSetupTest, TheOutputIsSizedAndCentredByTheRulesOfEachHost) {
     }
 }
 
+TEST(FrameSetupTest, InstanceAndParametersAreSelectedBeforeTheEngineIsAsked) {
+    for (const auto personality : {AE, Plain, Pr}) {
+        TestHost host(personality);
+        Instance& instance = host.Start({Declared(Parameter::FLOAT)});
+        host.after = [&](Command&) {
+            EXPECT_THAT(Engine().calls,
+                        ElementsAre("lockFrame", "setSequenceData 1", "setCompositionSize 1 1 1",
+                                    "getNumParams", "getParamDesc", "getParamDesc", "setParam 0",
+                                    "preRender 1 1", "releaseFrame"));
+            host.after = nullptr;
+        };
+        EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+    }
+}
+
+TEST(FrameSetupTest, PremiereProGetsFrameDataWithoutInstanceDataToo) {
+    TestHost host(Pr);
+    Instance& instance = host.Start();
+    host.before = [](Command& command) {
+        command.in.sequence_data = nullptr;
+        command.in.width = 9;
+        command.in.height = 6;
+        command.in.downsample_x = command.in.downsample_y = {1, 2};
+    };
+    host.after = [&](Command& command) {
+        const auto data = reinterpret_cast<Adapter::FrameData**>(command.out.frame_data);
+        ASSERT_NE(data, nullptr);
+        EXPECT_EQ((*data)->width, 4u);
+        EXPECT_EQ((*data)->height, 3u);
+        host.after = nullptr;
+    };
+    EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+}
+
 prSuiteError ShiftedFrame(PrTimelineID, prRect* rect) {
     rect->left = rect->top = 10;
     rect->right = 1290;
@@ -93,13 +127,15 @@ prSuiteError ShiftedFrame(PrTimelineID, prRect* rect) {
 
 // Renders frames of one pixel in a composition of 1280 by 720. Returns how often the engine received `size`.
 unsigned TimesReceived(const char* size, Personality personality, const char* missing = "",
-                       A_u_long aspectDen = 1, bool fails = false) {
+                       A_u_long aspectDen = 1, bool fails = false,
+                       const std::map<std::string, TestHost::Number>& onlyNumber = {}) {
     TestHost host(personality, [&](auto& options) {
         options.missingSuites = {missing};
         options.compWidth = 1280;
         options.compHeight = 720;
         options.compAspect = {2, aspectDen};
     });
+    host.onlyNumber = onlyNumber;
     Instance& instance = host.Start();
     host.Replace(kPrSDKSequenceInfoSuite, &PrSDKSequenceInfoSuite::GetFrameRect, ShiftedFrame);
     if (fails) {
@@ -116,6 +152,12 @@ TEST(FrameSetupTest, CompositionSizeComesFromTheHostOrTheLayer) {
         EXPECT_EQ(TimesReceived("1280 720 1", personality, "", 0), 2u);
         EXPECT_EQ(TimesReceived("1 1 1", personality, "", 1, true), 2u);
     }
+    for (const std::int32_t number : {5, 6, 9})
+        EXPECT_EQ(TimesReceived("1280 720 2", Pr, "", 1, false, {{kPrSDKSequenceInfoSuite, {number, 6}}}), 2u)
+            << number;
+    for (std::int32_t number = 3; number <= 13; ++number)
+        EXPECT_EQ(TimesReceived("1280 720 2", Pr, "", 1, false, {{kPFUtilitySuite, {number, 9}}}), 2u)
+            << number;
     for (const char* suite : {kAEGPPFInterfaceSuite, kAEGPLayerSuite, kAEGPCompSuite, kAEGPItemSuite})
         EXPECT_EQ(TimesReceived("1 1 1", AE, suite), 2u) << suite;
     for (const char* suite : {kPFUtilitySuite, kPrSDKSequenceInfoSuite})
@@ -166,25 +208,92 @@ TEST(SmartPreRenderTest, ResultRectanglesFollowTheInputAndTheEnginesSize) {
     }
 }
 
+PF_LRect s_InputRect;
+
+PF_Err AnswerWithInputRect(PF_ProgPtr, PF_ParamIndex, A_long, const PF_RenderRequest*, A_long, A_long,
+                           A_u_long, PF_CheckoutResult* result) {
+    result->max_result_rect = s_InputRect;
+    return PF_Err_NONE;
+}
+
+TEST(SmartPreRenderTest, LargestResultGrowsFromWhatTheHostSetAndNoSumOverflows) {
+    constexpr A_long huge = 2000000000, most = 2147483647;
+    struct Row {
+        const char* name;
+        PF_LRect input, preset;
+        unsigned wantedWidth, wantedHeight; // by the engine; 0 for the input's size
+        PF_LRect result, maximum;
+    };
+    const Row rows[] = {
+        {"same size", {0, 0, 4, 4}, {-5, 1, 2, 3}, 0, 0, {0, 0, 4, 4}, {-5, 0, 4, 4}},
+        {"new size", {0, 0, 4, 4}, {-5, 1, 2, 3}, 6, 2, {-1, 1, 5, 3}, {-5, 1, 5, 3}},
+        {"huge input", {-huge, -huge, huge, huge}, {}, 10, 20, {-5, -10, 5, 10}, {-5, -10, 5, 10}},
+        {"beyond the largest number",
+         {huge, 0, huge + 2, 2},
+         {},
+         1000000000,
+         2,
+         {1500000001, 0, most, 2},
+         {1500000001, 0, most, 2}},
+        {"edges in the wrong order",
+         {huge, 5, -huge, 2},
+         {},
+         2,
+         2,
+         {huge - 1, 4, huge + 1, 6},
+         {huge - 1, 4, huge + 1, 6}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        TestHost host;
+        Instance& instance = host.Start();
+        Engine().outWidth = row.wantedWidth;
+        Engine().outHeight = row.wantedHeight;
+        s_InputRect = row.input;
+        PF_PreRenderOutput output = {};
+        output.max_result_rect = row.preset;
+        PF_PreRenderInput input = {};
+        PF_PreRenderCallbacks callbacks = {};
+        callbacks.checkout_layer = AnswerWithInputRect;
+        PF_PreRenderExtra extra = {};
+        extra.input = &input;
+        extra.output = &output;
+        extra.cb = &callbacks;
+        EXPECT_EQ(TestHost::Send(PF_Cmd_SMART_PRE_RENDER, instance, &extra), PF_Err_NONE);
+        EXPECT_EQ(Edges(output.result_rect), Edges(row.result));
+        EXPECT_EQ(Edges(output.max_result_rect), Edges(row.maximum));
+    }
+}
+
 std::vector<PF_RenderRequest> s_Requests;
+std::vector<A_long> s_IdsAndTimes; // of the checkouts: layer, id, time, step, scale
 
 TEST(SmartPreRenderTest, BothCheckoutsCopyTheHostsRequest) {
     TestHost host;
     Instance& instance = host.Start();
     s_Requests.clear();
+    s_IdsAndTimes.clear();
     host.before = [](Command& command) {
         const auto& extra = *static_cast<PF_PreRenderExtra*>(command.extra);
         extra.input->output_request.field = PF_Field_LOWER;
         extra.input->output_request.channel_mask = PF_ChannelMask_ALPHA;
-        extra.cb->checkout_layer = [](PF_ProgPtr, PF_ParamIndex, A_long, const PF_RenderRequest* request,
-                                      A_long, A_long, A_u_long, PF_CheckoutResult* result) -> PF_Err {
+        extra.cb->checkout_layer = [](PF_ProgPtr, PF_ParamIndex layer, A_long id,
+                                      const PF_RenderRequest* request, A_long time, A_long step,
+                                      A_u_long scale, PF_CheckoutResult* result) -> PF_Err {
+            for (const A_long number : {layer, id, time, step, static_cast<A_long>(scale)})
+                s_IdsAndTimes.push_back(number);
             s_Requests.push_back(*request);
             result->max_result_rect = {3, 4, 3, 9}; // nothing to render
             return PF_Err_NONE;
         };
     };
-    ASSERT_EQ(Render(instance).error, PF_Err_NONE);
+    FrameRequest frame;
+    frame.time = 30;
+    frame.timeStep = 2;
+    frame.timeScale = 24;
+    ASSERT_EQ(Render(instance, Picture(1, 1, 8), frame).error, PF_Err_NONE);
     ASSERT_EQ(s_Requests.size(), 2u);
+    EXPECT_THAT(s_IdsAndTimes, ElementsAre(0, 0x123455, 30, 2, 24, 0, 0x123456, 30, 2, 24));
     EXPECT_EQ(Edges(s_Requests[0].rect), Edges({})) << "the layer's extent is not known yet";
     EXPECT_THAT(Edges(s_Requests[1].rect), ElementsAre(3, 4, 3, 9));
     for (const PF_RenderRequest& request : s_Requests)

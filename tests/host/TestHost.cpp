@@ -11,7 +11,11 @@ TestHost* s_Current = nullptr;
 thread_local CGLContextObj t_Context = nullptr;
 } // namespace
 
+std::function<void()> TestHost::onGetContext;
+
 CGLContextObj CGLGetCurrentContext() {
+    if (TestHost::onGetContext)
+        TestHost::onGetContext();
     return t_Context;
 }
 
@@ -59,12 +63,17 @@ TestHost::TestHost(Personality personality, const std::function<void(stricthost:
     s_Current = this;
     Adapter::s_MapPlugin2AEParam.clear();
     Adapter::s_MapAEParam2Plugin.clear();
-    Adapter::s_ColorsStart = Adapter::s_PointsStart = 0;
+    Adapter::s_SequenceOfHandle.clear();
+    using namespace Adapter;
+    for (A_long* start : {&s_ParamsStart, &s_PointsStart, &s_ColorsStart, &s_LayersStart, &s_Points2Start,
+                          &s_TextureStart, &s_PathsStart, &s_BoolsStart, &s_PopupsStart, &s_AngleStart})
+        *start = 0;
     CGLSetCurrentContext(HostContext);
 }
 
 TestHost::~TestHost() {
     before = after = nullptr;
+    onGetContext = nullptr;
     Engine().throwAtCall = -1;
     strict.Finish();
     for (const std::string& text : strict.Violations())
@@ -105,6 +114,7 @@ PF_Err TestHost::Enter(PF_Cmd code, PF_InData* in, PF_OutData* out, PF_ParamDef*
     static SPBasicSuite s_Basic = [] {
         SPBasicSuite basic = *stricthost::BasicSuite();
         basic.AcquireSuite = AcquireSuite;
+        basic.ReleaseSuite = ReleaseSuite;
         return basic;
     }();
     PF_UtilCallbacks utils = *in->utils;
@@ -120,9 +130,21 @@ PF_Err TestHost::Enter(PF_Cmd code, PF_InData* in, PF_OutData* out, PF_ParamDef*
 }
 
 SPErr TestHost::AcquireSuite(const char* name, std::int32_t number, const void** suite) {
+    const auto only = s_Current->onlyNumber.find(name);
+    if (only != s_Current->onlyNumber.end()) {
+        if (number != only->second.offered)
+            return kSPSuiteNotFoundError;
+        number = only->second.original;
+    }
     const SPErr err = stricthost::BasicSuite()->AcquireSuite(name, number, suite);
     const auto found = s_Current->m_Replaced.find(name);
     if (err == kSPNoError && found != s_Current->m_Replaced.end())
         *suite = found->second(*suite);
     return err;
+}
+
+SPErr TestHost::ReleaseSuite(const char* name, std::int32_t number) {
+    const auto only = s_Current->onlyNumber.find(name);
+    const bool renumbered = only != s_Current->onlyNumber.end() && number == only->second.offered;
+    return stricthost::BasicSuite()->ReleaseSuite(name, renumbered ? only->second.original : number);
 }

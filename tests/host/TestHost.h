@@ -82,6 +82,13 @@ public:
     }
 
     std::function<void(Command&)> before, after;
+    static std::function<void()> onGetContext; // runs when the GL context of a thread is asked for
+    // Suites that the host offers under one number only, and the number under which the strict host has each
+    // of them.
+    struct Number {
+        std::int32_t offered, original;
+    };
+    std::map<std::string, Number> onlyNumber;
     std::set<std::string> allowed; // violations that a test causes on purpose
     stricthost::StrictHost strict;
 
@@ -89,6 +96,7 @@ private:
     static PF_Err Enter(PF_Cmd code, PF_InData* in, PF_OutData* out, PF_ParamDef** params,
                         PF_LayerDef* output, void* extra);
     static std::int32_t AcquireSuite(const char* name, std::int32_t number, const void** suite);
+    static std::int32_t ReleaseSuite(const char* name, std::int32_t number);
 
     std::map<std::string, std::function<const void*(const void*)>> m_Replaced;
 };

@@ -4,7 +4,10 @@
 #include <stdexcept>
 
 IPlugin* GetPlugin(unsigned int) {
-    return &RecordingPlugin::Instance();
+    RecordingPlugin& plugin = RecordingPlugin::Instance();
+    if (plugin.onGet)
+        plugin.onGet();
+    return &plugin;
 }
 
 RecordingPlugin& RecordingPlugin::Instance() {

@@ -42,9 +42,9 @@ public:
     unsigned outWidth = 0, outHeight = 0; // 0 for the input's size
     unsigned feedbackFrames = 0;
     bool setupWorks = true, beginWorks = true, lockWorks = true, wantsInput = true;
-    std::vector<std::uint8_t> result; // empty when there is no result
-    std::function<void()> onLock, onRelease;
-    std::vector<std::uint8_t> sequenceBytes; // flatten writes it, unflatten reads as many bytes back
+    std::vector<std::uint8_t> result;               // empty when there is no result
+    std::function<void()> onGet, onLock, onRelease; // onGet runs in GetPlugin
+    std::vector<std::uint8_t> sequenceBytes;        // flatten writes it, unflatten reads as many bytes back
 
     // Index in `calls` of the call that throws, or -1. It throws Thrown, or an exception that is no int.
     int throwAtCall = -1;
