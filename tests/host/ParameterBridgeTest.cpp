@@ -101,7 +101,7 @@ TEST(ParameterValueTest, CheckoutsUseTheTimeOfTheFrameAndStopAtTheFirstRefusal) 
                 return PF_Err_BAD_CALLBACK_PARAM;
             };
         };
-        FrameRequest request;
+        FrameSpec request;
         request.time = 30;
         request.timeStep = 2;
         request.timeScale = 24;

@@ -277,7 +277,7 @@ TEST(PremiereRenderTest, MarginsAreClearedByHandWhenTheHostsFillFails) {
         host.before = [](Command& command) { command.in.utils->fill = Fails<22>; };
         const Bytes pixel(bits / 2, 1);
         Engine().result = pixel;
-        FrameRequest request;
+        FrameSpec request;
         request.outputWidth = 3;
         const auto frame = Render(instance, Picture(1, 1, bits), request);
         EXPECT_EQ(frame.error, PF_Err_NONE) << bits;

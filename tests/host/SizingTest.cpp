@@ -287,7 +287,7 @@ TEST(SmartPreRenderTest, BothCheckoutsCopyTheHostsRequest) {
             return PF_Err_NONE;
         };
     };
-    FrameRequest frame;
+    FrameSpec frame;
     frame.time = 30;
     frame.timeStep = 2;
     frame.timeScale = 24;
