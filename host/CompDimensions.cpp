@@ -1,9 +1,7 @@
 #include "host/CompDimensions.h"
 
-#include "AE_GeneralPlug.h"
-#include "PrSDKAESupport.h"
-#include "PrSDKSequenceInfoSuite.h"
 #include "host/Geometry.h"
+#include "host/PremiereApi.h"
 #include "host/Suites.h"
 
 namespace Adapter {

@@ -1,4 +1,3 @@
-#include "AEGP_SuiteHandler.h"
 #include "engine/IPlugin.h"
 #include "host/CommandGuard.h"
 #include "host/Commands.h"

@@ -1,12 +1,10 @@
 #include <cstdint>
 
-#include "AEGP_SuiteHandler.h"
-#include "AE_GeneralPlug.h"
-#include "PrSDKAESupport.h"
 #include "engine/IPlugin.h"
 #include "host/Commands.h"
 #include "host/HostHandle.h"
 #include "host/HostText.h"
+#include "host/PremiereApi.h"
 #include "host/SequenceRecord.h"
 #include "host/Suites.h"
 #include "sdk/PixelFormats.h"

@@ -1,8 +1,14 @@
 #pragma once
 
-// The headers of the host API that the whole adapter needs. AEConfig.h selects the platform and comes first,
-// because no other published header includes it.
+// The headers of the host API that the whole adapter needs, in an order in which the published ones compile,
+// which include hardly anything themselves. AEConfig.h selects the platform, so it comes first.
 #include "AEConfig.h"
+
+#include "A.h"
+#include "AE_EffectPixelFormat.h"
+#include "SPTypes.h"
+
+#include "SPBasic.h"
 
 #include "AE_Effect.h"
 #include "AE_EffectCB.h"

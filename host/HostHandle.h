@@ -2,9 +2,7 @@
 
 #include <cstddef>
 
-#include "host/HostApi.h"
-
-#include "AEGP_SuiteHandler.h"
+#include "host/Suites.h"
 
 namespace Adapter {
 

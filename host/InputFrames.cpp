@@ -4,7 +4,6 @@
 #include <cstring>
 #include <vector>
 
-#include "AE_GeneralPlug.h"
 #include "engine/IPlugin.h"
 #include "host/Geometry.h"
 #include "host/HostCall.h"

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "AE_EffectSuites.h"
 #include "engine/FrameLock.h"
 #include "engine/IPlugin.h"
 #include "host/Geometry.h"

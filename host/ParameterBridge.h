@@ -1,7 +1,7 @@
 #pragma once
 
-#include "AEGP_SuiteHandler.h"
 #include "host/HostCall.h"
+#include "host/Suites.h"
 
 // Transfers parameter values and states between the host and the engine's current instance, using the maps of
 // HostState.

@@ -3,14 +3,14 @@
 #include <cstring>
 #include <iterator>
 
-#include "AE_EffectSuites.h"
-#include "AE_EffectUI.h"
 #include "engine/IPlugin.h"
 #include "host/Commands.h"
 #include "host/HostParamType.h"
 #include "host/HostState.h"
 #include "host/HostText.h"
 #include "host/Suites.h"
+
+#include "AE_EffectUI.h" // needs the headers above
 
 namespace Adapter {
 

@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "AEGP_SuiteHandler.h"
 #include "engine/IPlugin.h"
 #include "host/Commands.h"
 #include "host/HostHandle.h"

@@ -2,9 +2,14 @@
 
 #include <initializer_list>
 
+// The headers of the suites, in an order in which the published ones compile.
 #include "host/HostApi.h"
 
-#include "SPBasic.h"
+#include "AE_EffectCBSuites.h"
+#include "AE_EffectSuites.h"
+#include "AE_GeneralPlug.h"
+
+#include "AEGP_SuiteHandler.h"
 
 namespace Adapter {
 

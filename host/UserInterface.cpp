@@ -1,7 +1,5 @@
 #include <algorithm>
 
-#include "AEGP_SuiteHandler.h"
-#include "AE_EffectUI.h"
 #include "engine/IPlugin.h"
 #include "host/CommandGuard.h"
 #include "host/Commands.h"
@@ -9,6 +7,8 @@
 #include "host/Instance.h"
 #include "host/ParameterBridge.h"
 #include "host/Sequence.h"
+
+#include "AE_EffectUI.h" // needs the headers above
 
 namespace Adapter {
 

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "AE_EffectCBSuites.h"
-#include "AE_EffectPixelFormat.h"
-#include "PrSDKAESupport.h"
 #include "host/HostCall.h"
+#include "host/PremiereApi.h"
 #include "host/Suites.h"
 #include "sdk/PixelFormats.h"
 

@@ -6,6 +6,7 @@
 #include "AE_EffectSuites.h"
 #include "AE_GeneralPlug.h"
 #include "SPBasic.h"
+#include "SPErrorCodes.h"
 
 // Borrows suites on first use and gives all of them back at its end. A suite that the host lacks ends in
 // MissingSuiteError, which the plug-in defines: it must throw.
