@@ -8,13 +8,13 @@ struct StoreRow {
     GLenum name;
     GLint value;
 };
-// How glyph bitmaps lie in memory.
+// The layout of glyph bitmaps in memory.
 constexpr StoreRow s_GlyphStore[] = {
     {GL_UNPACK_SWAP_BYTES, GL_FALSE}, {GL_UNPACK_LSB_FIRST, GL_FALSE}, {GL_UNPACK_ROW_LENGTH, 0},
     {GL_UNPACK_SKIP_ROWS, 0},         {GL_UNPACK_SKIP_PIXELS, 0},      {GL_UNPACK_ALIGNMENT, 1},
 };
 
-// Sets the six and puts back what was there.
+// Sets the six values, and restores the earlier ones at the end of the scope.
 class GlyphStoreScope {
 public:
     GlyphStoreScope() {

@@ -1,11 +1,11 @@
 #pragma once
 
-// Bitmap fonts in the record layout that GLUT made common.
+// Bitmap fonts, in the record layout of GLUT.
 
 struct BitmapGlyph {
     int width; // pixels
     int height;
-    float xOrigin; // of the raster position inside the bitmap, from its lower left corner
+    float xOrigin; // raster position inside the bitmap, in pixels from its lower left corner
     float yOrigin;
     float advance;               // pixels to the next character
     const unsigned char* bitmap; // bottom row first, one bit a pixel, highest bit left, rows of whole bytes
@@ -13,7 +13,7 @@ struct BitmapGlyph {
 
 struct BitmapFont {
     const char* name;
-    int count; // codes first .. first + count - 1
+    int count; // number of codes, which run from first to first + count - 1
     int first;
     const BitmapGlyph* const* glyphs; // null for a missing one
 };
@@ -21,5 +21,5 @@ struct BitmapFont {
 // Twelve pixels, proportional, sans serif, codes 32 to 126.
 extern const BitmapFont g_Helvetica12;
 
-// Draws the glyph at the current raster position and moves that on. Codes that the font lacks draw nothing.
+// Draws a glyph at the current raster position and advances the position. Codes without a glyph draw nothing.
 void glutBitmapCharacter(const BitmapFont& font, int character);

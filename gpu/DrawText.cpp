@@ -9,7 +9,7 @@ constexpr GLsizei s_ListCount = 128;
 constexpr int s_LineHeight = 16;
 constexpr int s_BaseLine = 4;
 
-// One list a character code; 0 when GL has none to give.
+// Makes one display list for each character code. Returns 0 when OpenGL has no lists left.
 GLuint MakeLists() {
     const GLuint base = glGenLists(s_ListCount);
     if (base == 0)
@@ -31,7 +31,7 @@ void DrawRow(int x, int y, const char* text, std::size_t length) {
 
 void Utils::DrawText(int x, int y, int lineCount, const std::string& text) {
     static GLuint s_Base = 0;
-    // The lists go with their GL context; a later one needs its own.
+    // The lists are destroyed with their GL context; a later context needs its own.
     if (s_Base == 0 || !glIsList(s_Base))
         s_Base = MakeLists();
     if (s_Base == 0)

@@ -16,4 +16,14 @@ inline void Check(const char*) {}
 void Check(const char* where);
 #endif
 
+// In a debug build, clears the flags after calls whose arguments come from scripts, so that the next Check
+// does not report them.
+#ifdef NDEBUG
+inline void Ignore() {}
+#else
+inline void Ignore() {
+    Clear();
+}
+#endif
+
 } // namespace GLErrors

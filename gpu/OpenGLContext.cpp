@@ -4,7 +4,7 @@
 
 namespace {
 
-// Runs steps that may throw a fault and turns it into the number that callers get.
+// Runs steps that may throw a fault, and converts it to the number that callers get.
 template <class Steps>
 int FaultNumber(Steps steps) {
     try {
@@ -62,13 +62,14 @@ int OpenGLContext::release() {
 int OpenGLContext::makeCurrent() {
     const CGLContextObj before = CGLGetCurrentContext();
     CGLSetCurrentContext(m_Context);
-    // Stored only now: until here another thread may hold the context and still need its own value.
+    // Stored only now, because until here another thread may have used the context and needed its own value.
     m_Previous = before;
     return NoError;
 }
 
 void OpenGLContext::releaseCurrent() {
-    CGLSetCurrentContext(m_Previous);
+    if (CGLSetCurrentContext(m_Previous) != kCGLNoError)
+        CGLSetCurrentContext(nullptr);
 }
 
 bool OpenGLContext::lockFrame() {

@@ -5,20 +5,21 @@
 
 #include "platform/CGL.h"
 
-// What goes wrong with the context; thrown inside OpenGLContext only, callers see the number.
+// A failure of the context. It is thrown inside OpenGLContext only; callers get the number.
 enum class OpenGLFault : std::uint32_t {
     NoPixelFormat = 1,
     DestructionFailed = 2,
     CreationFailed = 5,
 };
 
-// The engine's own GL context, without a window: everything is drawn into framebuffer objects.
+// The engine's own GL context. It has no window: everything is drawn into framebuffer objects.
 //
-// Threads: any, in this order: makeCurrent, lockFrame, GL work, releaseFrame, releaseCurrent. One previous
-// context is remembered, so nested makeCurrent calls do not restore the outermost one.
+// Threads: functions may be called from any thread, in the order makeCurrent, lockFrame, GL work,
+// releaseFrame, releaseCurrent. Only one previous context is remembered, so nested makeCurrent calls do not
+// restore the outermost one.
 class OpenGLContext {
 public:
-    // What the functions below that give an int return.
+    // The results of the functions below that return an int.
     enum Error : int {
         NoError = 0,
         NoPixelFormat = static_cast<int>(OpenGLFault::NoPixelFormat),
@@ -29,24 +30,27 @@ public:
     OpenGLContext();
     OpenGLContext(const OpenGLContext&) = delete;
     OpenGLContext& operator=(const OpenGLContext&) = delete;
-    // Leaves the GL context alone: release() destroys that.
+    // Does not destroy the GL context; release() does.
     virtual ~OpenGLContext();
 
-    // Makes the GL context; called once. The flag has no meaning.
+    // Creates the GL context. Called once. The flag has no meaning.
     int init(bool);
-    // Destroys the GL context. No context is current on this thread afterwards.
+    // Destroys the GL context. Afterwards no context is current on this thread.
     int release();
 
-    // Remembers the thread's current context and makes the engine's current; may wait for another thread.
+    // Remembers the thread's current context and makes the engine's context current. Waits while another
+    // thread uses it.
     int makeCurrent();
-    // Brings back the context that makeCurrent found, which may be none.
+    // Makes the context current that makeCurrent found, which may be none. When that fails, for example
+    // because its owner has destroyed it, no context is current afterwards, so that other threads can use the
+    // engine's.
     void releaseCurrent();
 
-    // The frame mutex, recursive. lockFrame is false when the mutex cannot be locked.
+    // Lock and unlock the recursive frame mutex. lockFrame returns false when the mutex cannot be locked.
     bool lockFrame();
     void releaseFrame();
 
-    // Nothing to present without a window.
+    // Does nothing, because there is no window.
     void flip() {}
 
 private:

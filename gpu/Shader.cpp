@@ -1,7 +1,9 @@
 #include "gpu/Shader.h"
 
+#include "gpu/GLErrors.h"
 #include "gpu/ShaderPitcher.h"
 #include "platform/GL.h"
+#include "platform/ShaderPrologue.h"
 #include "utils/Utils.h"
 
 bool Shader::reverseFlip = false;
@@ -11,7 +13,8 @@ const std::wstring* Shader::s_ResourceDirectory = nullptr;
 
 namespace {
 
-// Ahead of every source: the component order that the texture wrappers read in, and the engine's mark.
+// Precedes every source. SWIZZLE is the order in which the texture wrappers read the channels. VEXEL lets
+// effects detect this engine.
 constexpr const char* s_Preamble = "#define SWIZZLE gbar\n#define VEXEL 1\n";
 
 constexpr const char* s_VertexSource =
@@ -26,7 +29,7 @@ struct Corner {
 };
 constexpr Corner s_Corners[] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
 
-// The viewport filled with texture coordinates 0..1, independent of the matrices.
+// Fills the viewport with texture coordinates from 0 to 1. The current matrices have no influence.
 void DrawQuad(bool flipped) {
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
@@ -71,8 +74,13 @@ bool Shader::init() {
     m_VertexShader = glCreateShader(GL_VERTEX_SHADER);
     m_FragmentShader = glCreateShader(GL_FRAGMENT_SHADER);
     m_Program = glCreateProgram();
+    if (!usable()) {
+        m_ErrorText = "OpenGL cannot create a shader";
+        return false;
+    }
     glAttachShader(m_Program, m_VertexShader);
     glAttachShader(m_Program, m_FragmentShader);
+    GLErrors::Check("Shader::init");
     return compile(m_VertexShader, s_VertexSource);
 }
 
@@ -86,7 +94,10 @@ bool Shader::init(const std::string& name, const std::string& source) {
 }
 
 bool Shader::compile(unsigned shader, const std::string& text) {
-    const GLchar* sources[] = {s_Preamble, text.c_str()};
+    // One string holds all that precedes the text, so that compilers report the text's lines as those of
+    // string 1.
+    const std::string preamble = PlatformShaderPrologue(text) + std::string(s_Preamble);
+    const GLchar* sources[] = {preamble.c_str(), text.c_str()};
     glShaderSource(shader, 2, sources, nullptr);
     glCompileShader(shader);
     GLint compiled = GL_FALSE;
@@ -131,17 +142,20 @@ bool Shader::load(const std::string& source) {
     m_Parameters.clear();
     m_UniformLocations.clear();
     m_Source = source;
+    if (!usable())
+        return false; // init has set the error text
     if (!compile(m_FragmentShader, ShaderPitcher::Rewrite(source)) || !link())
         return false;
     gatherUniforms();
-    // Also forgets what gatherUniforms said about arrays and unknown types: the shader works without them.
+    // Uniforms of unsupported types do not keep the shader from working, so their messages are dropped.
     m_ErrorText.clear();
+    GLErrors::Check("Shader::load");
     return true;
 }
 
 bool Shader::reload(bool fromSource) {
     const bool initialised = init();
-    // Copies: loading replaces the members.
+    // These are copies because loading replaces the members.
     const bool loaded = fromSource ? load(std::string(m_Source)) : load(std::wstring(m_FilePath));
     return initialised && loaded;
 }
@@ -162,7 +176,9 @@ void Shader::render(bool flip) {
     if (!m_ErrorText.empty())
         return;
     applyParameters();
+    GLErrors::Ignore(); // a parameter's type may differ from that of the uniform with its name
     glDisable(GL_SCISSOR_TEST);
     glDisable(GL_DEPTH_TEST);
     DrawQuad(reverseFlip || flip);
+    GLErrors::Check("Shader::render");
 }

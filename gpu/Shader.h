@@ -7,9 +7,10 @@
 
 #include "parameters/Parameter.h"
 
-// A GLSL program: a fixed vertex shader and one effect fragment shader, drawn as a rectangle over the whole
-// viewport. Owns its GL names; needs the engine's GL context current for everything but plain getters.
-// Failures are texts in errorText(): a shader that has one draws nothing until a load succeeds.
+// A GLSL program of a fixed vertex shader and one fragment shader of the effect. It is drawn as a rectangle
+// that fills the viewport. Owns its GL names. All functions but the plain getters need the engine's GL
+// context to be current. errorText() describes the last failure; a shader with an error text draws nothing
+// until a load succeeds.
 class Shader {
 public:
     // Handles of shaders carry this type tag.
@@ -21,48 +22,54 @@ public:
     Shader& operator=(const Shader&) = delete;
     virtual ~Shader();
 
-    // Makes the GL objects anew and compiles the vertex shader.
+    // Creates the GL objects, replacing earlier ones, and compiles the vertex shader.
     virtual bool init();
+    // Deletes the GL objects and clears the error text.
     virtual void release();
-    // From the effect's file, or from source text. False for empty input, or with an error text.
+    // Compiles a file of the effect, or source text. False for empty input or, with an error text, on
+    // failure.
     virtual bool load(const std::wstring& path);
     virtual bool load(const std::string& source);
-    // Makes everything anew from what was loaded before: the source text or the file.
+    // Creates the GL objects again and compiles what was loaded before: the source text or the file.
     virtual bool reload(bool fromSource);
-    // Installs the program; false when the shader is unusable. Always before render.
+    // Makes the program current. Call it before render. False when the shader cannot be used.
     virtual bool begin();
     virtual void end();
-    // Uploads the parameters and fills the viewport of the bound framebuffer. The texture's t runs upwards,
-    // with flip downwards. The texture on unit N also sets the uniforms s_TextureNParams and TextureNParams
-    // to (width, height, 1 / width, 1 / height), whatever was stored for them.
+    // Uploads the parameters and fills the viewport of the bound framebuffer. Texture coordinate t is 0 at
+    // the bottom, or with flip at the top. The texture on unit N also sets the uniforms s_TextureNParams and
+    // TextureNParams to (width, height, 1 / width, 1 / height) in pixels, which overrides their stored
+    // values.
     virtual void render(bool flip);
 
-    // init, then load from source, or where it is empty from the file name + ".frag" of the resource
-    // directory. UTF-8 name.
+    // Calls init and loads the source text. An empty text loads the file name + ".frag" in the resource
+    // directory. The name is UTF-8.
     bool init(const std::string& name, const std::string& source);
 
-    // Uniforms by name: the GL location or -1 (both are remembered until the next load); the index in
-    // parameters() or -1; the parameter, or an empty one of type UNKNOWN that is shared by all misses.
+    // Returns the GL location of a uniform, or -1. Both results are cached until the next load.
     int getUniformLocation(const char* name);
+    // Returns the index of a uniform in parameters(), or -1.
     int getParamLocation(const char* name);
+    // Returns the parameter of a uniform. For unknown names this is an empty one of type UNKNOWN, which all
+    // unknown names share.
     Parameter& getParameterInfo(const std::string& name);
 
-    // True while all three GL objects exist, whatever the error text says.
+    // True while all three GL objects exist, even when there is an error text.
     bool usable() const { return m_Program != 0 && m_VertexShader != 0 && m_FragmentShader != 0; }
     const std::wstring& name() const { return m_Name; }
     const std::wstring& filePath() const { return m_FilePath; } // empty for shaders made from text
     const std::string& errorText() const { return m_ErrorText; }
     const std::string& source() const { return m_Source; } // as given, not rewritten
-    // One for each active uniform, in GL's order. A LAYER's value is a GL texture name in word 0.
+    // One parameter for each active uniform, in OpenGL's order. Word 0 of a LAYER's value is a GL texture
+    // name.
     std::vector<Parameter>& parameters() { return m_Parameters; }
     unsigned program() const { return m_Program; }
     unsigned vertexShader() const { return m_VertexShader; }
     unsigned fragmentShader() const { return m_FragmentShader; }
 
-    static bool reverseFlip; // turns every shader's picture upside down; flip changes nothing then
-    static Shader invalid;   // what failed look-ups return
-    // Set by who owns the effect's parameters and files. A uniform of a global parameter's name takes that
-    // parameter's type. Null: no parameters; an empty directory.
+    static bool reverseFlip; // draws every shader as with flip
+    static Shader invalid;   // returned by failed look-ups
+    // The owner of the effect's parameters and files sets these. A uniform that has the name of a global
+    // parameter gets that parameter's type. Null means no parameters, and an empty directory.
     static ParametersHolder* s_GlobalParameters;
     static const std::wstring* s_ResourceDirectory;
 
@@ -70,7 +77,7 @@ private:
     bool compile(unsigned shader, const std::string& text);
     bool link();
     void gatherUniforms();
-    Parameter describeUniform(unsigned index); // array size 0: not a uniform to keep
+    Parameter describeUniform(unsigned index); // its array size is 0 when the uniform is to be skipped
     void applyParameters();
     static void applyNumbers(const Parameter& parameter);
     void applyTexture(const Parameter& parameter);
@@ -84,9 +91,10 @@ private:
     unsigned m_VertexShader = 0;
     unsigned m_FragmentShader = 0;
     unsigned m_Program = 0;
-    unsigned m_TextureUnit = 0; // the next unit for a sampler of the draw that runs
+    unsigned m_TextureUnit = 0; // for the next sampler of the current draw
     std::map<int, Parameter> m_ParametersByNumber;
     std::vector<Parameter> m_Parameters;
     std::map<std::string, int> m_UniformLocations;
-    std::map<std::string, int> m_ParameterIndices; // may be stale after a load; see getParameterInfo
+    std::map<std::string, int>
+        m_ParameterIndices; // may be out of range after a load; getParameterInfo checks it
 };

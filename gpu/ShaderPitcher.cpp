@@ -8,7 +8,7 @@ namespace {
 constexpr std::string_view s_White = " \t\n\v\f\r";
 constexpr std::string_view s_CallStarts = "(*+-/=";
 
-// A read function that is sent through a wrapper, which goes in front of the text.
+// A read function whose calls are replaced by calls of a wrapper, which is inserted before the text.
 struct ReadRoutine {
     const char* name;
     const char* replacement;
@@ -20,8 +20,8 @@ constexpr ReadRoutine s_Texture2D = {
 constexpr ReadRoutine s_Texture2DLod = {
     "texture2DLod", "repl_texture2DLod",
     "vec4 repl_texture2DLod(sampler2D a,vec2 b,float c) { return texture2DLod(a,b,c).SWIZZLE; }"};
-// Longitude and latitude of the direction. The constants are not quite pi and twice pi; effects are tuned
-// to them.
+// Converts a direction to longitude and latitude. The constants differ slightly from pi and twice pi; effects
+// are tuned to them.
 constexpr ReadRoutine s_TextureCube = {
     "textureCube", "repl_textureCube",
     "vec4 repl_textureCube(sampler2D a,vec3 b) { vec2 uv = vec2( (atan( b.x, b.z ) + 3.141526f)/6.283052f, "
@@ -31,14 +31,14 @@ bool IsWhite(char c) {
     return s_White.find(c) != std::string_view::npos;
 }
 
-bool StandsFree(const std::string& text, std::size_t position, unsigned mode) {
+bool BeginsIdentifier(const std::string& text, std::size_t position, unsigned mode) {
     if (position == 0)
         return false;
     const char before = text[position - 1];
     return IsWhite(before) || (mode != 0 && s_CallStarts.find(before) != std::string_view::npos);
 }
 
-bool IsFollowedUp(const std::string& text, std::size_t end, unsigned mode) {
+bool EndsIdentifier(const std::string& text, std::size_t end, unsigned mode) {
     const std::size_t next = text.find_first_not_of(s_White, end);
     const char follower = next == std::string::npos ? '\0' : text[next];
     if (mode == 2)
@@ -46,7 +46,7 @@ bool IsFollowedUp(const std::string& text, std::size_t end, unsigned mode) {
     return follower == '(';
 }
 
-// Replaces every accepted occurrence, from the second character on; true when there was one.
+// Replaces every accepted occurrence from the second character on. Returns whether there was one.
 bool ReplaceAll(std::string& text, const std::string& name, const char* replacement, unsigned mode) {
     bool replaced = false;
     for (std::size_t p = 0; (p = findRoutine(text, name, mode, p + 1)) != std::string::npos; replaced = true)
@@ -74,7 +74,7 @@ std::string RewriteReads(const std::string& text) {
 
 std::size_t findRoutine(const std::string& text, const std::string& name, unsigned mode, std::size_t start) {
     for (std::size_t p = text.find(name, start); p != std::string::npos; p = text.find(name, p + 1))
-        if (StandsFree(text, p, mode) && IsFollowedUp(text, p + name.size(), mode))
+        if (BeginsIdentifier(text, p, mode) && EndsIdentifier(text, p + name.size(), mode))
             return p;
     return std::string::npos;
 }

@@ -3,26 +3,28 @@
 #include <cstddef>
 #include <string>
 
-// The first occurrence of name in text at or after start that stands as a call or declaration; npos when
-// there is none. Before the name must stand white space, in modes 1 and 2 also one of ( * + - / =, and no
-// other character. After it and any white space must come "(", in mode 2 instead "." or white space.
+// Finds the first occurrence of a name, at or after start, that is a call or a declaration; npos when there
+// is none. The character before the name must be white space or, in modes 1 and 2, one of ( * + - / =. The
+// first character after the name that is not white space must be "(". In mode 2 it must be ".", or white
+// space must follow the name directly.
 std::size_t findRoutine(const std::string& text, const std::string& name, unsigned mode, std::size_t start);
 
-// Rewrites effect shaders, which read and write red, green, blue, alpha, for textures that hold alpha, red,
-// green, blue, and for the lack of cube maps. Works on raw text: comments and preprocessor lines are not told
-// apart. The macro SWIZZLE must be defined in front of the result.
+// Rewrites the shaders of effects. Effects read and write red, green, blue, alpha, while textures store
+// alpha, red, green, blue; and effects may use cube maps, which the engine replaces by equirectangular
+// textures. The rewriting treats comments and preprocessor lines like all other text. The result needs the
+// macro SWIZZLE to be defined.
 class ShaderPitcher {
 public:
-    // Renames main and appends one that turns gl_FragColor into stored order.
+    // Renames main and appends a new main that reorders gl_FragColor to the stored order.
     static std::string addOutputSwizzle(const std::string& text);
-    // Send texture2D and texture2DLod through functions that swizzle what they read.
+    // Replace calls of texture2D and texture2DLod by calls of functions that reorder what they read.
     static std::string addTextureFlip(const std::string& text);
     static std::string addTextureLodFlip(const std::string& text);
-    // Turns cube lookups into lookups in an equirectangular picture, and samplerCube into sampler2D.
+    // Replaces cube map look-ups by look-ups in an equirectangular texture, and samplerCube by sampler2D.
     static std::string replaceCubemaps(const std::string& text);
 
-    // All of the above in this order: what is compiled.
+    // Does all of the above in this order. The result is what is compiled.
     static std::string Rewrite(const std::string& text);
-    // How many lines Rewrite puts in front of the author's first one.
+    // Returns the number of lines that Rewrite inserts before the author's first line.
     static unsigned AddedLines(const std::string& text);
 };

@@ -1,4 +1,4 @@
-// The part of Shader that turns uniforms into parameters and uploads them.
+// The functions of Shader that describe its uniforms as parameters and upload their values.
 
 #include <cstdio>
 #include <string_view>
@@ -14,7 +14,7 @@ constexpr GLsizei s_MaxNameLength = 128; // with the terminating zero
 
 constexpr std::string_view s_EngineSupplied[] = {"sInput0", "resolution", "time", "_height_"};
 
-// Both spellings are in use; %d is the texture unit.
+// Effects use both spellings. %d is the texture unit.
 constexpr const char* s_TextureParameterNames[] = {"s_Texture%dParams", "Texture%dParams"};
 
 bool IsEngineSupplied(const std::string& name) {
@@ -24,7 +24,7 @@ bool IsEngineSupplied(const std::string& name) {
     return name.find("s_Texture") != std::string::npos;
 }
 
-// Without the defaults that a script's parameters start with.
+// Returns a parameter without the defaults that a script's parameters have.
 Parameter EmptyParameter() {
     Parameter parameter;
     parameter.min = {};
@@ -83,8 +83,8 @@ Parameter Shader::describeUniform(unsigned index) {
     return parameter;
 }
 
-// Textures come last: each also tells its size, in uniforms that are records of the list themselves and would
-// otherwise be overwritten by what those hold.
+// Textures come last, because each also sets its size uniforms. These are in the list too, and uploading
+// their stored values later would overwrite the sizes.
 void Shader::applyParameters() {
     for (const Parameter& parameter : m_Parameters)
         applyNumbers(parameter);

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <vector>
 
-// A picture in CPU memory: four channels in the order alpha, red, green, blue, `depth` bits each (8, 16 or
-// 32 float; 15 counts as 16), rows stride() bytes apart. The pixels are its own or a caller's, who then keeps
-// them alive. Needs no GL; used under the frame lock.
+// A picture in CPU memory. It has four channels in the order alpha, red, green, blue, of a depth as in
+// PixelDepth.h. Rows are stride() bytes apart. The pixels are the surface's own, or belong to a caller who
+// keeps them alive. Needs no OpenGL; used inside the frame lock.
 class Surface {
 public:
     // Handles of surfaces carry this type tag.
@@ -17,12 +17,13 @@ public:
     Surface& operator=(const Surface&) = delete;
     virtual ~Surface() = default;
 
-    // Sets the size, with tightly packed rows, and allocates nothing: pixels come with grabPixels.
-    // flag is only kept. Always true.
+    // Sets the size with rows without padding. Allocates nothing: grabPixels brings the pixels. The flag is
+    // stored and has no effect. Always returns true.
     virtual bool init(unsigned width, unsigned height, unsigned depth, bool flag);
 
-    // Takes height rows, stride bytes apart. copy false: they stay the caller's and are used in place; null
-    // forgets them. copy true: they are copied, but memory taken in place before still wins over the copy.
+    // Takes `height` rows, `stride` bytes apart. Without copy they are used in place and stay the caller's;
+    // null drops them. With copy they are copied, but memory that is used in place still takes precedence
+    // over the copy.
     void grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
                     bool copy, bool flag);
 
@@ -32,12 +33,13 @@ public:
     unsigned depth() const { return m_Depth; }        // as given, so 15 stays 15
     bool flag() const { return m_Flag; }
 
-    // The first row: the caller's memory when there is some, else the own copy; null when that holds fewer
-    // than height() rows. Writing through the second form into a caller's memory changes that memory.
+    // Returns the first row: of the caller's memory when there is some, otherwise of the copy. Null when the
+    // copy has fewer than height() rows. Writing to the result of the second form may change the caller's
+    // memory.
     const unsigned char* pixels() const;
     unsigned char* pixels();
 
-    static Surface invalid; // what failed look-ups return; its size is 0
+    static Surface invalid; // returned by failed look-ups; its size is 0
 
 private:
     unsigned m_Width = 0;

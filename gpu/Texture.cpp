@@ -290,7 +290,7 @@ bool Texture::load(const std::string& path) {
 void Texture::setParameter(unsigned pname, unsigned value) {
     glBindTexture(GL_TEXTURE_2D, m_Texture);
     glTexParameteri(GL_TEXTURE_2D, pname, static_cast<GLint>(value));
-    GLErrors::Clear();
+    GLErrors::Ignore();
 }
 
 unsigned Texture::getGLType(unsigned depth) {

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-// One control of an effect, declared by its script, shown by the host and read by script and shaders.
-// A plain value: copies are complete. Used under the engine's frame lock.
+// One control of an effect. The script declares it, the host shows it, script and shaders read it. A plain
+// value: copies are complete. Used inside the engine's frame lock.
 class Parameter {
 public:
-    // What a parameter is; the script and the host adapter see the same numbers.
+    // Scripts use the same numbers. ParameterTraits.h has more about each type.
     enum Type : std::uint32_t {
         UNKNOWN = 0,
         FLOAT = 1,   // word 0, float
@@ -40,7 +40,7 @@ public:
     // Handles of parameters carry this type tag; the low 24 bits count from 1.
     static constexpr std::uint32_t Tag = 0x01000000u;
 
-    // Four 32-bit words, read as floats or as a signed integer according to the type.
+    // Four 32-bit words, which are floats or a signed integer, depending on the type.
     class Value {
     public:
         float Float(unsigned index) const;
@@ -63,7 +63,7 @@ public:
     Parameter();
     Parameter(std::string scriptName, Type kind, std::string shownName);
 
-    std::string name;                  // the script's and the uniforms' name for it
+    std::string name;                  // in the script, and of the uniforms that it sets
     std::string label;                 // the control's name in the host, may be empty
     Type type = UNKNOWN;               // set at creation, never changed
     std::uint32_t handle = 0;          // 0 marks "no such parameter"
@@ -79,11 +79,11 @@ public:
     std::uint32_t choiceCount = 0; // 10 at creation, as the ten digits in `choices`
     std::uint32_t arraySize = 0;   // shader uniforms only: the size that GL reports
 
-    static Parameter invalid; // what failed look-ups return; its handle is 0
+    static Parameter invalid; // returned by failed look-ups; its handle is 0
 };
 
-// An ordered collection of parameters. The registry overrides it to show its master parameters; every
-// sequence keeps its own copies in one. Look-ups never fail: they yield Parameter::invalid.
+// An ordered collection of parameters. The registry overrides it to give access to its master parameters;
+// every sequence has copies of its own. Failed look-ups return Parameter::invalid.
 class ParametersHolder {
 public:
     virtual unsigned int GetNumParams() const;
@@ -91,8 +91,8 @@ public:
 
     Parameter& GetParamById(unsigned int handle);
 
-    // Replaces the whole content with copies of the source's parameters, in the source's order. With two
-    // entries of one handle, GetParamById finds the first.
+    // Replaces the whole content by copies of the source's parameters, in the source's order. When two
+    // parameters have one handle, GetParamById finds the first.
     void CloneFrom(ParametersHolder& source);
 
 protected:

@@ -1,12 +1,12 @@
 #pragma once
 
-// The CGL calls that the engine uses. On macOS they are the system's; elsewhere this folder supplies them
-// over EGL contexts without a drawable, which draw into framebuffer objects only.
+// The CGL functions that the engine calls. On macOS they are the system's. Elsewhere this folder implements
+// them with EGL contexts without a drawable, which draw into framebuffer objects only.
 //
-// Threads: every call may come from any thread. As in CGL, "current" belongs to the calling thread.
-// Other than in CGL a context is current on one thread at a time: CGLSetCurrentContext sleeps until the
-// thread that holds the context makes something else current, destroys it or ends. The caller's own
-// context is let go while it waits, so that two threads may swap contexts.
+// Threads: every function may be called from any thread. As in CGL, the current context belongs to the
+// calling thread. Unlike in CGL, a context is current on one thread at a time: CGLSetCurrentContext blocks
+// until the thread that uses the context makes another one current, destroys it or ends. The caller's own
+// context is released while it waits, so that two threads can swap contexts.
 
 #ifdef __APPLE__
 
@@ -31,25 +31,25 @@ enum CGLError {
     kCGLBadAlloc = 10016,
 };
 
-// Finds a format for the attributes, a list that 0 ends. Without OpenGL on the machine *format is null,
-// *count 0, and PlatformGLProblem() tells why. The caller destroys the format.
+// Finds a format for the attributes, a list that ends with 0. Without OpenGL on the machine *format is null,
+// *count is 0, and PlatformGLProblem() returns the reason. The caller destroys the format.
 CGLError CGLChoosePixelFormat(const CGLPixelFormatAttribute* attributes, CGLPixelFormatObj* format,
                               GLint* count);
 CGLError CGLDestroyPixelFormat(CGLPixelFormatObj format);
 
-// Makes a compatibility-profile context, not current anywhere. share must be null or made here. On failure
-// *context is null. The caller destroys the context.
+// Creates a context of the compatibility profile, which is not current on any thread. `share` must be null or
+// a result of this function. On failure *context is null. The caller destroys the context.
 CGLError CGLCreateContext(CGLPixelFormatObj format, CGLContextObj share, CGLContextObj* context);
-// A context that is current on this thread is let go first. One that another thread holds dies when that
-// thread lets go of it; threads that wait for it get kCGLBadContext. Null, unknown and destroyed contexts
-// give kCGLBadContext.
+// A context that is current on this thread is released first. One that is current on another thread is
+// destroyed when that thread releases it; threads that wait for it get kCGLBadContext. The result is
+// kCGLBadContext for null, for unknown and for destroyed contexts.
 CGLError CGLDestroyContext(CGLContextObj context);
 
-// The calling thread's context or null. A context that other code made current through EGL is reported
-// too, with its surfaces and the bound API, so that CGLSetCurrentContext brings back exactly that state;
-// such a context stays that code's property.
+// Returns the calling thread's context, or null. A context that other code made current through EGL is
+// returned too, together with its surfaces and the bound API, so that CGLSetCurrentContext restores exactly
+// that state. The other code remains its owner. Each thread can restore at least the last eight such states.
 CGLContextObj CGLGetCurrentContext();
-// Null makes no context current. On failure the thread has no context.
+// Null makes no context current. On failure the thread has no current context.
 CGLError CGLSetCurrentContext(CGLContextObj context);
 
 #endif

@@ -1,10 +1,10 @@
 #pragma once
 
-// The CoreFoundation calls that find a plug-in's resources. On macOS they are the system's; elsewhere this
-// folder supplies them for a bundle folder of the same layout.
+// The CoreFoundation functions that find a plug-in's resources. On macOS they are the system's. Elsewhere
+// this folder implements them for bundles, which are folders of the same layout.
 //
-// Ownership: what a function with Create or Copy in its name returns is the caller's, who gives it back
-// with CFRelease; null is never released. Objects do not change, so any thread may read them.
+// Ownership: the caller owns the result of a function with Create or Copy in its name, and releases it with
+// CFRelease, which must not be called with null. Objects are immutable, so any thread may read them.
 
 #ifdef __APPLE__
 
@@ -22,17 +22,17 @@ using UInt8 = unsigned char;
 
 constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
 
-// path: length bytes of UTF-8, no terminating zero needed. Null for an empty path.
+// `path` is `length` bytes of UTF-8 without a terminating zero. Returns null for an empty path.
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* path, CFIndex length,
                                                  Boolean isDirectory);
-// Writes the zero-terminated path; false when it does not fit into size bytes. The path is the one given at
-// creation, never made absolute.
+// Writes the path with a terminating zero. Returns false when it does not fit into `size` bytes. The path is
+// as it was given at creation; it is not made absolute.
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
                                          CFIndex size);
 
-// The bundle in the folder; null when there is no such folder.
+// Returns the bundle in a folder; null when the folder does not exist.
 CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef folder);
-// <bundle>/Contents/Resources, whether or not it exists.
+// Returns <bundle>/Contents/Resources, which need not exist.
 CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle);
 
 CFTypeRef CFRetain(CFTypeRef object);

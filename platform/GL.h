@@ -1,6 +1,6 @@
 #pragma once
 
-// OpenGL with the prototypes of everything up to the newest compatibility profile.
+// OpenGL, with the prototypes of all functions up to the newest compatibility profile.
 
 #ifdef __APPLE__
 #define GL_SILENCE_DEPRECATION

@@ -2,6 +2,7 @@
 
 #include <string>
 
-// Why CGLChoosePixelFormat or CGLCreateContext last failed, in words for the user, with the packages to
-// install where that helps. Empty when the last attempt succeeded or none was made. Any thread.
+// Returns a message for users that explains why CGLChoosePixelFormat or CGLCreateContext last failed, and
+// which packages to install if that helps. Empty when the last attempt succeeded or none was made. May be
+// called from any thread.
 std::string PlatformGLProblem();

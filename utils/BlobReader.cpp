@@ -23,13 +23,6 @@ std::string ResourcesDirectory(void* module, const void* path) {
     return known ? reinterpret_cast<const char*>(buffer) : std::string();
 }
 
-std::wstring WideFromAscii(const std::string& text) {
-    std::wstring wide;
-    for (const char c : text)
-        wide += static_cast<unsigned char>(c) < 0x80 ? static_cast<wchar_t>(c) : L'?';
-    return wide;
-}
-
 struct EntryCloser {
     void operator()(zip_file_t* entry) const { zip_fclose(entry); }
 };
@@ -52,7 +45,7 @@ void BlobReader::Close() {
 }
 
 void BlobReader::init(void* module, void* path) {
-    const std::wstring directory = WideFromAscii(ResourcesDirectory(module, path));
+    const std::wstring directory = Utils::ToWide(ResourcesDirectory(module, path));
     std::vector<unsigned char> bytes = Utils::ReadWholeFile(Utils::CreatePath(directory, L"/blob.dat"));
     Close();
     m_Package = std::move(bytes);
@@ -66,7 +59,7 @@ void BlobReader::init(void* module, void* path) {
 }
 
 bool BlobReader::Open(std::size_t length) {
-    if (length == 0) // libzip takes no bytes at all for an empty archive
+    if (length == 0) // libzip would open it as an empty archive
         return false;
     zip_source_t* const source = zip_source_buffer_create(m_Package.data(), length, 0, nullptr);
     if (!source)
@@ -87,13 +80,13 @@ std::vector<unsigned char> BlobReader::Extract(const std::wstring& name) const {
         zip_fopen_index(m_Archive, static_cast<zip_uint64_t>(index), 0));
     if (!entry)
         return {};
-    // Read block by block: the size that a damaged archive claims is not to be trusted.
+    // Reads block by block, because the size in a damaged archive may be wrong.
     std::vector<unsigned char> bytes;
     unsigned char block[65536];
     zip_int64_t got = 0;
     while ((got = zip_fread(entry.get(), block, sizeof block)) > 0)
         bytes.insert(bytes.end(), block, block + got);
-    return got == 0 ? bytes : std::vector<unsigned char>(); // a wrong checksum fails here
+    return got == 0 ? bytes : std::vector<unsigned char>(); // fails when the checksum is wrong
 }
 
 std::vector<unsigned char> BlobReader::ReadWholeFile(const std::wstring& name) {

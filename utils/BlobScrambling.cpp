@@ -14,7 +14,8 @@ void StoreWord(unsigned char* bytes, std::uint32_t word) {
         bytes[i] = static_cast<unsigned char>(word >> 8 * i);
 }
 
-// Both directions: `plainOf` tells the plain word from the word read and the word with the key applied.
+// Converts in either direction. `plainOf` returns which of its arguments, the word read or the word with the
+// key applied, is the plain word.
 template <class PlainOf>
 void Process(std::vector<unsigned char>& buffer, std::size_t length, PlainOf plainOf) {
     std::uint32_t key = PackageKey;

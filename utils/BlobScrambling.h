@@ -4,18 +4,19 @@
 #include <cstdint>
 #include <vector>
 
-// The reversible scrambling of "blob.dat": 32-bit little-endian words, each XORed with a running key that
-// depends on every earlier plain word.
+// The reversible scrambling of "blob.dat". Each 32-bit little-endian word is XORed with a running key, which
+// depends on all earlier words of the plain text.
 namespace BlobScrambling {
 
 constexpr std::uint32_t PackageKey = 0x5E1F0C37u;
-// A buffer to unscramble is this much longer than the package, zero filled: the last words reach past it.
+// Number of zero bytes that must follow the package in a buffer to unscramble, as the last words extend past
+// its end.
 constexpr std::size_t Padding = 8;
 
-// In place; `buffer` holds a package of `length` bytes and Padding zero bytes.
+// Unscrambles in place. The buffer contains a package of `length` bytes and Padding zero bytes.
 void Unscramble(std::vector<unsigned char>& buffer, std::size_t length);
 
-// The package for these plain bytes, of the same length.
+// Returns the package for the plain bytes, which has the same length.
 std::vector<unsigned char> Scramble(const std::vector<unsigned char>& plain);
 
 } // namespace BlobScrambling

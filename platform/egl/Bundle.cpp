@@ -9,7 +9,7 @@
 
 namespace {
 
-// What every object starts with, so that CFRelease can work on any of them.
+// The base of all objects, so that CFRelease can release any of them.
 struct CountedObject {
     mutable std::atomic<int> references = 1;
 

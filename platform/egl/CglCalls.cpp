@@ -2,7 +2,7 @@
 #include "platform/GLProblem.h"
 #include "platform/egl/ContextRegistry.h"
 
-// There is one format: what the chosen display offers.
+// There is only one format, the one of the chosen display.
 struct PixelFormatRecord {};
 
 CGLError CGLChoosePixelFormat(const CGLPixelFormatAttribute* attributes, CGLPixelFormatObj* format,

@@ -1,12 +1,17 @@
 #include "platform/egl/ContextRegistry.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
 
-// A static of the file, not of a function: it is destroyed after the function-local singletons that use it
-// while the module unloads.
+// A static variable of the file instead of a function, so that it is destroyed after the function-local
+// singletons that use it while the module is unloaded.
 ContextRegistry s_Registry;
+
+// How many states of other code's contexts are kept for each thread. Callers that restore contexts nest two
+// or three deep.
+constexpr std::size_t s_MostForeignStates = 8;
 
 bool ReleaseEglContext() {
     const EGLDisplay display = eglGetCurrentDisplay();
@@ -26,11 +31,11 @@ ContextRegistry& GetContextRegistry() {
 }
 
 ContextRegistry::ContextRegistry() {
-    pthread_key_create(&m_ThreadRecord, &ContextRegistry::OnThreadEnd);
+    pthread_key_create(&m_ThreadKey, &ContextRegistry::OnThreadEnd);
 }
 
 ContextRegistry::~ContextRegistry() {
-    pthread_key_delete(m_ThreadRecord);
+    pthread_key_delete(m_ThreadKey);
 }
 
 bool ContextRegistry::HasDisplay() {
@@ -41,6 +46,11 @@ bool ContextRegistry::HasDisplay() {
 std::string ContextRegistry::Problem() {
     const Lock lock(m_Mutex);
     return m_Problem;
+}
+
+std::size_t ContextRegistry::CountRecords() {
+    const Lock lock(m_Mutex);
+    return m_Records.size();
 }
 
 bool ContextRegistry::OpenDisplay() {
@@ -57,7 +67,7 @@ CGLContextObj ContextRegistry::Create(CGLContextObj share) {
     const EGLContext shareContext = shared ? shared->context : EGL_NO_CONTEXT;
     EGLContext context = CreateGLContext(m_Display, shareContext);
     if (context == EGL_NO_CONTEXT) {
-        // Other code may have terminated the display, which the whole process shares.
+        // The whole process shares the display, and other code may have terminated it.
         m_Display = {};
         if (!OpenDisplay())
             return nullptr;
@@ -108,29 +118,30 @@ CGLContextObj ContextRegistry::Current() {
 CGLError ContextRegistry::MakeCurrent(CGLContextObj context) {
     Lock lock(m_Mutex);
     Synchronise();
-    if (!context) {
-        const bool released = ReleaseEglContext();
-        SetThreadRecord(nullptr);
-        return released ? kCGLNoError : kCGLBadContext;
-    }
     const Entry record = Find(context);
-    if (!record)
-        return kCGLBadContext;
-    if (Switch(record.get()))
+    if (record && (Switch(record.get()) || WaitAndSwitch(lock, record)))
         return kCGLNoError;
-    if (record->holder == std::thread::id())
-        return kCGLBadContext; // nobody to wait for
-    // Two threads that wait for each other's context must not hold their own meanwhile.
+    // A thread that cannot have the context must not keep another one from the threads that wait for it.
+    const bool released = ReleaseEglContext();
+    SetThreadRecord(nullptr);
+    return released && !context ? kCGLNoError : kCGLBadContext;
+}
+
+bool ContextRegistry::WaitAndSwitch(Lock& lock, const Entry& record) {
+    const auto isFree = [&] { return record->holder == std::thread::id(); };
+    if (isFree())
+        return false; // EGL refuses for another reason
+    // Two threads that wait for each other's context must not keep their own meanwhile.
     ReleaseEglContext();
     SetThreadRecord(nullptr);
     do {
-        m_ContextFreed.wait(lock, [&] { return record->holder == std::thread::id() || record->destroyed; });
+        m_ContextFreed.wait(lock, [&] { return isFree() || record->destroyed; });
         if (record->destroyed)
-            return kCGLBadContext;
+            return false;
         if (Switch(record.get()))
-            return kCGLNoError;
-    } while (record->holder != std::thread::id());
-    return kCGLBadContext;
+            return true;
+    } while (!isFree());
+    return false;
 }
 
 ContextRegistry::Entry ContextRegistry::Find(CGLContextObj context) const {
@@ -138,16 +149,26 @@ ContextRegistry::Entry ContextRegistry::Find(CGLContextObj context) const {
     return found != m_Records.end() && !found->second->destroyed ? found->second : nullptr;
 }
 
+ContextRegistry::ThreadState& ContextRegistry::Thread() {
+    pthread_setspecific(m_ThreadKey, this); // any value that is not null makes OnThreadEnd be called
+    return m_Threads[std::this_thread::get_id()];
+}
+
 ContextRecord* ContextRegistry::Synchronise() {
-    auto* record = static_cast<ContextRecord*>(pthread_getspecific(m_ThreadRecord));
+    ContextRecord* const record = Thread().current;
     if (record && record->context != eglGetCurrentContext()) {
-        SetThreadRecord(nullptr); // other code made something else current behind our back
+        SetThreadRecord(nullptr); // other code has made another context current since
         return nullptr;
     }
     return record;
 }
 
 ContextRecord* ContextRegistry::Adopt(EGLContext context) {
+    for (const auto& [name, record] : m_Records)
+        if (!record->foreign && !record->destroyed && record->context == context) {
+            SetThreadRecord(name); // our own context, which other code has restored
+            return name;
+        }
     auto state = std::make_shared<ContextRecord>();
     state->display = eglGetCurrentDisplay();
     state->context = context;
@@ -155,23 +176,31 @@ ContextRecord* ContextRegistry::Adopt(EGLContext context) {
     state->read = eglGetCurrentSurface(EGL_READ);
     state->api = eglQueryAPI();
     state->foreign = true;
-    for (const auto& [name, record] : m_Records) {
-        if (!record->foreign && !record->destroyed && record->context == context) {
-            SetThreadRecord(name); // ours, brought back by other code
-            return name;
-        }
-        if (record->foreign && SameState(*record, *state))
-            return name;
+    return Remember(std::move(state));
+}
+
+ContextRecord* ContextRegistry::Remember(Entry state) {
+    std::vector<ContextRecord*>& known = Thread().foreign;
+    const auto found = std::find_if(known.begin(), known.end(),
+                                    [&](const ContextRecord* record) { return SameState(*record, *state); });
+    if (found != known.end()) {
+        std::rotate(found, found + 1, known.end()); // now the most recent one
+        return known.back();
     }
-    const CGLContextObj name = state.get();
-    m_Records.emplace(name, std::move(state));
-    return name;
+    if (known.size() == s_MostForeignStates) {
+        m_Records.erase(known.front());
+        known.erase(known.begin());
+    }
+    known.push_back(state.get());
+    m_Records.emplace(known.back(), std::move(state));
+    return known.back();
 }
 
 bool ContextRegistry::Switch(ContextRecord* record) {
-    if (pthread_getspecific(m_ThreadRecord) == record)
+    if (Thread().current == record)
         return true;
-    // EGL itself says whether another thread has it; the holder may have lost it to other code unnoticed.
+    // EGL knows whether another thread has the context. The holder of the record may have lost it to other
+    // code.
     if (!eglMakeCurrent(record->display, record->draw, record->read, record->context))
         return false;
     if (record->foreign)
@@ -181,8 +210,7 @@ bool ContextRegistry::Switch(ContextRecord* record) {
 }
 
 void ContextRegistry::SetThreadRecord(ContextRecord* record) {
-    auto* before = static_cast<ContextRecord*>(pthread_getspecific(m_ThreadRecord));
-    pthread_setspecific(m_ThreadRecord, record);
+    ContextRecord* const before = std::exchange(Thread().current, record);
     const std::thread::id self = std::this_thread::get_id();
     if (before && before != record && before->holder == self) {
         before->holder = {};
@@ -194,17 +222,24 @@ void ContextRegistry::SetThreadRecord(ContextRecord* record) {
         record->holder = self;
 }
 
-void ContextRegistry::EndThread(ContextRecord* record) {
+void ContextRegistry::EndThread() {
     const Lock lock(m_Mutex);
-    // The key's value is already cleared here; give it back so that the record is freed in one place.
-    pthread_setspecific(m_ThreadRecord, record);
-    // EGL's dispatcher may have forgotten the thread by now and would ignore the release. Making the context
-    // current once more, which the driver still takes for granted, tells it again.
-    eglMakeCurrent(record->display, EGL_NO_SURFACE, EGL_NO_SURFACE, record->context);
-    ReleaseEglContext();
-    SetThreadRecord(nullptr);
+    const auto thread = m_Threads.find(std::this_thread::get_id());
+    if (thread == m_Threads.end())
+        return;
+    if (const ContextRecord* const record = thread->second.current) {
+        // EGL's dispatcher may already have dropped its state of this thread and would then ignore the
+        // release. Making the context current again, which it still is for the driver, renews that state.
+        eglMakeCurrent(record->display, EGL_NO_SURFACE, EGL_NO_SURFACE, record->context);
+        ReleaseEglContext();
+        SetThreadRecord(nullptr);
+    }
+    for (ContextRecord* const foreign : thread->second.foreign)
+        m_Records.erase(foreign);
+    m_Threads.erase(thread);
+    pthread_setspecific(m_ThreadKey, nullptr);
 }
 
-void ContextRegistry::OnThreadEnd(void* record) {
-    s_Registry.EndThread(static_cast<ContextRecord*>(record));
+void ContextRegistry::OnThreadEnd(void*) {
+    s_Registry.EndThread();
 }

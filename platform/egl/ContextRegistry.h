@@ -9,25 +9,26 @@
 #include <pthread.h>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "platform/CGL.h"
 #include "platform/egl/DisplayChoice.h"
 
-// Everything EGL needs to make one context current again.
+// What EGL needs to make a context current again.
 struct ContextRecord {
     EGLDisplay display = EGL_NO_DISPLAY;
     EGLContext context = EGL_NO_CONTEXT;
     EGLSurface draw = EGL_NO_SURFACE;
     EGLSurface read = EGL_NO_SURFACE;
-    EGLenum api = EGL_NONE; // foreign contexts only: what their thread had bound
-    bool foreign = false;   // made by other code; nobody waits for it
+    EGLenum api = EGL_NONE; // foreign contexts only: the API that their thread had bound
+    bool foreign = false;   // created by other code, so that no thread waits for it
     bool destroyed = false;
-    std::thread::id holder; // the thread on which it is current; the empty id when it is free
+    std::thread::id holder; // the thread on which it is current; the empty id when there is none
 };
 
-// Who holds which context. One for the process; every member function may be called from any thread.
-// A thread's own current record hangs on a thread key, whose destructor lets go of the context when the
-// thread ends. (A thread_local with a destructor would keep the module loaded until its threads end.)
+// Knows which thread uses which context. There is one registry in the process. Every public function may be
+// called from any thread. When a thread ends, the destructor of a thread key releases its context. (A
+// thread_local variable with a destructor would keep the module loaded until its threads end.)
 class ContextRegistry {
 public:
     ContextRegistry();
@@ -43,25 +44,43 @@ public:
     CGLContextObj Current();
     CGLError MakeCurrent(CGLContextObj context);
 
+    // The number of contexts and states of foreign contexts that are stored.
+    std::size_t CountRecords();
+
 private:
     using Lock = std::unique_lock<std::mutex>;
     using Entry = std::shared_ptr<ContextRecord>;
+    struct ThreadState {
+        ContextRecord* current = nullptr;    // never a foreign one
+        std::vector<ContextRecord*> foreign; // least recently used first
+    };
 
-    bool OpenDisplay();                          // the lock is held in this and all below
-    Entry Find(CGLContextObj context) const;     // null when unknown
-    ContextRecord* Synchronise();                // the thread's own record, brought in line with EGL
-    ContextRecord* Adopt(EGLContext context);    // the record of what other code made current
-    bool Switch(ContextRecord* record);          // one attempt; false when EGL refuses
-    void SetThreadRecord(ContextRecord* record); // also frees the one held before
-    void EndThread(ContextRecord* record);
-    static void OnThreadEnd(void* record);
+    // All functions below need the mutex to be locked, except those for the end of a thread.
+    bool OpenDisplay();
+    Entry Find(CGLContextObj context) const; // null when unknown
+    ThreadState& Thread();                   // of the calling thread
+    // Returns the record of the calling thread's context after comparing it with EGL's.
+    ContextRecord* Synchronise();
+    // Returns the record of a context that other code has made current.
+    ContextRecord* Adopt(EGLContext context);
+    // Stores the state of a foreign context, unless the thread has the same one already.
+    ContextRecord* Remember(Entry state);
+    // Tries once to make a context current. False when EGL refuses.
+    bool Switch(ContextRecord* record);
+    // Waits until no other thread uses the context. False when it cannot be made current.
+    bool WaitAndSwitch(Lock& lock, const Entry& record);
+    // Sets the calling thread's current record and releases the one before.
+    void SetThreadRecord(ContextRecord* record);
+    void EndThread();
+    static void OnThreadEnd(void*);
 
     std::mutex m_Mutex;
     std::condition_variable m_ContextFreed;
     std::map<CGLContextObj, Entry> m_Records;
+    std::map<std::thread::id, ThreadState> m_Threads;
     GLDisplay m_Display;
     std::string m_Problem;
-    pthread_key_t m_ThreadRecord = 0;
+    pthread_key_t m_ThreadKey = 0;
 };
 
 ContextRegistry& GetContextRegistry();

@@ -3,7 +3,6 @@
 #include <EGL/eglext.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <iterator>
 #include <string_view>
 #include <vector>
@@ -46,7 +45,8 @@ Function LoadFunction(const char* name) {
     return reinterpret_cast<Function>(eglGetProcAddress(name));
 }
 
-// What the calling thread has bound, put back at the end of the scope.
+// Binds the API of desktop OpenGL, and restores the API that the calling thread had bound at the end of the
+// scope.
 class ScopedOpenGLApi {
 public:
     ScopedOpenGLApi() : m_Before(eglQueryAPI()), m_Bound(eglBindAPI(EGL_OPENGL_API) == EGL_TRUE) {}
@@ -61,24 +61,6 @@ public:
 private:
     EGLenum m_Before;
     bool m_Bound;
-};
-
-// An environment variable that is set during the scope; one that the user has set stays as it is.
-class ScopedVariable {
-public:
-    ScopedVariable(const char* name, const char* value) : m_Name(std::getenv(name) ? nullptr : name) {
-        if (m_Name)
-            setenv(m_Name, value, 0);
-    }
-    ~ScopedVariable() {
-        if (m_Name)
-            unsetenv(m_Name);
-    }
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
-
-private:
-    const char* m_Name;
 };
 
 std::vector<EGLDeviceEXT> Devices() {
@@ -98,7 +80,7 @@ bool IsHardware(EGLDeviceEXT device) {
     return query && !HasExtension(query(device, EGL_EXTENSIONS), "EGL_MESA_device_software");
 }
 
-// Handles only; nothing is initialised yet.
+// Returns display handles, none of which is initialised yet.
 std::vector<EGLDisplay> Candidates() {
     const char* extensions = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
     const auto platformDisplay = LoadFunction<PFNEGLGETPLATFORMDISPLAYEXTPROC>("eglGetPlatformDisplayEXT");
@@ -124,7 +106,7 @@ EGLConfig AnyConfig(EGLDisplay display) {
     return eglChooseConfig(display, wanted, &config, 1, &count) && count > 0 ? config : nullptr;
 }
 
-// Empty when the display serves; else what it lacks.
+// Returns an empty text when the display can be used, otherwise what it lacks.
 std::string TryDisplay(EGLDisplay display, GLDisplay& result) {
     if (display == EGL_NO_DISPLAY)
         return "no display";
@@ -162,11 +144,6 @@ std::string EglErrorName(EGLint error) {
 }
 
 GLDisplay ChooseGLDisplay(std::string& problem) {
-    // Old effects call texture2DLod in fragment shaders without asking for an extension. Mesa accepts that
-    // only with this option on, which it reads when a display is initialised and, unless silent, announces.
-    const ScopedVariable lenient("force_glsl_extensions_warn", "true");
-    const ScopedVariable silent("MESA_DEBUG", "silent");
-
     GLDisplay result;
     std::string reasons;
     for (const EGLDisplay candidate : Candidates()) {
@@ -186,7 +163,7 @@ EGLContext CreateGLContext(const GLDisplay& where, EGLContext share) {
     const ScopedOpenGLApi api;
     if (!api.Bound())
         return EGL_NO_CONTEXT;
-    // Without a version EGL gives the newest one that still has the fixed-function calls.
+    // Without a version EGL creates a context of the newest one that still has the fixed-function calls.
     const EGLint attributes[] = {EGL_NONE};
     return eglCreateContext(where.display, where.config, share, attributes);
 }

@@ -4,20 +4,20 @@
 
 #include <string>
 
-// An initialised display that can make desktop OpenGL contexts without a drawable.
+// An initialised display that can create desktop OpenGL contexts without a drawable.
 struct GLDisplay {
     EGLDisplay display = EGL_NO_DISPLAY;
-    EGLConfig config = nullptr; // null where the display makes contexts without one
+    EGLConfig config = nullptr; // null when the display needs none
 };
 
-// Looks for a display, best first: a hardware device, Mesa without a window system (which may render in
-// software), any device, the default display. Null handle and a filled problem when there is none. The
-// display is never terminated: other code in the process may have the same one.
+// Returns the first display that works of: hardware devices, Mesa without a window system (which may render
+// in software), other devices, the default display. When none works, its handle is null and `problem` has the
+// reason. The display is never terminated, because other code in the process may use the same one.
 GLDisplay ChooseGLDisplay(std::string& problem);
 
-// A compatibility-profile context of the newest version; EGL_NO_CONTEXT on failure. The calling thread's
-// bound API stays what it was.
+// Creates a context of the compatibility profile and the newest version. Returns EGL_NO_CONTEXT on failure.
+// The API that the calling thread has bound stays the same.
 EGLContext CreateGLContext(const GLDisplay& where, EGLContext share);
 
-// "EGL_BAD_MATCH" and the like for what eglGetError returned.
+// Returns the name of a result of eglGetError, for example "EGL_BAD_MATCH".
 std::string EglErrorName(EGLint error);

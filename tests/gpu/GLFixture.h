@@ -12,7 +12,8 @@
 #include "platform/GLProblem.h"
 #include "utils/Utils.h"
 
-// A fresh engine context for each test, current on the test's thread; skips where there is no OpenGL.
+// Each test has a new engine context, which is current on the test's thread. Skips tests where there is no
+// OpenGL.
 class GLFixture : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -36,7 +37,7 @@ protected:
         return value;
     }
 
-    // Textures, framebuffers, shaders and programs that exist.
+    // Returns the number of textures, framebuffers, shaders and programs that exist.
     static int CountObjects() {
         int count = 0;
         for (GLuint name = 1; name < 512; ++name)
@@ -44,7 +45,7 @@ protected:
         return count;
     }
 
-    // What GL stores, bottom row first, before any swizzle; not through the product's own read-back.
+    // Returns what OpenGL stores, bottom row first and not swizzled, without the read-back of the engine.
     static std::vector<float> Stored(const Texture& texture) {
         std::vector<float> pixels(std::size_t(texture.width()) * texture.height() * 4);
         glBindTexture(GL_TEXTURE_2D, texture.id());
@@ -52,7 +53,7 @@ protected:
         return pixels;
     }
 
-    // What the shader leaves in a target of this size: alpha, red, green, blue.
+    // Returns what the shader draws into a target of this size: alpha, red, green, blue.
     static std::vector<float> Drawn(Shader& shader, unsigned width, unsigned height, bool flip = false) {
         RenderTarget target;
         target.init(width, height, 32);

@@ -6,7 +6,7 @@ namespace {
 
 class OpenGLContextGLTest : public GLFixture {};
 
-TEST_F(OpenGLContextGLTest, BringsBackWhatWasCurrent) {
+TEST_F(OpenGLContextGLTest, ReleaseCurrentRestoresTheContextThatWasCurrent) {
     const CGLContextObj ours = CGLGetCurrentContext();
     OpenGLContext host;
     ASSERT_EQ(host.init(true), 0);
@@ -29,7 +29,7 @@ TEST_F(OpenGLContextGLTest, BringsBackWhatWasCurrent) {
     EXPECT_EQ(host.release(), OpenGLContext::DestructionFailed);
 }
 
-TEST_F(OpenGLContextGLTest, FrameLockIsRecursive) {
+TEST_F(OpenGLContextGLTest, TheFrameLockIsRecursive) {
     EXPECT_TRUE(m_Context.lockFrame());
     EXPECT_TRUE(m_Context.lockFrame());
     m_Context.releaseFrame();

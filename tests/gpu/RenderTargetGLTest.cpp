@@ -28,7 +28,7 @@ bool IsPackBufferMapped() {
 
 class RenderTargetGLTest : public GLFixture {};
 
-TEST_F(RenderTargetGLTest, StartsClearedWithFramebufferZeroBound) {
+TEST_F(RenderTargetGLTest, ANewTargetIsClearedAndFramebufferZeroIsBound) {
     glClearColor(1, 1, 1, 1);
     RenderTarget target;
     ASSERT_TRUE(target.init(5, 3, 8));
@@ -41,7 +41,7 @@ TEST_F(RenderTargetGLTest, StartsClearedWithFramebufferZeroBound) {
     EXPECT_EQ(CountObjects(), 0);
 }
 
-TEST_F(RenderTargetGLTest, ReadsBackTightRowsThroughTheFixedPackBuffer) {
+TEST_F(RenderTargetGLTest, GrabBeginMapsRowsWithoutPaddingInTheFixedPackBuffer) {
     for (const auto& [depth, channelBytes] : {std::pair{8u, 1u}, {15u, 2u}, {16u, 2u}, {32u, 4u}}) {
         const std::size_t rowBytes = 7 * 4 * channelBytes, stride = 9 * 4 * channelBytes;
         const std::vector<unsigned char> pixels = CountedBytes(3 * stride);
@@ -143,29 +143,30 @@ TEST_F(RenderTargetGLTest, FreedStorageIsMadeAnewByInit) {
     EXPECT_EQ(Stored(target), std::vector<float>(12, 0.0f));
 }
 
-TEST_F(RenderTargetGLTest, SetTakesARectangleOrTheWholeTarget) {
+TEST_F(RenderTargetGLTest, SetUsesARectangleWithAnAreaOrTheWholeTarget) {
     constexpr float nan = NAN;
     constexpr Box whole{0, 0, 9, 7};
     RenderTarget target;
     target.init(9, 7, 8);
     const struct {
+        const char* name;
         Vector4 rect;
         Box viewport;
     } rows[] = {
-        {{1.9f, 2.0f, 3.9f, 4.2f}, {1, 2, 3, 4}},
-        {{-2.5f, 0, 5, 5}, {-2, 0, 5, 5}},
-        {{1, 1, 0, 4}, whole},
-        {{1, 1, 4, 0}, whole},
-        {{1, 1, 4, -4}, whole},
-        {{-1, 0, 0, 0}, whole},
-        {{nan, nan, nan, nan}, whole},
-        {{nan, 1, 2, 2}, {0, 1, 2, 2}},
+        {"fractions are truncated", {1.9f, 2.0f, 3.9f, 4.2f}, {1, 2, 3, 4}},
+        {"negative origin", {-2.5f, 0, 5, 5}, {-2, 0, 5, 5}},
+        {"no width", {1, 1, 0, 4}, whole},
+        {"no height", {1, 1, 4, 0}, whole},
+        {"negative height", {1, 1, 4, -4}, whole},
+        {"the default of scripts", {-1, 0, 0, 0}, whole},
+        {"NaN", {nan, nan, nan, nan}, whole},
+        {"NaN as origin", {nan, 1, 2, 2}, {0, 1, 2, 2}},
     };
     for (const auto& row : rows) {
         RenderTarget::m_CurrentFBO = 0;
         glViewport(3, 3, 3, 3);
         target.set(&row.rect);
-        EXPECT_EQ(Viewport(), row.viewport) << row.rect.x << " " << row.rect.z << " " << row.rect.w;
+        EXPECT_EQ(Viewport(), row.viewport) << row.name;
         EXPECT_EQ(RenderTarget::m_CurrentFBO, target.framebuffer());
         EXPECT_EQ(State(GL_FRAMEBUFFER_BINDING), static_cast<GLint>(target.framebuffer()));
         glBindFramebuffer(GL_FRAMEBUFFER, 0);
@@ -177,7 +178,7 @@ TEST_F(RenderTargetGLTest, SetTakesARectangleOrTheWholeTarget) {
     EXPECT_EQ(Viewport(), whole);
 }
 
-TEST_F(RenderTargetGLTest, BlitMirrorsAndScales) {
+TEST_F(RenderTargetGLTest, BlitCopiesMirroredOrScaled) {
     RenderTarget source, same, half;
     source.init(1, 1, 32);
     same.init(2, 4, 32);

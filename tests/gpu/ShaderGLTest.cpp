@@ -8,7 +8,7 @@ constexpr const char* s_One = "void main() { gl_FragColor = vec4(1.0); }";
 
 class ShaderGLTest : public GLFixture {};
 
-TEST_F(ShaderGLTest, EffectsSeeRedGreenBlueAlphaInBothOrders) {
+TEST_F(ShaderGLTest, EffectsReadRedGreenBlueAlphaOfPixelsInBothOrders) {
     const unsigned char bytes[] = {51, 102, 153, 204};
     Texture picture;
     picture.init(1, 1, 8, true);
@@ -28,6 +28,18 @@ TEST_F(ShaderGLTest, EffectsSeeRedGreenBlueAlphaInBothOrders) {
     }
 }
 
+// Each of these words is reserved in some later version of GLSL or by an extension.
+TEST_F(ShaderGLTest, NamesThatLaterGlslReservesCompileWithAndWithoutLodFunctions) {
+    const std::string declarations = "uniform float sample, patch, precise, subroutine, sampler2DMS;\n";
+    for (const std::string read : {"texture2D(s, vec2(0.5))", "texture2DLod(s, vec2(0.5), 0.0)"}) {
+        Shader shader;
+        EXPECT_TRUE(shader.init("names", declarations +
+                                             "uniform sampler2D s;\n void main() { gl_FragColor = " + read +
+                                             " * (sample + patch + precise + subroutine + sampler2DMS); }"))
+            << shader.errorText();
+    }
+}
+
 TEST_F(ShaderGLTest, FlipAndReverseFlipDoNotCancel) {
     Shader shader;
     ASSERT_TRUE(shader.init("t", "void main() { gl_FragColor = vec4(gl_TexCoord[0].xy, 0.0, 1.0); }"));
@@ -40,7 +52,7 @@ TEST_F(ShaderGLTest, FlipAndReverseFlipDoNotCancel) {
     }
 }
 
-TEST_F(ShaderGLTest, DrawsWhateverTheCallersMatricesAndTests) {
+TEST_F(ShaderGLTest, ADrawIsIndependentOfMatricesAndScissorAndDepthTests) {
     Shader shader;
     ASSERT_TRUE(shader.init("one", s_One));
     glMatrixMode(GL_PROJECTION);
@@ -58,7 +70,7 @@ TEST_F(ShaderGLTest, DrawsWhateverTheCallersMatricesAndTests) {
     EXPECT_EQ(State(GL_CURRENT_PROGRAM), static_cast<GLint>(shader.program())) << "nothing is unbound";
 }
 
-TEST_F(ShaderGLTest, ErrorsMakeItInertUntilALoadSucceeds) {
+TEST_F(ShaderGLTest, AShaderWithAnErrorDrawsNothingUntilALoadSucceeds) {
     Shader shader;
     EXPECT_FALSE(shader.init("bad", "void main() {\n nonsense;\n}"));
     EXPECT_EQ(shader.errorText().rfind("Shader compilation failed:\n", 0), 0u) << shader.errorText();
@@ -83,7 +95,7 @@ TEST_F(ShaderGLTest, ErrorsMakeItInertUntilALoadSucceeds) {
     EXPECT_EQ(Drawn(shader, 1, 1), std::vector<float>(4, 1.0f));
 }
 
-TEST_F(ShaderGLTest, FilesComeFromTheResourceDirectoryAndObjectsAnewWithEveryLoad) {
+TEST_F(ShaderGLTest, ANameLoadsAFileOfTheResourceDirectoryAndEveryLoadReplacesTheGLObjects) {
     Utils::ReadWholeTextFileCallback = [](const std::wstring& name) {
         return name == L"/tint.frag" || name == L"/fx/tint.frag" ? s_One : std::string();
     };
@@ -104,7 +116,7 @@ TEST_F(ShaderGLTest, FilesComeFromTheResourceDirectoryAndObjectsAnewWithEveryLoa
     EXPECT_EQ(CountObjects(), 0);
 }
 
-TEST_F(ShaderGLTest, CubeLookupsReadAnEquirectangularPicture) {
+TEST_F(ShaderGLTest, CubeMapLookupsReadAnEquirectangularTexture) {
     // Four columns by two rows; the direction (0, 0, 1) lies at u = 0.5, (1, 0, 0) at 0.75, up at v = 0.
     std::vector<float> pixels(4 * 2 * 4);
     for (std::size_t i = 0; i < 8; ++i)

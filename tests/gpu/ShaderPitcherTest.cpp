@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::size_t npos = std::string::npos;
 
-TEST(FindRoutineTest, LooksAtBothSidesOfTheName) {
+TEST(FindRoutineTest, TheCharactersOnBothSidesDecideWhetherANameMatches) {
     const struct {
         const char* text;
         const char* name;
@@ -45,7 +45,7 @@ const std::string s_Cube =
     "acos(b.y)/3.141526f ); return texture2D(a,uv).SWIZZLE; }\n";
 const std::string s_Main = "\nvoid main() { repl_main(); gl_FragColor = gl_FragColor.argb; }";
 
-TEST(ShaderPitcherTest, RewritesAsTextAndCountsTheLinesInFront) {
+TEST(ShaderPitcherTest, SourcesAreRewrittenAsTextAndAddedLinesAreCounted) {
     const struct {
         std::string source, rewritten;
         unsigned added;

@@ -4,7 +4,7 @@ namespace {
 
 class ShaderUniformsGLTest : public GLFixture {};
 
-TEST_F(ShaderUniformsGLTest, TypesFollowTheDeclarations) {
+TEST_F(ShaderUniformsGLTest, UniformsGetTheParameterTypesOfTheirDeclarations) {
     Shader shader;
     ASSERT_TRUE(shader.init(
         "u", "uniform float f, time; uniform vec2 p2; uniform vec3 p3; uniform vec4 c;\n"
@@ -35,7 +35,7 @@ TEST_F(ShaderUniformsGLTest, TypesFollowTheDeclarations) {
     EXPECT_FALSE(shader.getParameterInfo("s").engineSupplied);
 }
 
-TEST_F(ShaderUniformsGLTest, SamplersGetUnitsInListOrderAndTheirExtents) {
+TEST_F(ShaderUniformsGLTest, SamplersGetUnitsInListOrderAndTheirSizeUniforms) {
     Shader shader;
     ASSERT_TRUE(shader.init(
         "t", "uniform sampler2D first, second; uniform vec4 s_Texture0Params, Texture1Params;\n"
@@ -58,7 +58,7 @@ TEST_F(ShaderUniformsGLTest, SamplersGetUnitsInListOrderAndTheirExtents) {
         EXPECT_EQ(Drawn(shader, 1, 1), (std::vector<float>{1.0f / 4 + 1.0f / 8, 1, 2, 2 * 100 + 16}));
 }
 
-TEST_F(ShaderUniformsGLTest, LocationsAndIndicesAreRemembered) {
+TEST_F(ShaderUniformsGLTest, LocationsAreCachedUntilALoadAndIndicesForEver) {
     Shader shader;
     ASSERT_TRUE(shader.init("l", "uniform float a, b; void main() { gl_FragColor = vec4(a, b, 0.0, 0.0); }"));
     EXPECT_EQ(shader.getUniformLocation("misspelt"), -1);

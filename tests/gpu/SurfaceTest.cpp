@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(SurfaceTest, CallersMemoryWinsOverCopiesUntilItIsForgotten) {
+TEST(SurfaceTest, MemoryOfACallerTakesPrecedenceOverTheCopyUntilItIsDropped) {
     std::vector<unsigned char> copied(2 * 12, 1), inPlace(2 * 12, 2);
     Surface surface;
     surface.grabPixels(inPlace.data(), 2, 2, 8, 12, false, false);

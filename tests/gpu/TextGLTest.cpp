@@ -38,7 +38,7 @@ Ink Bars(const Ink& feet) {
     return ink;
 }
 
-TEST_F(TextGLTest, RowsGoDownBySixteenToTheLastAtFour) {
+TEST_F(TextGLTest, RowsAre16PixelsApartAndTheLastBaseLineIsAt4) {
     const Ink three = Bars({{7, 39}, {7, 23}, {7, 7}});
     EXPECT_EQ(Draw(5, 3, 3, "l\nl\nl\n"), three);
     EXPECT_EQ(Draw(5, 3, 3, "l\nl\nl\nl\nl\n"), three) << "no more than the lines counted";
@@ -47,7 +47,7 @@ TEST_F(TextGLTest, RowsGoDownBySixteenToTheLastAtFour) {
 }
 
 // In a GL context of its own, which lacks the display lists of the test before.
-TEST_F(TextGLTest, OneRowTakesAllOfTheText) {
+TEST_F(TextGLTest, WithOneRowTheWholeTextIsDrawnInIt) {
     EXPECT_EQ(Draw(0, 0, 1, "l\nl"), Bars({{2, 4}, {5, 4}}));
     EXPECT_EQ(Draw(0, 0, 0, "l\x80\xff\nl"), Bars({{2, 4}, {5, 4}})) << "codes without a glyph draw nothing";
     Ink letter = Bars({{2, 4}});
@@ -56,7 +56,7 @@ TEST_F(TextGLTest, OneRowTakesAllOfTheText) {
     EXPECT_EQ(Draw(0, 0, 1, "L"), letter) << "a stem with its foot at the right";
 }
 
-TEST_F(TextGLTest, GlyphsLeaveThePixelStoreAlone) {
+TEST_F(TextGLTest, DrawingGlyphsRestoresThePixelStore) {
     RenderTarget target;
     target.init(2, 2, 8);
     target.set(nullptr);
@@ -75,7 +75,7 @@ TEST_F(TextGLTest, GlyphsLeaveThePixelStoreAlone) {
     EXPECT_EQ(position[0], 1.0f + 9.0f) << "only the A moved the raster position";
 }
 
-TEST(BitmapFontTest, EveryPrintableCharacterHasItsOwnLookInsideTheLine) {
+TEST(BitmapFontTest, EveryPrintableCharacterHasADistinctGlyphWithinTheLine) {
     std::set<std::vector<int>> looks;
     for (int code = 32; code < 127; ++code) {
         const BitmapGlyph& glyph = *g_Helvetica12.glyphs[code - 32];

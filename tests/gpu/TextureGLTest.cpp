@@ -11,8 +11,8 @@ using Bytes = std::vector<unsigned char>;
 
 class TextureGLTest : public GLFixture {};
 
-// Rows of 3 pixels, padded by one; what becomes of the padding is nobody's business.
-TEST_F(TextureGLTest, UploadsPaddedRowsAtEveryDepth) {
+// Rows of 3 pixels and padding of 1 pixel, whose value is undefined in the copy.
+TEST_F(TextureGLTest, PaddedRowsUploadUnchangedAtEveryDepth) {
     for (const auto& [depth, channelBytes] : {std::pair{8u, 1u}, {15u, 2u}, {16u, 2u}, {32u, 4u}}) {
         const std::size_t stride = 16 * channelBytes;
         Texture texture;
@@ -30,7 +30,7 @@ TEST_F(TextureGLTest, UploadsPaddedRowsAtEveryDepth) {
     }
 }
 
-TEST_F(TextureGLTest, RowsMayLieAtAnyDistance) {
+TEST_F(TextureGLTest, RowsOfAnyStrideUpload) {
     const Bytes rows = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
     Texture texture;
     texture.init(1, 1, 8, true);
@@ -40,7 +40,7 @@ TEST_F(TextureGLTest, RowsMayLieAtAnyDistance) {
     EXPECT_EQ(texture.pixelCopy(), (Bytes{5, 6, 7, 8, 1, 2, 3, 4}));
 }
 
-TEST_F(TextureGLTest, TheCopyIsWhatWasUploadedLast) {
+TEST_F(TextureGLTest, ThePixelCopyIsTheLastUpload) {
     const Bytes pixel = {1, 2, 3, 4};
     const auto upload = [&](Texture& texture) {
         texture.init(1, 1, 8, true);
@@ -76,7 +76,7 @@ TEST_F(TextureGLTest, TheCopyIsWhatWasUploadedLast) {
     EXPECT_EQ(std::memcmp(asked.pixelCopy().data(), floats, sizeof floats), 0);
 }
 
-TEST_F(TextureGLTest, EmptyUploadsKeepTheCopyAndResetTheSampling) {
+TEST_F(TextureGLTest, UploadsWithoutPixelsKeepThePixelCopyAndResetTheSampling) {
     Texture texture;
     const auto state = [&](GLenum name) {
         GLint value = 0;
@@ -99,7 +99,7 @@ TEST_F(TextureGLTest, EmptyUploadsKeepTheCopyAndResetTheSampling) {
     EXPECT_EQ(state(GL_TEXTURE_WRAP_T), GL_REPEAT);
 }
 
-TEST_F(TextureGLTest, Expands16BitsOnlyAtDepth16AndOnRequest) {
+TEST_F(TextureGLTest, SixteenBitsAreExpandedAtDepth16AndOnRequestOnly) {
     std::vector<std::uint16_t> row(32772); // every value that hosts send, and three more
     std::iota(row.begin(), row.end(), std::uint16_t(0));
     Texture texture;
@@ -115,7 +115,7 @@ TEST_F(TextureGLTest, Expands16BitsOnlyAtDepth16AndOnRequest) {
     }
 }
 
-TEST_F(TextureGLTest, OwnsOneName) {
+TEST_F(TextureGLTest, ATextureHasOneGLNameAtATime) {
     {
         Texture texture;
         texture.init(4, 4, 8, true);
@@ -143,14 +143,16 @@ const std::map<std::wstring, Bytes> s_Files = {
     {L"\u00fc.ppm", Join("P6 1 1 255\n", {1, 2, 3})},
 };
 
-TEST_F(TextureGLTest, PicturesAreDecodedToFourChannelsOrLeaveNothingBehind) {
+TEST_F(TextureGLTest, ImageFilesLoadAsFourChannelsOrGiveAnErrorText) {
     Utils::ReadWholeFileCallback = [](const std::wstring& name) {
         const auto found = s_Files.find(name);
         return found != s_Files.end() ? found->second : Bytes();
     };
     Texture texture;
-    for (const char* const name : {"missing.png", "broken.png", "cut.hdr", ""})
+    for (const char* const name : {"missing.png", "broken.png", "cut.hdr", ""}) {
         EXPECT_FALSE(texture.load(name)) << name;
+        EXPECT_NE(texture.errorText(), "") << name;
+    }
     EXPECT_EQ(CountObjects(), 0);
 
     ASSERT_TRUE(texture.load("two.ppm"));

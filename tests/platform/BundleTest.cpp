@@ -12,7 +12,7 @@ CFURLRef MakeUrl(const std::string& path) {
                                                    static_cast<CFIndex>(path.size()), 1);
 }
 
-TEST(BundleTest, ResourcesLieInContentsResources) {
+TEST(BundleTest, TheResourcesOfABundleAreInContentsResources) {
     const std::string place = ::testing::TempDir() + "Some Effect.plugin";
     std::filesystem::create_directories(place);
     const CFURLRef folder = MakeUrl(place + "/");
@@ -33,7 +33,7 @@ TEST(BundleTest, ResourcesLieInContentsResources) {
     CFRelease(resources);
 }
 
-TEST(BundleTest, NothingComesOfNothing) {
+TEST(BundleTest, EmptyPathsAndNullGiveNull) {
     EXPECT_EQ(MakeUrl(""), nullptr);
     EXPECT_EQ(CFBundleCreate(kCFAllocatorDefault, nullptr), nullptr);
     EXPECT_EQ(CFBundleCopyResourcesDirectoryURL(nullptr), nullptr);

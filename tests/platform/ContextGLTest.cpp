@@ -11,9 +11,9 @@ namespace {
 
 class ContextGLTest : public ContextFixture {};
 
-constexpr std::chrono::milliseconds s_TimeToAsk{50}; // for threads that should come to wait
+constexpr std::chrono::milliseconds s_TimeToAsk{50}; // until other threads are waiting
 
-// Whether GL calls reach a context: a number goes into a buffer and comes back.
+// Returns whether GL calls reach a context: a number is written into a buffer and read back.
 bool GLWorks() {
     GLuint buffer = 0, sent = 0xDECADE, received = 0;
     glGenBuffers(1, &buffer);
@@ -24,7 +24,7 @@ bool GLWorks() {
     return received == sent;
 }
 
-TEST_F(ContextGLTest, WaitsUntilTheHolderMakesSomethingElseCurrent) {
+TEST_F(ContextGLTest, AThreadWaitsUntilTheHolderMakesAnotherContextCurrent) {
     std::atomic<bool> letGo = false;
     CGLSetCurrentContext(m_First);
     std::thread waiter([&] {
@@ -32,7 +32,7 @@ TEST_F(ContextGLTest, WaitsUntilTheHolderMakesSomethingElseCurrent) {
         EXPECT_TRUE(letGo);
         EXPECT_TRUE(GLWorks());
     });
-    std::this_thread::sleep_for(s_TimeToAsk); // the waiter could come in too early
+    std::this_thread::sleep_for(s_TimeToAsk); // a faulty waiter would get the context now
     letGo = true;
     CGLSetCurrentContext(m_Second);
     waiter.join();
@@ -54,7 +54,7 @@ TEST_F(ContextGLTest, TwoThreadsSwapTheirContexts) {
     thread.join();
 }
 
-TEST_F(ContextGLTest, DestroyingLetsGoFirst) {
+TEST_F(ContextGLTest, DestroyingTheCurrentContextReleasesIt) {
     CGLSetCurrentContext(m_First);
     EXPECT_EQ(CGLDestroyContext(m_First), kCGLNoError);
     EXPECT_EQ(CGLGetCurrentContext(), nullptr);
@@ -63,7 +63,7 @@ TEST_F(ContextGLTest, DestroyingLetsGoFirst) {
     EXPECT_EQ(CGLDestroyContext(nullptr), kCGLBadContext);
 }
 
-TEST_F(ContextGLTest, DestroyedElsewhereItWorksUntilItsThreadLetsGoAndTurnsWaitersAway) {
+TEST_F(ContextGLTest, AContextDestroyedByAnotherThreadWorksUntilItIsReleasedAndRefusesWaiters) {
     CGLSetCurrentContext(m_First);
     std::thread waiter([&] { EXPECT_EQ(CGLSetCurrentContext(m_First), kCGLBadContext); });
     std::this_thread::sleep_for(s_TimeToAsk);
@@ -85,11 +85,11 @@ void AskWithoutDrivers() {
     std::_Exit(error == kCGLBadPixelFormat && !format && count == 0 ? 0 : 1);
 }
 
-TEST(PixelFormatTest, WhatCannotBeServedIsRefused) {
+TEST(PixelFormatTest, UnknownAttributesAndMissingDriversAreRefused) {
     CGLPixelFormatObj format = nullptr;
     GLint count = 0;
     EXPECT_EQ(ChooseFormat(99, format, count), kCGLBadAttribute);
-    // The child process starts anew, so its EGL has not looked for drivers yet.
+    // A new child process, whose EGL has not looked for drivers yet.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(AskWithoutDrivers(), ::testing::ExitedWithCode(0),
                 "apt install .*libegl-mesa0 libgl1-mesa-dri");

@@ -9,7 +9,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-// Loose files again, whatever an earlier test opened.
+// Each test starts with loose files.
 class EffectFilesTest : public testing::Test {
 protected:
     EffectFilesTest() { ReadLoose(); }
@@ -20,11 +20,11 @@ protected:
         Utils::ReadWholeFileCallback = nullptr;
     }
 
-    // Opens a bundle whose package holds these bytes; true when the engine reads from the package afterwards.
-    bool Open(const Bytes& package) {
+    // Opens a bundle with this package. Returns whether files are read from the package afterwards.
+    bool Open(const Bytes& package, const std::string& bundle = "Fx.plugin") {
         ReadLoose();
-        m_Folder.Write("Fx.plugin/Contents/Resources/blob.dat", std::string(package.begin(), package.end()));
-        std::string path = m_Folder.Path() / "Fx.plugin";
+        m_Folder.Write(bundle + "/Contents/Resources/blob.dat", std::string(package.begin(), package.end()));
+        std::string path = m_Folder.Path() / bundle;
         BlobReader::Instance().init(nullptr, path.data());
         return Utils::ReadWholeTextFileCallback != nullptr && Utils::ReadWholeFileCallback != nullptr;
     }
@@ -83,7 +83,7 @@ TEST_F(EffectFilesTest, LooseFilesAreReadThroughTheProcessedPath) {
     Utils::ProcessPath = Utils::PassThrough;
 }
 
-TEST_F(EffectFilesTest, AnOpenPackageServesEveryFileByItsBaseName) {
+TEST_F(EffectFilesTest, AnOpenPackageSuppliesEveryFileByItsBaseName) {
     m_Folder.Write("loose.js", "loose");
     ASSERT_TRUE(Open(BlobScrambling::Scramble(
         ZipOf({{"fx.js", "script"}, {"a.frag", std::string("ab\0cd", 5)}, {"empty.txt", ""}}))));
@@ -95,7 +95,13 @@ TEST_F(EffectFilesTest, AnOpenPackageServesEveryFileByItsBaseName) {
     EXPECT_EQ(Utils::ReadWholeTextFile(Loose("loose.js")), "") << "no loose file is read any more";
 }
 
-TEST_F(EffectFilesTest, WhatIsNoPackageLeavesLooseFiles) {
+TEST_F(EffectFilesTest, APackageIsFoundBelowAPathThatIsNotAscii) {
+    const Bytes package = BlobScrambling::Scramble(ZipOf({{"fx.js", "script"}}));
+    ASSERT_TRUE(Open(package, "Gr\u00f6\u00dfe \U0001F3A8.plugin"));
+    EXPECT_EQ(Utils::ReadWholeTextFile(L"fx.js"), "script");
+}
+
+TEST_F(EffectFilesTest, WithoutAReadablePackageLooseFilesAreRead) {
     const Bytes zip = ZipOf({{"fx.js", "script"}});
     EXPECT_FALSE(Open({}));
     EXPECT_FALSE(Open({7}));
@@ -107,7 +113,7 @@ TEST_F(EffectFilesTest, WhatIsNoPackageLeavesLooseFiles) {
     EXPECT_EQ(Utils::ReadWholeFileCallback, nullptr);
 }
 
-// Whatever remains of a package, it opens or falls back, and entries are whole or empty.
+// A damaged package opens or not; its entries are complete or empty.
 TEST_F(EffectFilesTest, CutAndDamagedPackagesNeverYieldWrongBytes) {
     std::string text;
     for (int i = 0; i < 40; ++i)
@@ -135,7 +141,7 @@ TEST_F(EffectFilesTest, CutAndDamagedPackagesNeverYieldWrongBytes) {
     }
 }
 
-TEST_F(EffectFilesTest, WideNamesTravelAsUtf8) {
+TEST_F(EffectFilesTest, WideNamesConvertToUtf8AndBack) {
     EXPECT_EQ(Utils::ToNarrow(L"a\u00e9\u20ac\U0001F3A8"), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA8");
     EXPECT_EQ(Utils::ToWide("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA8"), L"a\u00e9\u20ac\U0001F3A8");
     EXPECT_EQ(Utils::ToWide("a\xFFz\xC3"), L"a\xFFFDz\xFFFD");

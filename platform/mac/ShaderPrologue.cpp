@@ -1,0 +1,5 @@
+#include "platform/ShaderPrologue.h"
+
+const char* PlatformShaderPrologue(const std::string&) {
+    return "";
+}
