@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes the pictures that the effects bring along; the result is always the same.
+"""Makes the pictures that belong to the effects. Every run writes the same bytes.
 
     apt-get install python3-numpy python3-openimageio
     /usr/bin/python3 effects/make_textures.py
@@ -32,8 +32,8 @@ def write(path, picture, kind):
 
 
 def tiling_noise(size, slope, seed, stretch=1.0, turn=0.0, widest=6.0):
-    """Noise that repeats without a seam: white noise shaped in frequency, falling off with `slope` from
-    `widest` waves a side on."""
+    """Returns noise that repeats without a seam: white noise, filtered in the frequency domain. The amplitude falls with
+    the exponent `slope` above `widest` waves per side."""
     v, u = np.meshgrid(np.fft.fftfreq(size) * size, np.fft.fftfreq(size) * size, indexing="ij")
     across, along = u * np.cos(turn) + v * np.sin(turn), (v * np.cos(turn) - u * np.sin(turn)) * stretch
     away = np.hypot(across, along)
@@ -44,7 +44,7 @@ def tiling_noise(size, slope, seed, stretch=1.0, turn=0.0, widest=6.0):
 
 
 def paper(size):
-    """Height of rough paper: tooth, felt marks and fibres running in several directions."""
+    """Returns the height of rough paper: grain, felt marks, and fibres in several directions."""
     height = 0.50 * tiling_noise(size, 1.0, 1, widest=40.0) + 0.35 * tiling_noise(size, 1.8, 2, widest=14.0)
     for i, turn in enumerate((0.3, 1.2, 2.0, 2.8)):
         fibres = tiling_noise(size, 1.0, 10 + i, 7.0, turn)
@@ -54,7 +54,7 @@ def paper(size):
 
 
 def canvas(size):
-    """Woven cloth, eight threads a side."""
+    """Returns woven cloth with sixteen threads per side."""
     y, x = (np.mgrid[0:size, 0:size] + 0.5) / size * 16
     over = (np.floor(x) + np.floor(y)) % 2
     across = np.sin(np.pi * (x % 1)) ** 0.7

@@ -1,6 +1,6 @@
-"""The equirectangular surroundings: a coast at evening, for reflections.
+"""Paints a coast in the evening as an equirectangular panorama, which effects use for reflections.
 
-Column 0 looks back (-z), the middle looks ahead (+z), row 0 looks up (+y).
+Column 0 is the direction back (-z), the middle column is ahead (+z), row 0 is up (+y).
 """
 import numpy as np
 
@@ -17,12 +17,12 @@ def directions(width, height):
 
 
 def around(longitude, scale, octaves, seed):
-    """A profile along the horizon that closes on itself."""
+    """Returns a profile along the horizon that is continuous at the seam."""
     return fbm(scale * np.sin(longitude) + 9.0, scale * np.cos(longitude) + 5.0, octaves, seed)
 
 
 def equirect_light(width, height):
-    """Surroundings with real brightness: the sun is far above 1."""
+    """Returns the panorama in linear brightness; the sun is far above 1."""
     x, y, z, longitude = directions(width, height)
     sun = np.clip(x * SUN[0] + y * SUN[1] + z * SUN[2], -1, 1)
     away = np.arccos(sun)

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes the committed sample pictures; run it anywhere, the result is always the same.
+"""Makes the sample pictures in this folder. Every run on every machine writes the same bytes.
 
     apt-get install python3-numpy python3-openimageio
     /usr/bin/python3 samples/make_samples.py [folder]
@@ -19,7 +19,7 @@ from pictures import cutout, displacement, gradients, lights
 
 
 def write(path, picture, kind):
-    """kind is an OpenImageIO type name; integer kinds take 0..1."""
+    """Writes a picture. kind is the name of an OpenImageIO type; for integer types the picture is 0..1."""
     height, width, channels = picture.shape
     if kind != "float":
         top = {"uint8": 255, "uint16": 65535}[kind]
@@ -28,7 +28,7 @@ def write(path, picture, kind):
     spec.attribute("oiio:UnassociatedAlpha", 1)
     spec.attribute("png:compressionLevel", 9)
     spec.attribute("compression", "zip")
-    spec.attribute("DateTime", "2000:01:01 00:00:00")  # else the file holds the time of writing
+    spec.attribute("DateTime", "2000:01:01 00:00:00")  # otherwise the file contains the time of writing
     out = oiio.ImageOutput.create(str(path))
     if out is None or not out.open(str(path), spec):
         sys.exit(f"{path}: cannot be written: {oiio.geterror()}")

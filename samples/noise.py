@@ -1,13 +1,13 @@
-"""Noise and small painting helpers for the sample pictures (needs python3-numpy).
+"""Noise and small painting functions for the sample pictures (needs python3-numpy).
 
-Everything is computed from integer hashes, so a picture is the same on every machine.
-Pictures are float arrays of height x width x 3, display values, row 0 at the top.
+All noise is computed from integer hashes, so a picture is the same on every machine. A picture is a float array of
+height x width x 3 in display values, with row 0 at the top.
 """
 import numpy as np
 
 
 def _hash(ix, iy, seed):
-    """A number in 0..1 for each integer lattice point."""
+    """Returns a number in 0..1 for each integer lattice point."""
     h = (ix.astype(np.int64) * 374761393 + iy.astype(np.int64) * 668265263 + seed * 2246822519)
     h = (h & 0xFFFFFFFF).astype(np.uint32)
     h ^= h >> np.uint32(15)
@@ -19,7 +19,7 @@ def _hash(ix, iy, seed):
 
 
 def gradient_noise(x, y, seed=0):
-    """Gradient noise, about 0..1 with mean 0.5; features are one unit wide."""
+    """Returns gradient noise, about 0..1 with mean 0.5; its features are one unit wide."""
     x, y = np.broadcast_arrays(np.asarray(x, np.float32), np.asarray(y, np.float32))
     x0, y0 = np.floor(x), np.floor(y)
     fx, fy = x - x0, y - y0
@@ -36,7 +36,7 @@ def gradient_noise(x, y, seed=0):
 
 
 def fbm(x, y, octaves=5, seed=0, gain=0.5):
-    """Octaves of gradient noise, each half as wide and `gain` as strong as the one before."""
+    """Returns the sum of octaves of gradient noise. Each is half as wide as the one before and `gain` times as strong."""
     total, weight, scale, result = 0.0, 1.0, 1.0, 0.0
     for octave in range(octaves):
         result = result + weight * gradient_noise(x * scale + 17.3 * octave, y * scale, seed + octave)
@@ -47,7 +47,7 @@ def fbm(x, y, octaves=5, seed=0, gain=0.5):
 
 
 def white_noise(width, height, seed=0):
-    """Independent numbers in 0..1."""
+    """Returns independent numbers in 0..1."""
     iy, ix = np.mgrid[0:height, 0:width]
     return _hash(ix, iy, seed)
 
@@ -58,19 +58,19 @@ def smoothstep(low, high, value):
 
 
 def mix(a, b, t):
-    """a where t is 0, b where t is 1; t is a plane, a and b planes, pictures or colours."""
+    """Interpolates from a (where t is 0) to b (where t is 1). t is a plane; a and b are planes, pictures or colours."""
     t = np.asarray(t)[..., None]
     return np.asarray(a, np.float32) * (1 - t) + np.asarray(b, np.float32) * t
 
 
 def ramp(t, stops):
-    """Colours along t; stops are (position, (red, green, blue)) in rising order."""
+    """Returns the colours of a gradient at t; stops are (position, (red, green, blue)) in rising order."""
     positions = [p for p, _ in stops]
     return np.stack([np.interp(t, positions, [c[i] for _, c in stops]) for i in range(3)], -1)
 
 
 def halve(picture):
-    """Averages 2 x 2 pixels: the pictures are painted at twice their size for smooth edges."""
+    """Averages 2 x 2 pixels. The pictures are painted at twice their size, so their edges become smooth."""
     h, w = picture.shape[0] // 2, picture.shape[1] // 2
     return picture.reshape(h, 2, w, 2, -1).mean((1, 3))
 
@@ -87,7 +87,7 @@ _GLYPHS = {
 
 
 def text_mask(x, y, text, left, top, height):
-    """1 inside the letters of `text`, whose box starts at (left, top) in the units of x and y."""
+    """Returns 1 inside the letters of `text`. Its box starts at (left, top), in the units of x and y."""
     cell = height / 7.0
     column = np.floor((x - left) / cell).astype(np.int64)
     row = np.floor((y - top) / cell).astype(np.int64)

@@ -10,14 +10,14 @@ def with_alpha(colour, alpha):
 
 
 def put(colour, alpha, new_colour, cover):
-    """Straight-alpha 'over': new_colour with cover on top of colour with alpha."""
+    """The operator 'over' for straight alpha: draws new_colour, weighted by cover, over colour with alpha."""
     out = cover + alpha * (1 - cover)
     share = np.where(out > 0, cover / np.maximum(out, 1e-6), 1.0)
     return mix(colour, new_colour, share), out
 
 
 def cutout(width, height):
-    """A flower, a soft glow, a glass disc, a hard-edged R and an alpha ramp, on nothing."""
+    """Paints a flower, a soft glow, a glass disc, a hard-edged R and an alpha ramp on a transparent ground."""
     x, y = plane(width, height)
     colour, alpha = np.zeros((height, width, 3), np.float32), np.zeros((height, width), np.float32)
 
@@ -53,7 +53,7 @@ def cutout(width, height):
 
 
 def gradients(width, height):
-    """Dusk over still water, no grain at all: 8 bits show bands here, 16 do not."""
+    """Paints dusk over still water without any grain. 8 bits per channel show banding here, 16 do not."""
     x, y = plane(width, height)
     sky = ramp(y / 0.62, [(0.0, (0.030, 0.035, 0.110)), (0.45, (0.160, 0.110, 0.290)), (0.75, (0.560, 0.230, 0.310)),
                           (0.92, (0.950, 0.520, 0.250)), (1.0, (1.0, 0.760, 0.420))])
@@ -72,7 +72,7 @@ def gradients(width, height):
 
 
 def lights(width, height):
-    """Lamps up to 16 times white, a spectrum of exposures, and a see-through upper edge."""
+    """Paints lamps up to 16 times as bright as white, steps of exposure, and a transparent upper edge."""
     x, y = plane(width, height)
     colour = mix((0.015, 0.02, 0.05), (0.10, 0.07, 0.10), np.clip(y, 0, 1))
     colour = colour * (0.7 + 0.6 * fbm(x * 5, y * 5, 4, 3))[..., None]
@@ -95,7 +95,7 @@ def lights(width, height):
 
 
 def displacement(width, height):
-    """Red moves sideways, green up and down; one half means stay. Ripples, a lens and a swirl."""
+    """Paints a displacement map of ripples, a lens and a swirl. Red is horizontal, green vertical; 0.5 means no shift."""
     x, y = plane(width, height)
     dx, dy = np.zeros_like(x), np.zeros_like(x)
     away = np.hypot(x - 0.52, y - 0.48) + 1e-4

@@ -12,13 +12,13 @@ TABLE = 0.80
 
 
 def plane(width, height):
-    """The x and y of every pixel centre."""
+    """Returns the x and y of every pixel centre."""
     y, x = np.mgrid[0:height, 0:width].astype(np.float32)
     return (x + 0.5) / height, (y + 0.5) / height
 
 
 def clouds(u, v, seed):
-    """Cover and brightness of a cloud layer at the layer's own coordinates."""
+    """Returns the cover and the brightness of a cloud layer, at coordinates in that layer."""
     warp = 0.6 * fbm(u * 0.7, v * 0.7, 3, seed + 40)
     body = fbm(u + warp, v + warp, 6, seed)
     lit = body - fbm(u + warp + 0.10, v + warp - 0.06, 6, seed)
@@ -27,7 +27,7 @@ def clouds(u, v, seed):
 
 
 def sky(x, y):
-    """Sky with sun glow and clouds; below the horizon the colours just go on."""
+    """Paints the sky with the glow of the sun and clouds. Its colours continue below the horizon."""
     colour = ramp(y / HORIZON, [(0.0, (0.13, 0.32, 0.68)), (0.45, (0.38, 0.62, 0.90)),
                                 (0.80, (0.80, 0.84, 0.86)), (1.0, (1.0, 0.83, 0.62))])
     away = np.hypot(x - SUN[0], (y - SUN[1]))
@@ -42,7 +42,7 @@ def sky(x, y):
 
 
 def mountains(picture, x, y):
-    """Snow-capped range on the left falling to the right, then two lines of wooded hills."""
+    """Paints a range with snow that falls from left to right, and two lines of wooded hills before it."""
     ridge = HORIZON - 0.03 - 0.30 * np.exp(-(((x - 0.52) / 0.42) ** 2)) - 0.10 * (fbm(x * 5.0, x * 0 + 3.1, 6, 21) - 0.4)
     lean = (x - 0.52) * np.where(x < 0.52, 0.7, -0.9)
 
@@ -69,7 +69,7 @@ def mountains(picture, x, y):
 
 
 def lake(picture, x, y):
-    """Below the horizon the picture so far is mirrored, rippled and darkened."""
+    """Paints the lake: below the horizon, the picture so far is mirrored, rippled and darkened."""
     height, width = x.shape
     down = np.clip((y - HORIZON) / (TABLE - HORIZON), 0, 1)
     ripple = fbm(x * 10 / (0.25 + down), y * 90 / (0.35 + down), 4, 51) - 0.5
@@ -87,7 +87,7 @@ def lake(picture, x, y):
 
 
 def tree(picture, x, y):
-    """An old tree at the left edge: only there, so that a mirrored picture shows at once."""
+    """Paints an old tree at the left edge only, so that a mirrored picture is easy to recognise."""
     trunk_x = 0.150 + 0.018 * np.sin(y * 9) + 0.02 * (y - 0.5)
     half = 0.020 + 0.035 * smoothstep(0.60, 0.84, y)
     trunk = smoothstep(0.003, -0.003, np.abs(x - trunk_x) - half) * (y > 0.25) * (y < 0.83)
@@ -105,7 +105,7 @@ def tree(picture, x, y):
 
 
 def table(picture, x, y):
-    """Wooden boards in perspective."""
+    """Paints wooden boards in perspective."""
     depth = 1.0 / (y - TABLE + 0.22)
     u, v = (x - 0.9) * depth, depth * 1.6
     board = np.floor(u * 1.6)
@@ -126,7 +126,7 @@ def shadow(picture, x, y, cx, cy, rx, ry, strength=0.62):
 
 
 def ball(picture, x, y, cx, cy, radius, dark, light, gloss):
-    """A shaded sphere lit from the sun's side, with a soft contact shadow and rim light."""
+    """Paints a shaded sphere that is lit from the side of the sun, with a soft contact shadow and a rim light."""
     picture = shadow(picture, x, y, cx - 0.5 * radius, cy + 0.93 * radius, 1.5 * radius, 0.26 * radius)
     nx, ny = (x - cx) / radius, (y - cy) / radius
     r2 = nx * nx + ny * ny
@@ -144,7 +144,7 @@ def ball(picture, x, y, cx, cy, radius, dark, light, gloss):
 
 
 def page(picture, x, y):
-    """A sheet with lines of print: fine, high-contrast texture, with a picture initial."""
+    """Paints a sheet with lines of print (a fine texture with high contrast) and a decorated initial."""
     u = (x - 1.20 - 0.26 * (0.955 - y)) / 0.36
     v = (y - 0.865) / 0.115
     picture = shadow(picture, x, y, 1.37, 0.945, 0.30, 0.075, 0.35)
@@ -171,7 +171,7 @@ CHART = ((0.45, 0.32, 0.27), (0.76, 0.58, 0.51), (0.94, 0.78, 0.66), (0.22, 0.24
 
 
 def chart(picture, x, y):
-    """A small colour chart of six by two patches, flat colours with straight edges."""
+    """Paints a small colour chart: six by two patches of flat colour with straight edges."""
     u, v = (x - 0.80) / 0.30, (y - 0.885) / 0.088
     picture = shadow(picture, x, y, 0.95, 0.965, 0.20, 0.03, 0.45)
     inside = (u > 0) & (u < 1) & (v > 0) & (v < 1)
@@ -184,7 +184,7 @@ def chart(picture, x, y):
 
 
 def signpost(picture, x, y):
-    """A board with an arrow and the word UP: says at a glance which way the picture stands."""
+    """Paints a board with an arrow and the word UP, so that a flipped picture is easy to recognise."""
     post = (np.abs(x - 1.615) < 0.012) & (y > 0.50) & (y < 0.86)
     grain = fbm(x * 160, y * 14, 3, 95)
     wood = mix((0.30, 0.20, 0.12), (0.58, 0.42, 0.26), np.clip(grain + (x - 1.61) * 12, 0, 1))
@@ -202,7 +202,7 @@ def signpost(picture, x, y):
 
 
 def paint(width, height):
-    """The whole landscape at width x height, colours 0..1."""
+    """Paints the whole landscape at width x height, in colours 0..1."""
     x, y = plane(width, height)
     picture = sky(x, y)
     picture = mountains(picture, x, y)

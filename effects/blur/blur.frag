@@ -1,9 +1,9 @@
 // One direction of a Gaussian blur.
 
 uniform sampler2D image;
-uniform vec2 stride;   // from one texel to the next, in texture coordinates; (0, 0) leaves the picture alone
+uniform vec2 stride;   // distance of neighbouring texels, in texture coordinates; (0, 0) changes nothing
 uniform float radius;  // texels
-uniform bool weigh;    // colours count by their alpha, so that what is invisible does not bleed into the edges
+uniform bool weigh;    // true weights colours by alpha, so that invisible colours do not bleed into the edges
 
 void main() {
     float sigma = max(radius * 0.5, 0.01);

@@ -1,4 +1,4 @@
-// Soft Blur: one shader, run twice through a render target, first across and then down.
+// Soft Blur: one shader runs twice, first horizontally into a render target and then vertically.
 
 var radius, direction, hold, weigh; // parameters
 var shader;
@@ -6,29 +6,29 @@ var between = 0; // render target between the two passes
 var betweenSize = [0, 0, 0];
 
 function setup() {
-    // Parameters come first: a shader learns their types when it is loaded.
+    // Parameters are declared first, because a shader looks up their types when it is loaded.
     radius = SV_initParam("radius", SV_Type.FLOAT, "Radius");
     SV_setParamMinMax(radius, 0, 200);
     SV_setParamValue(radius, 8);
-    // Pixels of the full-size layer; the host shrinks the value for previews at half or quarter size.
+    // The radius is in pixels of the full-size layer; the host reduces it for previews at half or quarter size.
     SV_setParamFlags(radius, SV_ParamFlags.ScaleByWidth);
-    SV_setParamPrecision(radius, 1); // after the flags, which share a word with it
+    SV_setParamPrecision(radius, 1); // set after the flags, because both share one word
 
     direction = SV_initParam("direction", SV_Type.POPUP, "Direction");
     SV_setParamChoices(direction, "Both|Horizontal|Vertical");
-    SV_setParamValue(direction, 1); // entries count from 1
+    SV_setParamValue(direction, 1); // entries are numbered from 1
 
     hold = SV_initParam("hold", SV_Type.BOOL, "Repeat Edge Pixels");
     SV_setParamValue(hold, 1);
 
-    // Off, every channel goes the same way, which also suits hosts that hand them over in another order.
+    // When this is off, all four channels are treated alike, so their order does not matter.
     weigh = SV_initParam("weigh", SV_Type.BOOL, "Weigh Colour by Alpha");
     SV_setParamValue(weigh, 0);
 
     shader = SV_initShader("blur");
 }
 
-// The render target between the passes, made anew only when the output's size or depth changes.
+// Returns the render target between the passes. It is created again only when the output's size or depth changes.
 function betweenPasses(size) {
     if (between && size.join() === betweenSize.join()) {
         return between;
@@ -41,7 +41,7 @@ function betweenPasses(size) {
     return between;
 }
 
-// Reads beyond the edges give the edge's own pixel, or nothing. Uploads reset this, so it is set for each draw.
+// Reads beyond the edge return the pixel at the edge, or nothing. Every upload resets this, so each draw sets it.
 function setEdges(texture) {
     var wrap = SV_getParamValue(hold) ? SV_GL.CLAMP_TO_EDGE : SV_GL.CLAMP_TO_BORDER;
     SV_setTextureParam(texture, SV_GL.TEXTURE_WRAP_S, wrap);
@@ -64,6 +64,6 @@ function draw() {
     SV_setShaderParam(shader, radius);
     SV_setShaderParam(shader, weigh);
     pass(SV_getSequenceTexture(), target, which === 3 ? 0 : 1 / size[0], 0, false);
-    // The last pass is drawn upside down, because the host's rows run from the top and GL's from the bottom.
+    // The last pass flips vertically: host rows are stored top-down, GL textures bottom-up.
     pass(target, output, 0, which === 2 ? 0 : 1 / size[1], true);
 }

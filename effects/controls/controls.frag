@@ -1,20 +1,20 @@
-// Uniforms named after parameters take those parameters' types.
+// A uniform with the name of a parameter has the type of that parameter.
 
 uniform sampler2D image;
-uniform vec2 size;           // of the picture, in pixels
+uniform vec2 size;           // size of the picture, in pixels
 uniform float contrast;
 uniform vec4 tint;
-uniform int blend;           // the pop-up's entry, from 1
+uniform int blend;           // entry of the pop-up, from 1
 uniform bool spotOn;
 uniform vec2 spotCentre;     // pixels from the top left
 uniform float spotSize;      // pixels
 uniform float spotTurn;      // degrees, clockwise
 uniform float relief;
-uniform vec3 lamp;           // pixels; z towards the viewer
-uniform sampler2D cloth;     // the texture parameter's texture
+uniform vec3 lamp;           // position in pixels; z points towards the viewer
+uniform sampler2D cloth;     // texture of the texture parameter
 uniform float weaveAmount;
 uniform sampler2D inset;
-uniform float insetAspect;   // width by height, 0 when there is no inset
+uniform float insetAspect;   // width divided by height; 0 without an inset
 
 float luma(vec3 colour) {
     return dot(colour, vec3(0.299, 0.587, 0.114));
@@ -25,7 +25,7 @@ float heightAt(vec2 place) {
     return luma(colour.rgb) * colour.a;
 }
 
-// The picture's brightness taken as height, lit by the lamp: 0 where the surface is flat.
+// Treats brightness as a height and returns the light of the lamp on that surface; 0 where the surface is flat.
 float lit(vec2 place) {
     vec2 one = 1.0 / size;
     vec2 slope = vec2(heightAt(place + vec2(one.x, 0.0)) - heightAt(place - vec2(one.x, 0.0)),
@@ -52,7 +52,7 @@ vec3 tinted(vec3 colour) {
     return colour;
 }
 
-// A soft ellipse, twice as long as wide.
+// Returns a soft ellipse that is twice as long as wide.
 float spotAt(vec2 pixel) {
     float a = radians(spotTurn);
     vec2 p = mat2(cos(a), -sin(a), sin(a), cos(a)) * (pixel - spotCentre) / spotSize;
@@ -71,7 +71,7 @@ void main() {
         colour.rgb *= mix(0.62, 1.25, spotAt(pixel));
     }
 
-    // The inset: a third of the height, in the lower left corner, with a thin frame.
+    // The inset takes a third of the height, in the lower left corner, and has a thin frame.
     if (insetAspect > 0.0) {
         vec2 box = vec2(insetAspect, 1.0) * size.y / 3.0;
         vec2 from = pixel - vec2(0.04 * size.y, 0.96 * size.y - box.y);

@@ -1,11 +1,11 @@
 uniform sampler2D image;
 uniform sampler2D map;
-uniform vec2 size;      // of the picture, in pixels
-uniform vec2 mapScale;  // how often the map repeats
-uniform vec2 amount;    // furthest shift, in pixels
+uniform vec2 size;      // size of the picture, in pixels
+uniform vec2 mapScale;  // number of repetitions of the map
+uniform vec2 amount;    // largest shift, in pixels
 uniform float soften;   // pixels over which the map is averaged
 
-// The map's mid grey is 128 of 255; a transparent map says nothing.
+// The neutral value of the map is 128 of 255. Transparent parts of the map move nothing.
 vec2 shiftAt(vec2 place) {
     vec4 grey = texture2D(map, place * mapScale);
     return (grey.rg - 128.0 / 255.0) * 2.0 * grey.a;

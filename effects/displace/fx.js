@@ -1,4 +1,4 @@
-// Displace: another layer says, colour by colour, where each pixel comes from.
+// Displace: the colours of another layer (a displacement map) give the distance by which each pixel moves.
 
 var map, across, down, fit, edges, soften; // parameters
 var shader;
@@ -39,10 +39,10 @@ function setWrap(texture, wrap) {
 function draw() {
     var input = SV_getSequenceTexture();
     var size = SV_getSurfaceDim(input);
-    var mapTexture = SV_getParamValue(map); // a layer parameter's value is its texture
+    var mapTexture = SV_getParamValue(map); // the value of a layer parameter is a texture handle
     var mapSize = SV_getSurfaceDim(mapTexture);
     var tile = SV_getParamValue(fit) === 2;
-    // Until the user picks a layer the texture is a placeholder of two by two pixels.
+    // Until the user selects a layer, its texture is a placeholder of 2 by 2 pixels.
     var chosen = mapSize[0] > 2 || mapSize[1] > 2;
 
     setWrap(input, EDGES[SV_getParamValue(edges) - 1]);

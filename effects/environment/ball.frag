@@ -1,9 +1,9 @@
-// Directions: x right, y up, z into the screen. The ball's surface is the unit sphere.
+// Directions: x points right, y up, z into the screen. The surface of the ball is the unit sphere.
 
 uniform sampler2D image;
-uniform samplerCube surroundings;  // becomes a plain equirectangular picture
-uniform vec2 size;                 // of the picture, in pixels
-uniform vec2 middle;               // of the ball, in pixels from the top left
+uniform samplerCube surroundings;  // the engine replaces it by an equirectangular picture
+uniform vec2 size;                 // size of the picture, in pixels
+uniform vec2 middle;               // centre of the ball, in pixels from the top left
 uniform float radius;              // pixels
 uniform int material;              // 1 glass, 2 chrome, 3 pearl
 uniform float density;             // refractive index
@@ -22,7 +22,7 @@ vec3 surroundingsAt(vec3 direction) {
     return light * exp2(exposure);
 }
 
-// The layer seen along the ray that has gone through the whole ball; the layer stands just behind it.
+// Returns the layer's colour along the ray that leaves the ball. The layer is directly behind the ball.
 vec4 layerThrough(vec3 point) {
     vec3 inner = refract(FORWARD, point, 1.0 / density);
     vec3 leave = point - 2.0 * dot(point, inner) * inner;

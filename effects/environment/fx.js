@@ -1,9 +1,9 @@
-// Crystal Ball: a ball of glass or chrome in front of the layer. Its reflections come from an equirectangular
-// picture (a full turn across, straight up to straight down) that is read by direction.
+// Crystal Ball: a ball of glass or chrome in front of the layer. Its reflections come from an equirectangular picture,
+// which the shader reads by direction.
 
 var material, centre, radius, density, reflection, exposure, turn, tint, shadow; // parameters
 var shader, surroundings;
-var MIDDLE = 50 / 65536; // the host takes a point's default in percent of the layer, divided by 65536
+var MIDDLE = 50 / 65536; // default of a 2-D point: percent of the layer, divided by 65536
 
 function slider(name, label, value, low, high, digits, flags) {
     var param = SV_initParam(name, SV_Type.FLOAT, label);
@@ -27,12 +27,13 @@ function setup() {
     turn = SV_initParam("turn", SV_Type.ANGLE, "Turn Surroundings");
     SV_setParamValue(turn, 200);
     tint = SV_initParam("tint", SV_Type.COLOR, "Tint");
-    SV_setParamValue(tint, [255, 255, 255, 255]); // bytes; the host hands colours back as 0 to 1
+    SV_setParamValue(tint, [255, 255, 255, 255]); // the default is in bytes; the value is read as 0 to 1
     shadow = slider("shadow", "Shadow", 0.5, 0, 1, 2);
 
-    // A file of this folder or package. A .hdr picture keeps its brightness: the sun in it is far above white.
+    // An image of this folder or package. A .hdr picture stores values far above white, such as the sun's.
     surroundings = SV_initTexture("/surroundings.hdr");
-    SV_setTextureParam(surroundings, SV_GL.TEXTURE_WRAP_T, SV_GL.CLAMP_TO_EDGE); // across, the picture closes on itself
+    // Horizontally the panorama repeats, because it is closed; vertically it ends at the poles.
+    SV_setTextureParam(surroundings, SV_GL.TEXTURE_WRAP_T, SV_GL.CLAMP_TO_EDGE);
     shader = SV_initShader("ball");
 }
 
@@ -40,13 +41,13 @@ function updateUIFlags() {
     SV_setParamEnabled(density, SV_getParamValue(material) === 1 ? 1 : 0);
 }
 
-// The colour as 0 to 1, also while it still holds the default.
+// Returns the colour as 0 to 1, even while it still holds its default, which is in bytes.
 function unit(param) {
     var value = SV_getParamValue(param);
     return value[3] > 1 ? [value[0] / 255, value[1] / 255, value[2] / 255, value[3] / 255] : value;
 }
 
-// Pixels, once the host has sent them; the declared default means the middle.
+// Returns pixels once the host has set the point; the declared default means the middle of the layer.
 function centreInPixels(size) {
     var point = SV_getParamValue(centre);
     return point[0] === MIDDLE && point[1] === MIDDLE ? [size[0] / 2, size[1] / 2] : point;

@@ -1,11 +1,11 @@
-// Web Animation: a palette of 8 to 256 colours found in the picture itself, as files for the early web had.
+// Web Animation: an adaptive palette of 8 to 256 colours, as in the animated files of the early web.
 
 var colours, dither, strength, serpentine, pixelSize, cutout; // parameters
 var shrink, grow;  // shaders
 var small = 0;
 var smallSize = [0, 0];
 
-var FIRST_COUNT = 2; // selector of the smallest adaptive palette; each next one has twice the colours
+var FIRST_COUNT = 2; // selector of the smallest adaptive palette; each following one has twice as many colours
 var DITHERS = [["None", 1], ["Floyd-Steinberg", 3], ["Atkinson", 6], ["Sierra Lite", 10],
                ["Bayer 4x4", 14], ["Bayer 8x8", 15]]; // pop-up entries with the modes of SV_surfaceQuantize
 var FIRST_ORDERED = 13;
@@ -72,7 +72,7 @@ function draw() {
     SV_setShaderParamVal(shrink, "image", input);
     SV_setShaderParamVal(shrink, "block", [1 / smallSize[0], 1 / smallSize[1]]);
     SV_setShaderParamVal(shrink, "taps", Math.min(8, Math.ceil(size[0] / smallSize[0])));
-    // The pattern only ever adds: take half of its strength away beforehand.
+    // The dither pattern only adds to a pixel, so half of its strength is subtracted first.
     SV_setShaderParamVal(shrink, "lift", mode >= FIRST_ORDERED ? -0.5 * SV_getParamValue(strength) : 0);
     SV_renderShader(shrink, target);
 

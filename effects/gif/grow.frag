@@ -1,9 +1,9 @@
-// Shows the small picture large; such files know only pixels that are there and pixels that are not.
+// Enlarges the small picture. Each pixel is either opaque or transparent, as in files of that kind.
 
 uniform sampler2D pixels;
 uniform sampler2D image;
-uniform vec2 count;      // of the small picture's pixels
-uniform float cutout;    // alpha from which a pixel is there
+uniform vec2 count;      // number of pixels of the small picture
+uniform float cutout;    // pixels with less alpha become transparent
 
 void main() {
     vec2 centre = (floor(gl_TexCoord[0].xy * count) + 0.5) / count;

@@ -1,7 +1,7 @@
 // Averages each block of the picture into one opaque pixel.
 
 uniform sampler2D image;
-uniform vec2 block;   // a block's size in texture coordinates
+uniform vec2 block;   // size of a block, in texture coordinates
 uniform float taps;   // samples along each side of a block
 uniform float lift;   // added to every colour
 

@@ -1,7 +1,7 @@
 // One direction of a Gaussian blur of light.
 
 uniform sampler2D image;
-uniform vec2 stride;    // from one texel to the next, in texture coordinates
+uniform vec2 stride;    // distance of neighbouring texels, in texture coordinates
 uniform float radius;   // texels
 
 void main() {

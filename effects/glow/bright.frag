@@ -1,7 +1,7 @@
-// What glows: the layer's bright areas, or its whole shape, in the tint; black elsewhere.
+// Returns the areas that glow, in the tint: bright areas or the whole shape of the layer. The rest is black.
 
 uniform sampler2D image;
-uniform vec2 scale;       // from the output's coordinates to the layer's
+uniform vec2 scale;       // factor from output coordinates to layer coordinates
 uniform vec2 offset;
 uniform int source;       // 1 bright areas, 2 whole shape
 uniform float threshold;
@@ -13,6 +13,6 @@ void main() {
     vec4 colour = texture2D(image, place);
     float brightness = max(colour.r, max(colour.g, colour.b));
     vec3 glow = source == 2 ? vec3(1.0) : colour.rgb * smoothstep(threshold - 0.1, threshold + 0.1, brightness);
-    // Light has no alpha of its own: what is half transparent glows half as much.
+    // A half transparent pixel glows half as much.
     gl_FragColor = vec4(glow * tint.rgb * colour.a * inside.x * inside.y, 1.0);
 }

@@ -1,4 +1,4 @@
-// Glow: light spills over the layer's edges, so the output is larger than the input.
+// Glow: the light reaches beyond the edges of the layer, so the output is larger than the input.
 
 var source, threshold, radius, intensity, tint, grow; // parameters
 var bright, blur, combine;  // shaders
@@ -21,7 +21,7 @@ function setup() {
     threshold = slider("threshold", "Threshold", 0.82, 0, 1, 2);
     radius = slider("radius", "Radius", 30, 0, 150, 1, SV_ParamFlags.ScaleByWidth);
     intensity = slider("intensity", "Intensity", 0.8, 0, 8, 2);
-    // The host takes a colour's default as bytes (0 to 255) and hands colours back as 0 to 1.
+    // The default of a colour is in bytes (0 to 255); the host returns its value as 0 to 1.
     tint = SV_initParam("tint", SV_Type.COLOR, "Tint");
     SV_setParamValue(tint, [255, 232, 200, 255]);
     grow = SV_initParam("grow", SV_Type.BOOL, "Grow Beyond the Layer");
@@ -35,16 +35,16 @@ function updateUIFlags() {
     SV_setParamEnabled(threshold, SV_getParamValue(source) === 1 ? 1 : 0);
 }
 
-// The colour as 0 to 1, also while it still holds the default.
+// Returns the colour as 0 to 1, even while it still holds its default, which is in bytes.
 function unit(param) {
     var value = SV_getParamValue(param);
     return value[3] > 1 ? [value[0] / 255, value[1] / 255, value[2] / 255, value[3] / 255] : value;
 }
 
-// Asked before each frame: how large shall the output be for an input of this size?
+// Called before each frame. Chooses the size of the output for an input of this size.
 function preRender(width, height) {
     if (SV_getParamValue(grow)) {
-        var margin = Math.ceil(1.5 * SV_getParamValue(radius)); // as far as the blur reaches
+        var margin = Math.ceil(1.5 * SV_getParamValue(radius)); // the distance that the blur reaches
         SV_setOutputExtent(width + 2 * margin, height + 2 * margin);
     }
 }
@@ -77,7 +77,7 @@ function draw() {
     var size = SV_getSurfaceDim(output);
     lightTargets(size);
 
-    // The host puts the larger output centred on the layer. From the output's coordinates to the layer's:
+    // The host centres the larger output on the layer. This factor converts output coordinates to layer coordinates.
     var scale = [size[0] / inner[0], size[1] / inner[1]];
     var offset = [-Math.floor((size[0] - inner[0]) / 2) / inner[0], -Math.floor((size[1] - inner[1]) / 2) / inner[1]];
 

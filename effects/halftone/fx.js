@@ -1,12 +1,12 @@
-// Halftone: two inks and nothing between them, by error diffusion, a pattern, or a printer's screen of dots.
+// Halftone: two colours only, by error diffusion, ordered dithering, or a halftone screen of dots or lines.
 
 var method, threshold, contrast, pixelSize, dotSize, angle, serpentine, paper, ink; // parameters
 var tone, print;  // shaders
 var small = 0;
 var smallSize = [0, 0];
 
-var BITMAP = 1; // selector: two colours, by threshold
-// Pop-up entries with the modes of SV_surfaceQuantize. Dots come from the shader and need only the threshold.
+var BITMAP = 1; // selector of the palette of two colours, which a threshold separates
+// Entries of the pop-up with their modes of SV_surfaceQuantize. The shader draws dots, which need only the threshold.
 var METHODS = [["Threshold", 1], ["Floyd-Steinberg", 3], ["Atkinson", 6], ["Stucki", 5], ["Stevenson-Arce", 11],
                ["Bayer 2x2", 13], ["Bayer 4x4", 14], ["Bayer 8x8", 15], ["Round Dots", 1], ["Lines", 1]];
 var FIRST_ORDERED = 13;
@@ -21,14 +21,14 @@ function slider(name, label, value, low, high, digits, flags) {
     return param;
 }
 
-// The host takes a colour's default as bytes (0 to 255) and hands colours back as 0 to 1.
+// The default of a colour is in bytes (0 to 255); the host returns its value as 0 to 1.
 function colour(name, label, red, green, blue) {
     var param = SV_initParam(name, SV_Type.COLOR, label);
     SV_setParamValue(param, [red, green, blue, 255]);
     return param;
 }
 
-// The colour as 0 to 1, also while it still holds the default.
+// Returns the colour as 0 to 1, even while it still holds its default, which is in bytes.
 function unit(param) {
     var value = SV_getParamValue(param);
     return value[3] > 1 ? [value[0] / 255, value[1] / 255, value[2] / 255, value[3] / 255] : value;
@@ -93,8 +93,8 @@ function draw() {
     SV_setShaderParam(tone, angle);
     SV_renderShader(tone, target);
 
-    // The shader has put the threshold at one half. With a pattern the one number is both the pattern's strength
-    // and the threshold: at 1 a pixel turns to paper where tone plus pattern is above 1.
+    // The shader has moved the threshold to one half. With ordered dithering one number is both the strength of the
+    // pattern and the threshold: with 1, a pixel becomes paper where tone plus pattern is above 1.
     var surface = SV_textureToSurface(target);
     SV_surfaceQuantize(surface, 0, BITMAP, mode, mode >= FIRST_ORDERED ? 1 : 0.5, SV_getParamValue(serpentine));
     SV_surfaceCopyTo(surface, target, false);

@@ -1,4 +1,4 @@
-// Home Computer: shrinks the layer, maps it to an old machine's palette on the CPU, and blows it up again.
+// Home Computer: reduces the size of the layer, maps it to the palette of an old computer on the CPU, and enlarges it.
 
 var palette, dither, pixelSize, strength, serpentine, brightness, contrast, saturation, scanlines; // parameters
 var shrink, grow;  // shaders
@@ -56,7 +56,7 @@ function updateUIFlags() {
     SV_setParamEnabled(serpentine, mode > 1 && mode < FIRST_ORDERED ? 1 : 0);
 }
 
-// Float pixels, so that what the dither pushes below 0 or above 1 is kept.
+// The pixels are floats, so that dithered values below 0 or above 1 are kept.
 function smallTarget(width, height) {
     if (!small || smallSize[0] !== width || smallSize[1] !== height) {
         if (small) {
@@ -69,7 +69,7 @@ function smallTarget(width, height) {
 }
 
 function drawShrunk(input, size, target) {
-    // A pattern adds between nothing and its strength to each pixel: take half of it away beforehand.
+    // An ordered dither adds between 0 and its strength to each pixel, so half of the strength is subtracted first.
     var lift = ditherMode() >= FIRST_ORDERED ? -0.5 * SV_getParamValue(strength) : 0;
     SV_setTextureParam(input, SV_GL.TEXTURE_WRAP_S, SV_GL.CLAMP_TO_EDGE);
     SV_setTextureParam(input, SV_GL.TEXTURE_WRAP_T, SV_GL.CLAMP_TO_EDGE);
@@ -91,14 +91,14 @@ function draw() {
     var target = smallTarget(Math.max(1, Math.round(size[0] / block)), Math.max(1, Math.round(size[1] / block)));
     drawShrunk(input, size, target);
 
-    // GPU to CPU, palette, and back into the same render target.
+    // Read back from the GPU, reduce to the palette, and write to the same render target.
     var surface = SV_textureToSurface(target);
     SV_surfaceQuantize(surface, 0, FIRST_PALETTE - 1 + SV_getParamValue(palette), ditherMode(),
                        SV_getParamValue(strength), SV_getParamValue(serpentine));
     SV_surfaceCopyTo(surface, target, false);
-    SV_release(surface); // made by this draw, so this draw lets it go
+    SV_release(surface); // created by this draw, so this draw releases it
 
-    SV_setTextureParam(target, SV_GL.TEXTURE_MAG_FILTER, SV_GL.NEAREST); // hard-edged pixels
+    SV_setTextureParam(target, SV_GL.TEXTURE_MAG_FILTER, SV_GL.NEAREST); // enlarged pixels keep hard edges
     SV_setShaderParamVal(grow, "pixels", target);
     SV_setShaderParamVal(grow, "image", input);
     SV_setShaderParamVal(grow, "count", smallSize);

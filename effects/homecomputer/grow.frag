@@ -1,8 +1,8 @@
-// Shows the small picture large, cut out by the layer's alpha.
+// Enlarges the small picture and takes the alpha of the layer.
 
 uniform sampler2D pixels;
 uniform sampler2D image;
-uniform vec2 count;        // of the small picture's pixels
+uniform vec2 count;        // number of pixels of the small picture
 uniform float scanlines;   // darkness of the gaps between rows, 0..1
 
 void main() {

@@ -1,12 +1,12 @@
-// Averages each block of the picture into one pixel and sets its colours up for the palette.
+// Averages each block of the picture into one pixel and adjusts its colours for the palette.
 
 uniform sampler2D image;
-uniform vec2 block;        // a block's size in texture coordinates
+uniform vec2 block;        // size of a block, in texture coordinates
 uniform float taps;        // samples along each side of a block
 uniform float brightness;  // added to every colour
 uniform float contrast;    // 1 changes nothing
 uniform float saturation;  // 1 changes nothing, 0 is grey
-uniform float lift;        // added last, beyond 0..1 if need be
+uniform float lift;        // added last; the result may leave 0..1
 
 void main() {
     vec2 corner = gl_TexCoord[0].xy - 0.5 * block;
@@ -21,6 +21,6 @@ void main() {
     float grey = dot(colour, vec3(0.299, 0.587, 0.114));
     colour = mix(vec3(grey), colour, saturation);
     colour = clamp((colour - 0.5) * contrast + 0.5 + brightness, 0.0, 1.0);
-    // Opaque: every palette colour is, and the search counts alpha too.
+    // The pixel is opaque like every colour of a palette, because the search for the nearest colour compares alpha, too.
     gl_FragColor = vec4(colour + lift, 1.0);
 }

@@ -1,8 +1,8 @@
-// Mirror: moves pixels without touching their values, so colour and alpha go the same way.
+// Mirror: moves pixels without changing their values. Colour and alpha move together.
 
 var mode, centre, segments, turn; // parameters
 var shader;
-var MIDDLE = 50 / 65536; // the host takes a point's default in percent of the layer, divided by 65536
+var MIDDLE = 50 / 65536; // default of a 2-D point: percent of the layer, divided by 65536
 
 function setup() {
     mode = SV_initParam("mode", SV_Type.POPUP, "Mode");
@@ -23,7 +23,7 @@ function setup() {
     shader = SV_initShader("mirror");
 }
 
-// The host asks this when a value changed; a greyed control is one that the chosen mode does not use.
+// The host calls this when a value changed. It disables the controls that the selected mode does not use.
 function updateUIFlags() {
     var chosen = SV_getParamValue(mode);
     SV_setParamEnabled(centre, chosen > 3 ? 1 : 0);
@@ -31,7 +31,7 @@ function updateUIFlags() {
     SV_setParamEnabled(turn, chosen === 7 ? 1 : 0);
 }
 
-// Pixels, once the host has sent them; the declared default means the middle.
+// Returns pixels once the host has set the point; the declared default means the middle of the layer.
 function centreInPixels(size) {
     var point = SV_getParamValue(centre);
     return point[0] === MIDDLE && point[1] === MIDDLE ? [size[0] / 2, size[1] / 2] : point;

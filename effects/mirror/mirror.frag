@@ -1,9 +1,9 @@
 uniform sampler2D image;
-uniform vec2 size;      // of the picture, in pixels
-uniform vec2 middle;    // where the mirrors stand, in pixels from the top left
-uniform int mode;       // the pop-up's entry, from 1
-uniform float sectors;  // of the kaleidoscope
-uniform float turn;     // its rotation, in degrees
+uniform vec2 size;      // size of the picture, in pixels
+uniform vec2 middle;    // where the mirrors meet, in pixels from the top left
+uniform int mode;       // entry of the pop-up, from 1
+uniform float sectors;  // number of sectors of the kaleidoscope
+uniform float turn;     // rotation of the kaleidoscope, in degrees
 
 const float PI = 3.14159265;
 

@@ -1,4 +1,4 @@
-// Paper: an image that comes with the effect gives grain, light and a ragged edge.
+// Paper: an image of the effect adds grain, light and a ragged edge.
 
 var scale, grain, relief, light, margin, colour, fade, wrap, smooth, behind; // parameters
 var shader, sheet;
@@ -21,7 +21,7 @@ function setup() {
     SV_setParamValue(light, 45);
     margin = slider("margin", "Margin", 26, 0, 1000, 0, SV_ParamFlags.ScaleByWidth);
     colour = SV_initParam("colour", SV_Type.COLOR, "Paper Colour");
-    SV_setParamValue(colour, [244, 234, 212, 255]); // bytes; the host hands colours back as 0 to 1
+    SV_setParamValue(colour, [244, 234, 212, 255]); // the default is in bytes; the value is read as 0 to 1
     fade = slider("fade", "Fade", 0.25, 0, 1, 2);
     wrap = SV_initParam("wrap", SV_Type.POPUP, "Tiling");
     SV_setParamChoices(wrap, "Repeat|Mirror|Stretch Edges");
@@ -32,11 +32,11 @@ function setup() {
     behind = SV_initParam("behind", SV_Type.BOOL, "Paper Behind the Layer");
     SV_setParamValue(behind, 1);
 
-    sheet = SV_initTexture("/paper.png"); // a file of this folder or package
+    sheet = SV_initTexture("/paper.png"); // an image of this folder or package
     shader = SV_initShader("paper");
 }
 
-// The colour as 0 to 1, also while it still holds the default.
+// Returns the colour as 0 to 1, even while it still holds its default, which is in bytes.
 function unit(param) {
     var value = SV_getParamValue(param);
     return value[3] > 1 ? [value[0] / 255, value[1] / 255, value[2] / 255, value[3] / 255] : value;

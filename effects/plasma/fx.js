@@ -1,4 +1,4 @@
-// Plasma: a generator. It needs no input, moves with time, and blends over the layer where there is one.
+// Plasma: a generator. It needs no input, changes with time, and is drawn over the layer when there is one.
 
 var scale, speed, detail, bands, low, middle, high, opacity, mask; // parameters
 var shader;
@@ -12,14 +12,14 @@ function slider(name, label, value, least, most, digits, flags) {
     return param;
 }
 
-// The host takes a colour's default as bytes (0 to 255) and hands colours back as 0 to 1.
+// The default of a colour is in bytes (0 to 255); the host returns its value as 0 to 1.
 function colour(name, label, red, green, blue) {
     var param = SV_initParam(name, SV_Type.COLOR, label);
     SV_setParamValue(param, [red, green, blue, 255]);
     return param;
 }
 
-// The colour as 0 to 1, also while it still holds the default.
+// Returns the colour as 0 to 1, even while it still holds its default, which is in bytes.
 function unit(param) {
     var value = SV_getParamValue(param);
     return value[3] > 1 ? [value[0] / 255, value[1] / 255, value[2] / 255, value[3] / 255] : value;

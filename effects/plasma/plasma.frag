@@ -1,16 +1,16 @@
 uniform sampler2D image;
-uniform vec2 size;     // of the output, in pixels
+uniform vec2 size;     // size of the output, in pixels
 uniform float clock;   // seconds times speed
-uniform float scale;   // pixels of one wave
+uniform float scale;   // length of a wave, in pixels
 uniform float detail;  // strength of the small waves, 0..1
-uniform float bands;   // how often the colours repeat
+uniform float bands;   // number of repetitions of the colours
 uniform vec4 low;
 uniform vec4 middle;
 uniform vec4 high;
-uniform float cover;   // 0 shows the layer, 1 the plasma
+uniform float cover;   // opacity of the plasma: 0 shows only the layer
 uniform bool mask;
 
-// Waves bent by earlier waves; -1..1 or so.
+// Returns waves that are distorted by other waves, about -1..1.
 float waves(vec2 p) {
     float sum = 0.0;
     float total = 0.0;
@@ -31,7 +31,7 @@ void main() {
     float t = 0.5 - 0.5 * cos(3.1416 * bands * (0.5 + 0.75 * waves(p)));
     vec4 plasma = t < 0.5 ? mix(low, middle, smoothstep(0.0, 0.5, t)) : mix(middle, high, smoothstep(0.5, 1.0, t));
 
-    // Straight-alpha "over": colours are weighted by what they cover.
+    // The operator "over" for straight alpha: colours are weighted by their coverage.
     vec4 layer = texture2D(image, gl_TexCoord[0].xy);
     float front = cover * plasma.a * (mask ? layer.a : 1.0);
     float back = layer.a * (1.0 - (mask ? cover * plasma.a : front));
