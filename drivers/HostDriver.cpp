@@ -11,6 +11,7 @@
 #include "host/EntryPoint.h"
 #include "parameters/ParameterTraits.h"
 #include "platform/CGL.h"
+#include "platform/CoreFoundation.h"
 #include "platform/GLProblem.h"
 #include "toolkit/Downsampling.h"
 #include "toolkit/Errors.h"
@@ -50,6 +51,19 @@ PF_Err WatchedEntry(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamList
     return s_Entry(command, in, out, params, output, extra);
 }
 
+// The bundle in a folder, for hosts that report a reference instead of a path. Null when there is none.
+std::shared_ptr<void> BundleAt(const std::string& path) {
+    const auto* bytes = reinterpret_cast<const UInt8*>(path.data());
+    CFURLRef url = CFURLCreateFromFileSystemRepresentation(kCFAllocatorDefault, bytes,
+                                                           static_cast<CFIndex>(path.size()), true);
+    const CFBundleRef bundle = url ? CFBundleCreate(kCFAllocatorDefault, url) : nullptr;
+    if (url)
+        CFRelease(url);
+    if (!bundle)
+        return nullptr;
+    return {bundle, [](void* reference) { CFRelease(reference); }};
+}
+
 void* CurrentContext() {
     return CGLGetCurrentContext();
 }
@@ -80,6 +94,7 @@ HostDriver::HostDriver(const HostSettings& settings, const EffectSource* source)
     stricthost::Options options;
     options.personality = settings.personality;
     options.currentContext = CurrentContext;
+    options.quirks = settings.quirks;
     options.allowParamGap = true; // an effect may declare a type that hosts do not know
     if (source) {
         source->Select();
@@ -94,6 +109,8 @@ HostDriver::HostDriver(const HostSettings& settings, const EffectSource* source)
         s_Entry = m_Module->Entry();
         options.pluginPath = settings.bundle;
     }
+    m_Bundle = BundleAt(options.pluginPath);
+    options.bundleReference = m_Bundle.get();
     m_Host = std::make_unique<stricthost::StrictHost>(WatchedEntry, options);
     setUp(source);
 }

@@ -15,6 +15,7 @@ struct HostSettings {
     stricthost::Personality personality = stricthost::Personality::AfterEffects;
     unsigned across = 1, down = 1; // preview resolution: layer pixels per rendered pixel
     double pixelAspect = 1;        // width / height of a pixel
+    stricthost::Quirks quirks;     // behaviour of real programs that the emulated one shows
     std::string bundle; // a .plugin to load; empty selects the plug-in that is linked into the tool
 };
 
@@ -51,6 +52,7 @@ private:
 
     HostSettings m_Settings;
     std::unique_ptr<stricthost::PluginModule> m_Module;
+    std::shared_ptr<void> m_Bundle; // a CFBundleRef; outlives the host, which passes it to the plug-in
     std::unique_ptr<stricthost::StrictHost> m_Host;
     std::vector<Row> m_Rows;
     stricthost::Instance* m_Instance = nullptr; // belongs to the host; created for the first picture

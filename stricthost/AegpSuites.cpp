@@ -1,3 +1,5 @@
+#include <future>
+
 #include "AE_GeneralPlug.h"
 #include "stricthost/FrameGeometry.h"
 #include "stricthost/HostCall.h"
@@ -136,10 +138,15 @@ A_Err RenderLayerFrame(AEGP_LayerRenderOptionsH options, AEGP_RenderSuiteCheckFo
     HostCore& host = HostCall::Require(what)->host;
     if (!host.options.upstreamFrame)
         return A_Err_GENERIC;
-    const fxhost::Picture picture = host.options.upstreamFrame(object->time.value, object->time.scale);
-    World& world = host.worlds.Create(
-        {picture.width, picture.height, FormatOfBits(picture.depth), host.options.rowPadding},
-        "an earlier frame");
+    if (host.Interrupted(*HostCall::Require(what)))
+        return PF_Interrupt_CANCEL;
+    const auto render = [&] { return host.options.upstreamFrame(object->time.value, object->time.scale); };
+    const fxhost::Picture picture =
+        host.options.quirks.upstreamThread ? std::async(std::launch::async, render).get() : render();
+    World& world =
+        host.worlds.Create(host.Shape(static_cast<A_long>(picture.width), static_cast<A_long>(picture.height),
+                                      FormatOfBits(picture.depth)),
+                           "an earlier frame");
     world.Load(picture, 0, 0);
     AegpObject& made = host.aegp.Create(AegpObject::Kind::FrameReceipt);
     made.world = &world;

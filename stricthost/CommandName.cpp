@@ -24,6 +24,7 @@ constexpr CommandRow s_Commands[] = {
     {PF_Cmd_UPDATE_PARAMS_UI, "UPDATE_PARAMS_UI"},
     {PF_Cmd_SMART_PRE_RENDER, "SMART_PRE_RENDER"},
     {PF_Cmd_SMART_RENDER, "SMART_RENDER"},
+    {28, "GET_FLATTENED_SEQUENCE_DATA"},
 };
 
 } // namespace

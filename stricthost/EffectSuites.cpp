@@ -28,7 +28,7 @@ PF_Err FloatColor(PF_ProgPtr effect, const PF_ParamDef* def, PF_PixelFloat* colo
         return PF_Err_BAD_CALLBACK_PARAM;
     const A_long index = call->IndexOf(def);
     const ColorValue value = index > 0 && call->instance
-                                 ? call->instance->Color(index)
+                                 ? call->instance->ColorAt(index, call->TimeOf(def))
                                  : ColorValue::FromBytes(def->u.cd.value.red, def->u.cd.value.green,
                                                          def->u.cd.value.blue, def->u.cd.value.alpha);
     *color = {value.alpha, value.red, value.green, value.blue};

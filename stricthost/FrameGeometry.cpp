@@ -14,8 +14,8 @@ namespace {
 
 // Format of Premiere Pro's worlds of this depth; 0 when the plug-in declared none.
 std::uint32_t PremiereFormat(const HostCore& host, unsigned bits) {
-    if (FormatBits(host.options.undeclaredFormat) == bits)
-        return host.options.undeclaredFormat;
+    if (host.options.quirks.bgra && bits == 8)
+        return PixelFormats::Bgra8;
     for (const std::uint32_t format : host.formats)
         if (FormatBits(format) == bits)
             return format;
@@ -34,7 +34,7 @@ A_long FullResolution(unsigned pixels, const PF_RationalScale& scale) {
 }
 
 WorldShape ShapeOf(const HostCore& host, const fxhost::Picture& picture, std::uint32_t format) {
-    return {picture.width, picture.height, format, host.options.rowPadding};
+    return host.Shape(static_cast<A_long>(picture.width), static_cast<A_long>(picture.height), format);
 }
 
 } // namespace
@@ -95,6 +95,7 @@ void FillFrame(HostCall& call, const FrameState& frame) {
     const Extents layer = LayerSize(spec);
     call.frame = &frame;
     call.instance->FillIn(call.in);
+    call.in.sequence_data = call.instance->RenderData();
     call.in.current_time = spec.time;
     call.in.time_step = spec.timeStep;
     call.in.local_time_step = spec.timeStep;

@@ -59,6 +59,11 @@ void HostCall::PassParams(std::vector<PF_ParamDef> defs) {
     paramPointers.push_back(nullptr);
 }
 
+HostTime HostCall::TimeOf(const PF_ParamDef* def) const {
+    const auto found = checkouts.find(def);
+    return found != checkouts.end() ? found->second.time : HostTime{in.current_time, in.time_scale};
+}
+
 A_long HostCall::IndexOf(const PF_ParamDef* def) const {
     if (const auto found = checkouts.find(def); found != checkouts.end())
         return found->second.index;

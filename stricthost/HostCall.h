@@ -14,6 +14,12 @@ class World;
 struct FrameState;
 struct SmartState;
 
+// A time as commands give it: `value` units, `scale` of which make a second.
+struct HostTime {
+    A_long value;
+    A_u_long scale;
+};
+
 // One command on its way to the plug-in. Its address is the effect_ref that the plug-in passes back, so every
 // callback finds its command. Belongs to the thread that sends the command.
 struct HostCall {
@@ -33,6 +39,8 @@ struct HostCall {
 
     // Hands definitions with values over as params[], with a null pointer after the last one.
     void PassParams(std::vector<PF_ParamDef> defs);
+    // Time for which a definition was filled.
+    HostTime TimeOf(const PF_ParamDef* def) const;
     // Index of the parameter that a definition was filled for; -1 when it is not one of this command's.
     A_long IndexOf(const PF_ParamDef* def) const;
 
@@ -40,6 +48,7 @@ struct HostCall {
     struct Checkout {
         A_long index;
         World* world; // pixels of a layer, or null
+        HostTime time;
     };
 
     HostCore& host;
@@ -51,6 +60,7 @@ struct HostCall {
     std::vector<PF_ParamDef*> paramPointers;
     std::map<const PF_ParamDef*, Checkout> checkouts;
     std::map<PF_Handle, int> locks;    // balance of lock and unlock in this command
+    bool flattens = false;             // returns a copy in sequence_data
     A_long added = 0;                  // number of parameters added
     const FrameState* frame = nullptr; // set for rendering commands
     SmartState* smart = nullptr;       // set for smart pre-render and smart render

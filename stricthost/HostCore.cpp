@@ -30,6 +30,19 @@ HostCore::HostCore(PF_FilterProc entryPoint, Options hostOptions)
     : entry(entryPoint), options(std::move(hostOptions)), handles(violations, options.allocations),
       worlds(violations), suites(options, violations), aegp(violations) {}
 
+WorldShape HostCore::Shape(A_long width, A_long height, std::uint32_t format) const {
+    return {static_cast<unsigned>(width),
+            static_cast<unsigned>(height),
+            format,
+            options.rowPadding,
+            options.quirks.negativeStrides && IsPremiere(),
+            options.paddingValue};
+}
+
+bool HostCore::Interrupted(const HostCall& call) {
+    return options.interruptAt != 0 && call.frame && ++m_FrameCallbacks >= options.interruptAt;
+}
+
 void HostCore::FillIn(HostCall& call) {
     PF_InData& in = call.in;
     in.inter = InteractTable();
@@ -72,7 +85,7 @@ PF_Err HostCore::Send(HostCall& call, PF_LayerDef* output, void* extra) {
     void* context = options.currentContext ? options.currentContext() : nullptr;
     const PF_Err err = Enter(call, output, extra);
     CheckAfter(call, context);
-    if (!SetsSequenceData(call.command) && call.out.sequence_data != sequence)
+    if (!SetsSequenceData(call.command) && !call.flattens && call.out.sequence_data != sequence)
         call.Report("replaced sequence_data");
     return err;
 }

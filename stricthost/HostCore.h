@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -36,6 +37,17 @@ public:
                (outFlags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) != 0;
     }
 
+    // Layout of the host's worlds, sizes in pixels.
+    WorldShape Shape(A_long width, A_long height, std::uint32_t format) const;
+    // Counts a callback of a frame command; true when the user interrupts the frame (Options::interruptAt).
+    bool Interrupted(const HostCall& call);
+    // Restarts that count for a new frame.
+    void StartFrame() { m_FrameCallbacks = 0; }
+    // True when the plug-in's sequence data may be copied as bytes under the quirk "byte-copies".
+    bool CopiesBytes() const {
+        return options.quirks.byteCopies && (outFlags & PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING) == 0;
+    }
+
     PF_FilterProc entry;
     Options options;
     ViolationList violations;
@@ -52,6 +64,7 @@ public:
 
 private:
     LiveHosts m_Registration{*this};
+    std::atomic<unsigned> m_FrameCallbacks{0};
 
     void FillIn(HostCall& call);
     PF_Err Enter(HostCall& call, PF_LayerDef* output, void* extra);

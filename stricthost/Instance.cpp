@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <future>
 #include <iterator>
 
 #include "stricthost/ClassicFrame.h"
@@ -11,6 +12,16 @@
 #include "stricthost/StrictHost.h"
 
 namespace stricthost {
+
+namespace {
+
+// Named by newer versions of the interface.
+constexpr PF_Cmd s_GetFlattened = 28;                    // PF_Cmd_GET_FLATTENED_SEQUENCE_DATA
+constexpr PF_OutFlags2 s_SupportsGetFlattened = 1 << 23; // PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA
+constexpr PF_InFlags s_RenderOnly = 1;                   // PF_InFlag_PROJECT_IS_RENDER_ONLY
+constexpr PF_ParamUIFlags s_Invisible = 1 << 9;          // PF_PUI_INVISIBLE
+
+} // namespace
 
 Instance::Instance(StrictHost& owner, HostCore& core, A_long width, A_long height)
     : m_Owner(owner), m_Core(core), m_Width(width), m_Height(height) {
@@ -50,83 +61,145 @@ void Instance::Check(const HostCall& call, PF_Err err) {
 }
 
 // The host disposes of a handle that the plug-in replaced.
-void Instance::TakeSequence(const HostCall& call) {
+void Instance::TakeSequence(const HostCall& call, PF_Handle& data) {
     const PF_Handle next = call.out.sequence_data;
-    if (next != m_Sequence)
-        m_Core.handles.DisposeOwn(m_Sequence);
-    m_Sequence = m_Core.handles.IsLive(next) ? next : nullptr;
+    if (next != data)
+        m_Core.handles.DisposeOwn(data);
+    data = m_Core.handles.IsLive(next) ? next : nullptr;
 }
 
 void Instance::SetUp() {
     HostCall call(m_Core, PF_Cmd_SEQUENCE_SETUP, this);
     FillIn(call.in);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
-    TakeSequence(call);
+    TakeSequence(call, m_Sequence);
     Check(call, err);
 }
 
-void Instance::Resetup() {
+void Instance::Resetup(PF_Handle& data, PF_Handle from, PF_InFlags flags) {
+    data = from;
     HostCall call(m_Core, PF_Cmd_SEQUENCE_RESETUP, this);
     FillIn(call.in);
-    const PF_Err err = m_Core.Send(call, nullptr, nullptr);
-    TakeSequence(call);
+    call.in.sequence_data = from;
+    call.in.in_flags = flags;
+    const auto send = [&] { return m_Core.Send(call, nullptr, nullptr); };
+    const PF_Err err =
+        m_Core.options.quirks.resetupThread ? std::async(std::launch::async, send).get() : send();
+    TakeSequence(call, data);
     Check(call, err);
-}
-
-void Instance::SetUpFrom(PF_Handle flat) {
-    m_Sequence = flat;
-    Resetup();
 }
 
 void Instance::Flatten() {
     HostCall call(m_Core, PF_Cmd_SEQUENCE_FLATTEN, this);
     FillIn(call.in);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
-    TakeSequence(call);
+    TakeSequence(call, m_Sequence);
+    Check(call, err);
+}
+
+// The host owns the handle that the plug-in returns; the live one stays.
+std::vector<char> Instance::FlattenedCopy() {
+    HostCall call(m_Core, s_GetFlattened, this);
+    FillIn(call.in);
+    call.flattens = true;
+    const PF_Err err = m_Core.Send(call, nullptr, nullptr);
+    const PF_Handle flat = call.out.sequence_data;
+    if (err == PF_Err_NONE && (!flat || flat == m_Sequence))
+        call.Report("returned no flattened copy of its own");
+    std::vector<char> bytes = m_Core.handles.Bytes(flat);
+    if (flat != m_Sequence)
+        m_Core.handles.DisposeOwn(flat);
+    Check(call, err);
+    return bytes;
+}
+
+void Instance::SetDownData(PF_Handle& data) {
+    HostCall call(m_Core, PF_Cmd_SEQUENCE_SETDOWN, this);
+    FillIn(call.in);
+    call.in.sequence_data = data;
+    const PF_Err err = m_Core.Send(call, nullptr, nullptr);
+    if (data && m_Core.handles.IsLive(data)) {
+        call.Report("did not dispose of sequence_data");
+        m_Core.handles.DisposeOwn(data);
+    }
+    data = nullptr;
     Check(call, err);
 }
 
 void Instance::SetDown() {
-    HostCall call(m_Core, PF_Cmd_SEQUENCE_SETDOWN, this);
-    FillIn(call.in);
-    const PF_Err err = m_Core.Send(call, nullptr, nullptr);
-    if (m_Sequence && m_Core.handles.IsLive(m_Sequence)) {
-        call.Report("did not dispose of sequence_data");
-        m_Core.handles.DisposeOwn(m_Sequence);
-    }
-    m_Sequence = nullptr;
-    Check(call, err);
+    if (m_HasRenderCopy)
+        SetDownData(m_RenderSequence);
+    m_HasRenderCopy = false;
+    SetDownData(m_Sequence);
+}
+
+std::optional<std::vector<char>> Instance::BytesForCopy() {
+    if (m_Core.options.quirks.nullResetup)
+        return std::nullopt;
+    if (m_Core.CopiesBytes() && m_Sequence)
+        return m_Core.handles.Bytes(m_Sequence);
+    if (m_Core.options.quirks.getFlattened && (m_Core.outFlags2 & s_SupportsGetFlattened) && m_Sequence)
+        return FlattenedCopy();
+    Flatten();
+    std::optional<std::vector<char>> bytes;
+    if (m_Sequence)
+        bytes = m_Core.handles.Bytes(m_Sequence);
+    Resetup(m_Sequence, m_Sequence);
+    return bytes;
 }
 
 Instance& Instance::Duplicate() {
     const std::lock_guard lock(m_Mutex);
     RequireLive();
-    Flatten();
-    const std::vector<char> bytes = m_Core.handles.Bytes(m_Sequence);
-    const bool hasData = m_Sequence != nullptr;
-    Resetup();
+    const auto bytes = BytesForCopy();
     Instance& copy = m_Owner.AddInstance(m_Width, m_Height);
     copy.m_Values = m_Values;
+    copy.m_Animations = m_Animations;
     copy.m_Controls = m_Controls;
-    copy.SetUpFrom(hasData ? m_Core.handles.NewFrom(bytes) : nullptr);
+    const PF_Handle data = bytes ? m_Core.handles.NewFrom(*bytes) : nullptr;
+    if (data && m_Core.CopiesBytes())
+        copy.m_Sequence = data; // in use as it is, without a command
+    else
+        copy.Resetup(copy.m_Sequence, data);
     return copy;
 }
 
+// A saved project holds flattened data, whatever the plug-in's flags, unless the host copies bytes.
 std::vector<char> Instance::SaveAndReopen() {
     const std::lock_guard lock(m_Mutex);
     RequireLive();
-    Flatten();
-    const std::vector<char> bytes = m_Core.handles.Bytes(m_Sequence);
-    const bool hasData = m_Sequence != nullptr;
+    std::optional<std::vector<char>> bytes;
+    if (m_Core.options.quirks.nullResetup || m_Core.CopiesBytes() || m_Core.options.quirks.getFlattened) {
+        bytes = BytesForCopy();
+    } else {
+        Flatten();
+        if (m_Sequence)
+            bytes = m_Core.handles.Bytes(m_Sequence);
+    }
     SetDown();
-    SetUpFrom(hasData ? m_Core.handles.NewFrom(bytes) : nullptr);
-    return bytes;
+    Resetup(m_Sequence, bytes ? m_Core.handles.NewFrom(*bytes) : nullptr);
+    return bytes.value_or(std::vector<char>());
+}
+
+PF_Handle Instance::RenderData() const {
+    if (m_Core.options.quirks.nullRenderData && (m_Core.outFlags2 & PF_OutFlag2_SUPPORTS_THREADED_RENDERING))
+        return nullptr;
+    return m_HasRenderCopy ? m_RenderSequence : m_Sequence;
+}
+
+void Instance::MakeRenderCopy() {
+    if (m_HasRenderCopy || !m_Core.options.quirks.renderCopies || m_Core.IsPremiere())
+        return;
+    m_HasRenderCopy = true;
+    Resetup(m_RenderSequence, nullptr, s_RenderOnly);
 }
 
 void Instance::Delete() {
     const std::lock_guard lock(m_Mutex);
     RequireLive();
     m_Deleted = true;
+    if (m_Core.options.quirks.flatSetdown)
+        Flatten();
     SetDown();
 }
 
@@ -138,6 +211,14 @@ void Instance::SetValue(std::size_t index, const ParamValue& value) {
         throw std::invalid_argument("the value does not have the kind of parameter " + std::to_string(index) +
                                     ", \"" + m_Core.params[index].label + "\"");
     m_Values[index] = value;
+    m_Animations.erase(index);
+}
+
+void Instance::Animate(std::size_t index, Animation animation) {
+    const std::lock_guard lock(m_Mutex);
+    RequireLive();
+    RequireParam(index);
+    m_Animations[index] = std::move(animation);
 }
 
 const ParamValue& Instance::Value(std::size_t index) const {
@@ -161,30 +242,42 @@ void Instance::SetLayerSize(A_long width, A_long height) {
     m_Height = height;
 }
 
-PF_ParamDef Instance::Definition(A_long index, const PF_InData& in) const {
+PF_ParamDef Instance::Definition(A_long index, const PF_InData& in, HostTime time) const {
     const auto i = static_cast<std::size_t>(index);
     PF_ParamDef def = m_Core.params[i].def;
     def.ui_flags = m_Controls[i].uiFlags;
+    if (m_Core.options.quirks.hiddenParameters && i > 0)
+        def.ui_flags |= PF_PUI_DISABLED | s_Invisible;
     std::memset(def.name, 0, sizeof def.name);
     m_Controls[i].label.copy(def.name, sizeof def.name - 1);
-    WriteValue(m_Values[i], Factor(in.downsample_x), Factor(in.downsample_y), def);
+    WriteValue(ValueAt(index, time), Factor(in.downsample_x), Factor(in.downsample_y), def);
     return def;
 }
 
 std::vector<PF_ParamDef> Instance::Definitions(const PF_InData& in) const {
     std::vector<PF_ParamDef> defs;
     for (std::size_t i = 0; i < m_Values.size(); ++i)
-        defs.push_back(Definition(static_cast<A_long>(i), in));
+        defs.push_back(Definition(static_cast<A_long>(i), in, {in.current_time, in.time_scale}));
     return defs;
 }
 
-LayerValue Instance::Layer(A_long index) const {
-    const auto* layer = std::get_if<LayerValue>(&m_Values[static_cast<std::size_t>(index)]);
+ParamValue Instance::ValueAt(A_long index, HostTime time) const {
+    const auto i = static_cast<std::size_t>(index);
+    const auto animation = m_Animations.find(i);
+    if (animation == m_Animations.end())
+        return m_Values[i];
+    return animation->second(time.scale ? static_cast<double>(time.value) / time.scale : 0.0);
+}
+
+LayerValue Instance::LayerAt(A_long index, HostTime time) const {
+    const ParamValue value = ValueAt(index, time);
+    const auto* layer = std::get_if<LayerValue>(&value);
     return layer ? *layer : nullptr;
 }
 
-ColorValue Instance::Color(A_long index) const {
-    const auto* color = std::get_if<ColorValue>(&m_Values[static_cast<std::size_t>(index)]);
+ColorValue Instance::ColorAt(A_long index, HostTime time) const {
+    const ParamValue value = ValueAt(index, time);
+    const auto* color = std::get_if<ColorValue>(&value);
     return color ? *color : ColorValue();
 }
 
@@ -225,6 +318,7 @@ PF_Err Instance::UserChanged(std::size_t index) {
 
 FrameResult Instance::RenderOnce(const FrameSpec& spec, std::uint32_t seed,
                                  std::vector<std::uint32_t>& unwritten) {
+    m_Core.StartFrame();
     const FrameState frame = {spec, FrameFormat(m_Core, spec), seed};
     return m_Core.Smart() ? RenderSmart(*this, frame, unwritten) : RenderClassic(*this, frame, unwritten);
 }
@@ -234,6 +328,7 @@ FrameResult Instance::RenderOnce(const FrameSpec& spec, std::uint32_t seed,
 FrameResult Instance::Render(const FrameSpec& spec) {
     const std::lock_guard lock(m_Mutex);
     RequireLive();
+    MakeRenderCopy();
     std::vector<std::uint32_t> unwritten, again, both;
     FrameResult result = RenderOnce(spec, 1, unwritten);
     if (unwritten.empty())

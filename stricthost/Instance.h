@@ -1,13 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "stricthost/CommandError.h"
 #include "stricthost/FrameResult.h"
 #include "stricthost/FrameSpec.h"
+#include "stricthost/HostCall.h"
 #include "stricthost/ParamTable.h"
 
 namespace stricthost {
@@ -38,6 +42,11 @@ public:
     // Throws std::invalid_argument for a value of another kind than the parameter's.
     void SetValue(std::size_t index, const ParamValue& value);
     const ParamValue& Value(std::size_t index) const;
+    // Animates a parameter: its value at a time, in seconds, is what the function returns, which must be of
+    // the parameter's kind. Commands of frames and checkouts use it; SetValue ends it. Called on rendering
+    // threads.
+    using Animation = std::function<ParamValue(double seconds)>;
+    void Animate(std::size_t index, Animation animation);
     // Label and state of the control, as the plug-in last set them.
     const std::string& Label(std::size_t index) const;
     bool IsEnabled(std::size_t index) const;
@@ -59,14 +68,19 @@ public:
     FrameResult Render(const FrameSpec& spec);
 
     // For the callbacks, while a command of this instance runs:
-    // Definitions hold values and labels; points are scaled by the down-sampling in `in`.
-    PF_ParamDef Definition(A_long index, const PF_InData& in) const;
+    // Definitions hold values and labels; points are scaled by the down-sampling in `in`. Definitions() are
+    // those of the command's time.
+    PF_ParamDef Definition(A_long index, const PF_InData& in, HostTime time) const;
     std::vector<PF_ParamDef> Definitions(const PF_InData& in) const;
-    // Null or black when the parameter is of another kind.
-    LayerValue Layer(A_long index) const;
-    ColorValue Color(A_long index) const;
+    // The value at a time, animated or not.
+    ParamValue ValueAt(A_long index, HostTime time) const;
+    // The same as a layer or colour; null or black when the parameter is of another kind.
+    LayerValue LayerAt(A_long index, HostTime time) const;
+    ColorValue ColorAt(A_long index, HostTime time) const;
     // Takes label and flags over from a definition of the plug-in.
     void SetControlState(A_long index, const PF_ParamDef& def);
+    // Sequence data for rendering commands, which differs from the user interface's under some quirks.
+    PF_Handle RenderData() const;
     // Fills in sequence data, sizes and times.
     void FillIn(PF_InData& in) const;
     HostCore& Host() const { return m_Core; }
@@ -76,12 +90,17 @@ private:
     Instance(StrictHost& owner, HostCore& core, A_long width, A_long height);
 
     void SetUp();
-    void SetUpFrom(PF_Handle flat);
+    // Sends RESETUP with this data, null for none, and stores the new data in `data`.
+    void Resetup(PF_Handle& data, PF_Handle from, PF_InFlags flags = 0);
     void Flatten();
-    void Resetup();
     void SetDown();
+    void SetDownData(PF_Handle& data);
+    // Bytes to set a copy up from; nothing for a copy without data.
+    std::optional<std::vector<char>> BytesForCopy();
+    std::vector<char> FlattenedCopy();
+    void MakeRenderCopy();
     void Check(const HostCall& call, PF_Err err);
-    void TakeSequence(const HostCall& call);
+    void TakeSequence(const HostCall& call, PF_Handle& data);
     PF_Err SendUi(HostCall& call, void* extra);
     FrameResult RenderOnce(const FrameSpec& spec, std::uint32_t seed, std::vector<std::uint32_t>& unwritten);
     void RequireLive() const;
@@ -96,9 +115,12 @@ private:
     HostCore& m_Core;
     std::mutex m_Mutex;
     PF_Handle m_Sequence = nullptr;
+    PF_Handle m_RenderSequence = nullptr; // under the quirk "render-copies"
+    bool m_HasRenderCopy = false;
     A_long m_Width;
     A_long m_Height;
     std::vector<ParamValue> m_Values;
+    std::map<std::size_t, Animation> m_Animations;
     std::vector<ControlState> m_Controls;
     PF_OutFlags m_LastOutFlags = 0;
     bool m_Deleted = false;

@@ -1,10 +1,13 @@
 #include "stricthost/InteractCallbacks.h"
 
+#include <algorithm>
+
 #include "AE_EffectUI.h"
 #include "stricthost/FrameGeometry.h"
 #include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
 #include "stricthost/Instance.h"
+#include "stricthost/SmartState.h"
 
 namespace stricthost {
 
@@ -14,9 +17,18 @@ bool IsPassed(const HostCall& call, const PF_ParamDef* def) {
     return !call.params.empty() && def >= call.params.data() && def < call.params.data() + call.params.size();
 }
 
+// False for layers that smart render may only use through checkout_layer.
+bool MayHavePixels(const HostCall& call, A_long index) {
+    if (!call.host.options.quirks.bareLayers || !call.smart)
+        return true;
+    const auto& layers = call.smart->layers;
+    return std::any_of(layers.begin(), layers.end(),
+                       [index](const auto& layer) { return layer.second.index == index; });
+}
+
 // Makes the world of a checked-out layer. An empty layer leaves the definition without pixels.
-World* MakeLayerWorld(HostCall& call, A_long index, PF_ParamDef& def) {
-    const LayerValue picture = call.instance->Layer(index);
+World* MakeLayerWorld(HostCall& call, A_long index, HostTime time, PF_ParamDef& def) {
+    const LayerValue picture = call.instance->LayerAt(index, time);
     def.u.ld = {};
     if (!picture && index != 0)
         return nullptr;
@@ -26,7 +38,7 @@ World* MakeLayerWorld(HostCall& call, A_long index, PF_ParamDef& def) {
     return world;
 }
 
-PF_Err CheckoutParam(PF_ProgPtr effect, PF_ParamIndex index, A_long, A_long, A_u_long scale,
+PF_Err CheckoutParam(PF_ProgPtr effect, PF_ParamIndex index, A_long time, A_long, A_u_long scale,
                      PF_ParamDef* def) {
     HostCall* call = HostCall::From(effect, "checkout_param");
     if (!call || !def)
@@ -45,9 +57,13 @@ PF_Err CheckoutParam(PF_ProgPtr effect, PF_ParamIndex index, A_long, A_long, A_u
     }
     if (scale == 0)
         call->Report("checked a parameter out at a time without a scale");
-    *def = call->instance->Definition(index, call->in);
-    World* world = def->param_type == PF_Param_LAYER ? MakeLayerWorld(*call, index, *def) : nullptr;
-    call->checkouts[def] = {index, world};
+    if (call->host.Interrupted(*call))
+        return PF_Interrupt_CANCEL;
+    *def = call->instance->Definition(index, call->in, {time, scale});
+    World* world = def->param_type == PF_Param_LAYER && MayHavePixels(*call, index)
+                       ? MakeLayerWorld(*call, index, {time, scale}, *def)
+                       : nullptr;
+    call->checkouts[def] = {index, world, {time, scale}};
     return PF_Err_NONE;
 }
 
@@ -88,12 +104,20 @@ PF_Err AddParam(PF_ProgPtr effect, PF_ParamIndex index, PF_ParamDefPtr def) {
     return PF_Err_NONE;
 }
 
+// Reports whether the user interrupts the frame.
+PF_Err Poll(PF_ProgPtr effect, const char* what) {
+    HostCall* call = HostCall::From(effect, what);
+    if (!call)
+        return PF_Err_BAD_CALLBACK_PARAM;
+    return call->host.Interrupted(*call) ? PF_Interrupt_CANCEL : PF_Err_NONE;
+}
+
 PF_Err Abort(PF_ProgPtr effect) {
-    return HostCall::From(effect, "abort") ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+    return Poll(effect, "abort");
 }
 
 PF_Err Progress(PF_ProgPtr effect, A_long, A_long) {
-    return HostCall::From(effect, "progress") ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+    return Poll(effect, "progress");
 }
 
 PF_Err RegisterUi(PF_ProgPtr effect, PF_CustomUIInfo* info) {

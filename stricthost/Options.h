@@ -8,6 +8,7 @@
 #include "AE_Effect.h"
 #include "AE_GeneralPlug.h"
 #include "pictures/Picture.h"
+#include "stricthost/Quirks.h"
 
 namespace stricthost {
 
@@ -24,11 +25,20 @@ struct Options {
     // Version of the plug-in interface. apiMinor negative: 28 in After Effects and 4 in Premiere Pro.
     A_short apiMajor = 13;
     A_short apiMinor = -1;
+    Quirks quirks;
+    // Interrupts the first frame command that reaches this many callbacks, as a user does who moves a slider
+    // while a frame renders: that callback and the later ones of the frame return PF_Interrupt_CANCEL. 0:
+    // never.
+    unsigned interruptAt = 0;
+    // Platform data 6 for the quirk "bundle-reference": a CFBundleRef that the caller owns. Null: not
+    // available.
+    void* bundleReference = nullptr;
     // Path that the plug-in receives as its own file. Empty: the path of the bundle.
     std::string pluginPath;
     std::set<std::string> missingSuites; // names of suites that cannot be acquired
     long allocations = -1;    // number of handles that can be made before memory runs out; negative: no limit
     unsigned rowPadding = 16; // bytes after the pixels of each row of a world
+    std::uint8_t paddingValue = 0xA5; // of the bytes around the rows
     // Returns the GL context of the calling thread, which is compared before and after every command. Null:
     // no comparison.
     void* (*currentContext)() = nullptr;
@@ -43,9 +53,6 @@ struct Options {
     // Renders the layer before the effect at value / scale seconds, in the depth of the frame that requests
     // it. Called on the thread that renders. Null: such requests of the plug-in fail.
     std::function<fxhost::Picture(A_long value, A_u_long scale)> upstreamFrame;
-    // Premiere Pro: the format of all worlds, whatever formats the plug-in declared; 0: a declared one. With
-    // PixelFormats::Bgra8 the host delivers B, G, R, A pixels in frames of 8 bits.
-    std::uint32_t undeclaredFormat = 0;
     A_Err registerError = A_Err_NONE;    // result of registering with the AEGP layer
     std::set<PF_ParamType> refusedTypes; // kinds of parameters that this host does not support
     // Accepts a parameter count that is larger than the number of added parameters.

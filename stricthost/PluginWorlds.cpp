@@ -11,8 +11,7 @@ PF_Err CreatePluginWorld(PF_ProgPtr effect, A_long width, A_long height, std::ui
     HostCall* call = HostCall::From(effect, "new_world");
     if (!call || !def || width < 0 || height < 0 || FormatBits(format) == 0)
         return PF_Err_BAD_CALLBACK_PARAM;
-    const WorldShape shape = {static_cast<unsigned>(width), static_cast<unsigned>(height), format,
-                              call->host.options.rowPadding};
+    const WorldShape shape = call->host.Shape(width, height, format);
     World& world = call->host.worlds.Create(shape, std::string("a world made in ") + call->Name(), true);
     world.Clear();
     *def = world.Def();

@@ -21,10 +21,10 @@ HostCall* SmartCall(PF_ProgPtr effect, PF_Cmd command, const char* what) {
     return nullptr;
 }
 
-PF_LRect LayerRect(const HostCall& call, A_long index) {
+PF_LRect LayerRect(const HostCall& call, A_long index, HostTime time) {
     if (index == 0)
         return InputRect(call.frame->spec);
-    const LayerValue picture = call.instance->Layer(index);
+    const LayerValue picture = call.instance->LayerAt(index, time);
     if (!picture)
         return {};
     return {0, 0, static_cast<A_long>(picture->width), static_cast<A_long>(picture->height)};
@@ -37,10 +37,12 @@ bool ReservedIsZero(const PF_RenderRequest& request) {
 }
 
 PF_Err CheckoutLayer(PF_ProgPtr effect, PF_ParamIndex index, A_long id, const PF_RenderRequest* request,
-                     A_long, A_long, A_u_long scale, PF_CheckoutResult* result) {
+                     A_long time, A_long, A_u_long scale, PF_CheckoutResult* result) {
     HostCall* call = SmartCall(effect, PF_Cmd_SMART_PRE_RENDER, "checkout_layer");
     if (!call || !request || !result)
         return PF_Err_BAD_CALLBACK_PARAM;
+    if (call->host.Interrupted(*call))
+        return PF_Interrupt_CANCEL;
     const bool exists = index >= 0 && index < static_cast<A_long>(call->host.params.Size());
     if (!exists || call->host.params[static_cast<std::size_t>(index)].type != PF_Param_LAYER) {
         call->Report("checked out parameter " + std::to_string(index) + " as a layer");
@@ -54,14 +56,14 @@ PF_Err CheckoutLayer(PF_ProgPtr effect, PF_ParamIndex index, A_long id, const PF
         call->Report("set reserved fields of a render request");
     if (scale == 0)
         call->Report("checked out a layer at a time without a scale");
-    const PF_LRect whole = LayerRect(*call, index);
+    const PF_LRect whole = LayerRect(*call, index, {time, scale});
     *result = {};
     result->max_result_rect = whole;
     result->result_rect = Intersection(request->rect, whole);
     result->par = call->frame->spec.pixelAspect;
     result->ref_width = call->in.width;
     result->ref_height = call->in.height;
-    call->smart->layers[id] = {index, result->result_rect};
+    call->smart->layers[id] = {index, {time, scale}, result->result_rect};
     return PF_Err_NONE;
 }
 
@@ -74,12 +76,11 @@ PF_Err GuidMixIn(PF_ProgPtr effect, A_u_long size, const void* bytes) {
 World* CreatePart(HostCall& call, const SmartState::Layer& layer, A_long id) {
     if (IsEmpty(layer.rect))
         return nullptr;
-    const LayerValue own = layer.index == 0 ? nullptr : call.instance->Layer(layer.index);
+    const LayerValue own = layer.index == 0 ? nullptr : call.instance->LayerAt(layer.index, layer.time);
     const fxhost::Picture& picture = layer.index == 0 ? *call.frame->spec.input : *own;
-    const PF_LRect whole = LayerRect(call, layer.index);
-    const WorldShape shape = {static_cast<unsigned>(layer.rect.right - layer.rect.left),
-                              static_cast<unsigned>(layer.rect.bottom - layer.rect.top),
-                              FormatOfBits(picture.depth), call.host.options.rowPadding};
+    const PF_LRect whole = LayerRect(call, layer.index, layer.time);
+    const WorldShape shape = call.host.Shape(layer.rect.right - layer.rect.left,
+                                             layer.rect.bottom - layer.rect.top, FormatOfBits(picture.depth));
     World& world = call.host.worlds.Create(shape, "the layer of checkout " + std::to_string(id));
     world.Load(picture, layer.rect.left - whole.left, layer.rect.top - whole.top);
     world.Def().origin_x = layer.rect.left;
@@ -98,6 +99,8 @@ PF_Err CheckoutLayerPixels(PF_ProgPtr effect, A_long id, PF_EffectWorld** pixels
                      (found == call->smart->layers.end() ? "never made" : "took before"));
         return PF_Err_BAD_CALLBACK_PARAM;
     }
+    if (call->host.Interrupted(*call))
+        return PF_Interrupt_CANCEL;
     found->second.taken = true;
     ++call->smart->layersTaken;
     World* world = CreatePart(*call, found->second, id);
@@ -121,6 +124,8 @@ PF_Err CheckoutOutput(PF_ProgPtr effect, PF_EffectWorld** output) {
     HostCall* call = SmartCall(effect, PF_Cmd_SMART_RENDER, "checkout_output");
     if (!call || !output)
         return PF_Err_BAD_CALLBACK_PARAM;
+    if (call->host.Interrupted(*call))
+        return PF_Interrupt_CANCEL;
     SmartState& state = *call->smart;
     if (state.outputTaken)
         call->Report("checked out the output twice");

@@ -71,9 +71,7 @@ public:
         call.in.output_origin_x = input.left - rect.left;
         call.in.output_origin_y = input.top - rect.top;
         ScopedWorld output(m_Host.worlds,
-                           {static_cast<unsigned>(rect.right - rect.left),
-                            static_cast<unsigned>(rect.bottom - rect.top), m_Frame.format,
-                            m_Host.options.rowPadding},
+                           m_Host.Shape(rect.right - rect.left, rect.bottom - rect.top, m_Frame.format),
                            "the output of SMART_RENDER");
         OfferOutput(*output);
         const PF_Err err = Send(call);

@@ -12,6 +12,7 @@ namespace stricthost {
 struct SmartState {
     struct Layer {
         A_long index;       // of the layer parameter; 0 is the input
+        HostTime time;      // that the plug-in requested
         PF_LRect rect;      // area that the plug-in receives, in layer coordinates
         bool taken = false; // true after its pixels were checked out
     };

@@ -1,6 +1,7 @@
 #include "stricthost/StrictHost.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "stricthost/HostCall.h"
 
@@ -33,16 +34,27 @@ void StrictHost::Require(Stage stage, const char* what) const {
 
 void StrictHost::GlobalSetup() {
     Require(Stage::Loaded, "GlobalSetup");
+    SendGlobalSetup();
+    if (m_Core.options.quirks.secondGlobalSetup)
+        SendGlobalSetup();
+    m_Stage = Stage::GlobalsSetUp;
+    CheckFlags();
+}
+
+// The host disposes of the data of an earlier set-up.
+void StrictHost::SendGlobalSetup() {
+    const PF_Handle earlier = std::exchange(m_Core.globalData, nullptr);
     HostCall call(m_Core, PF_Cmd_GLOBAL_SETUP);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
-    m_Core.globalData = m_Core.handles.IsLive(call.out.global_data) ? call.out.global_data : nullptr;
+    const PF_Handle data = call.out.global_data;
+    if (data != earlier)
+        m_Core.handles.DisposeOwn(earlier);
+    m_Core.globalData = m_Core.handles.IsLive(data) ? data : nullptr;
     m_Core.version = call.out.my_version;
     m_Core.outFlags = call.out.out_flags;
     m_Core.outFlags2 = call.out.out_flags2;
     if (err != PF_Err_NONE)
         throw CommandError(PF_Cmd_GLOBAL_SETUP, err, call.Message());
-    m_Stage = Stage::GlobalsSetUp;
-    CheckFlags();
 }
 
 void StrictHost::CheckFlags() {
@@ -91,7 +103,7 @@ Instance& StrictHost::NewInstance(A_long width, A_long height) {
 
 Instance& StrictHost::OpenInstance(const std::vector<char>* flat, A_long width, A_long height) {
     Instance& instance = AddInstance(width, height);
-    instance.SetUpFrom(flat ? m_Core.handles.NewFrom(*flat) : nullptr);
+    instance.Resetup(instance.m_Sequence, flat ? m_Core.handles.NewFrom(*flat) : nullptr);
     return instance;
 }
 

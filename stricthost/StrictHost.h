@@ -61,6 +61,7 @@ private:
     enum class Stage { Loaded, GlobalsSetUp, Ready, Finished };
     Instance& AddInstance(A_long width, A_long height);
     void Require(Stage stage, const char* what) const;
+    void SendGlobalSetup();
     void CheckFlags();
     void FinishInstances();
 

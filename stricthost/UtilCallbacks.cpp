@@ -22,11 +22,18 @@ World* FindWorld(const HostCall& call, const PF_EffectWorld* def, const char* wh
     return world;
 }
 
+// Documented limits: Premiere Pro copies and fills A, R, G, B worlds of 8 bits only.
+bool SupportsCopy(const HostCall& call, const World& world) {
+    return !call.host.IsPremiere() || world.Format() == PixelFormats::Argb8;
+}
+
 PF_Err Copy(PF_ProgPtr effect, PF_EffectWorld* from, PF_EffectWorld* to, PF_Rect* fromRect, PF_Rect* toRect) {
     HostCall* call = HostCall::From(effect, "copy");
     const World* source = call ? FindWorld(*call, from, "copy") : nullptr;
     World* target = call ? FindWorld(*call, to, "copy") : nullptr;
     if (!source || !target)
+        return PF_Err_BAD_CALLBACK_PARAM;
+    if (call->host.options.quirks.limitedCopy && !SupportsCopy(*call, *source))
         return PF_Err_BAD_CALLBACK_PARAM;
     return CopyWorld(*source, *target, fromRect, toRect) ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
 }
@@ -38,6 +45,9 @@ PF_Err FillWith(PF_ProgPtr effect, const Pixel* color, const PF_Rect* area, PF_E
     HostCall* call = HostCall::From(effect, "fill");
     World* world = call ? FindWorld(*call, def, "fill") : nullptr;
     if (!world)
+        return PF_Err_BAD_CALLBACK_PARAM;
+    if (call->host.options.quirks.limitedCopy &&
+        (!SupportsCopy(*call, *world) || world->PixelBytes() != sizeof(Pixel)))
         return PF_Err_BAD_CALLBACK_PARAM;
     const Pixel black = {};
     const bool transparent = !color || std::memcmp(color, &black, sizeof black) == 0;
@@ -58,7 +68,14 @@ PF_Err GetPlatformData(PF_ProgPtr effect, PF_PlatDataID which, void* data) {
     HostCall* call = HostCall::From(effect, "get_platform_data");
     if (!call || !data)
         return PF_Err_BAD_CALLBACK_PARAM;
-    const std::string& path = call->host.options.pluginPath;
+    const Options& options = call->host.options;
+    const std::string& path = options.pluginPath;
+    if (options.quirks.bundleReference) {
+        if (which != PF_PlatData_BUNDLE_REF || !options.bundleReference)
+            return PF_Err_BAD_CALLBACK_PARAM;
+        std::memcpy(data, &options.bundleReference, sizeof options.bundleReference);
+        return PF_Err_NONE;
+    }
     if (path.empty() || path.size() >= AEFX_MAX_PATH)
         return PF_Err_BAD_CALLBACK_PARAM;
     switch (which) {

@@ -11,7 +11,6 @@ namespace stricthost {
 namespace {
 
 constexpr std::size_t s_GuardBytes = 256; // a multiple of any pixel, so that rows without padding are aligned
-constexpr std::uint8_t s_Guard = 0xA5;
 
 // Turns A, R, G, B into B, G, R, A and back. Rows of any alignment.
 void ReverseChannels(std::uint8_t* pixels, std::size_t count, std::size_t channelBytes) {
@@ -21,8 +20,8 @@ void ReverseChannels(std::uint8_t* pixels, std::size_t count, std::size_t channe
     }
 }
 
-bool AllGuard(const std::uint8_t* begin, std::size_t count) {
-    return std::all_of(begin, begin + count, [](std::uint8_t byte) { return byte == s_Guard; });
+bool AllEqual(const std::uint8_t* begin, std::size_t count, std::uint8_t value) {
+    return std::all_of(begin, begin + count, [value](std::uint8_t byte) { return byte == value; });
 }
 
 } // namespace
@@ -32,12 +31,12 @@ World::World(const WorldShape& shape, std::string name)
       m_RowBytes(UsedRowBytes() + shape.padding), m_Size(2 * s_GuardBytes + m_RowBytes * shape.height),
       m_Memory(std::make_unique_for_overwrite<std::uint8_t[]>(m_Size)),
       m_Pixels(m_Memory.get() + s_GuardBytes) {
-    std::memset(m_Memory.get(), s_Guard, s_GuardBytes);
-    std::memset(m_Memory.get() + m_Size - s_GuardBytes, s_Guard, s_GuardBytes);
+    std::memset(m_Memory.get(), shape.guard, s_GuardBytes);
+    std::memset(m_Memory.get() + m_Size - s_GuardBytes, shape.guard, s_GuardBytes);
     for (unsigned y = 0; y < shape.height; ++y)
-        std::memset(Row(y) + UsedRowBytes(), s_Guard, shape.padding);
-    m_Def.data = reinterpret_cast<PF_PixelPtr>(m_Pixels);
-    m_Def.rowbytes = static_cast<A_long>(m_RowBytes);
+        std::memset(Row(y) + UsedRowBytes(), shape.guard, shape.padding);
+    m_Def.data = reinterpret_cast<PF_PixelPtr>(Row(0));
+    m_Def.rowbytes = static_cast<A_long>(m_RowBytes) * (shape.bottomUp ? -1 : 1);
     m_Def.width = static_cast<A_long>(shape.width);
     m_Def.height = static_cast<A_long>(shape.height);
     m_Def.extent_hint = {0, 0, m_Def.width, m_Def.height};
@@ -97,12 +96,14 @@ std::vector<std::uint32_t> World::FindPattern(std::uint32_t seed) const {
 }
 
 std::string World::DamagedGuard() const {
-    if (!AllGuard(m_Memory.get(), s_GuardBytes))
+    if (!AllEqual(m_Memory.get(), s_GuardBytes, m_Shape.guard))
         return "before the first row";
     for (unsigned y = 0; y < m_Shape.height; ++y)
-        if (!AllGuard(Row(y) + UsedRowBytes(), m_Shape.padding))
+        if (!AllEqual(Row(y) + UsedRowBytes(), m_Shape.padding, m_Shape.guard))
             return "after the pixels of row " + std::to_string(y);
-    return AllGuard(m_Memory.get() + m_Size - s_GuardBytes, s_GuardBytes) ? "" : "after the last row";
+    return AllEqual(m_Memory.get() + m_Size - s_GuardBytes, s_GuardBytes, m_Shape.guard)
+               ? ""
+               : "after the last row";
 }
 
 std::uint64_t World::Checksum() const {

@@ -16,7 +16,9 @@ struct WorldShape {
     unsigned width = 0;  // pixels
     unsigned height = 0; // rows
     std::uint32_t format = 0;
-    unsigned padding = 0; // bytes after each row's pixels
+    unsigned padding = 0;      // bytes after each row's pixels
+    bool bottomUp = false;     // the last row is first in memory, so the stride is negative
+    std::uint8_t guard = 0xA5; // value of the bytes outside the rows
 };
 
 // One picture in memory that a plug-in sees. Guard bytes surround it: before the first row, after the pixels
@@ -55,11 +57,16 @@ public:
     // Checksum of the pixels, which changes when somebody writes to them.
     std::uint64_t Checksum() const;
 
-    std::uint8_t* Row(unsigned y) { return m_Pixels + static_cast<std::size_t>(y) * m_RowBytes; }
-    const std::uint8_t* Row(unsigned y) const { return m_Pixels + static_cast<std::size_t>(y) * m_RowBytes; }
+    // Row y from the top. Of a world without rows: the place where its pixels would be.
+    std::uint8_t* Row(unsigned y) { return m_Pixels + RowOffset(y); }
+    const std::uint8_t* Row(unsigned y) const { return m_Pixels + RowOffset(y); }
     std::size_t PixelBytes() const { return m_Bits / 2; }
 
 private:
+    std::size_t RowOffset(unsigned y) const {
+        const unsigned last = m_Shape.height ? m_Shape.height - 1 : 0;
+        return static_cast<std::size_t>(m_Shape.bottomUp ? last - y : y) * m_RowBytes;
+    }
     std::size_t UsedRowBytes() const { return std::size_t{m_Shape.width} * PixelBytes(); }
 
     WorldShape m_Shape;

@@ -10,11 +10,17 @@ World& WorldStore::Create(const WorldShape& shape, const std::string& name, bool
     return result;
 }
 
+void WorldStore::AddAlias(World& world, const void* pixels) {
+    const std::lock_guard lock(m_Mutex);
+    m_Aliases[pixels] = &world;
+}
+
 void WorldStore::Retire(World& world) {
     if (const std::string place = world.DamagedGuard(); !place.empty())
         m_Violations.Add(world.Name() + " was written outside its rows, " + place);
     const std::lock_guard lock(m_Mutex);
-    m_Worlds.erase(world.Row(0));
+    std::erase_if(m_Aliases, [&world](const auto& alias) { return alias.second == &world; });
+    m_Worlds.erase(world.Def().data);
 }
 
 World* WorldStore::Find(const PF_EffectWorld* def) {
@@ -22,7 +28,10 @@ World* WorldStore::Find(const PF_EffectWorld* def) {
         return nullptr;
     const std::lock_guard lock(m_Mutex);
     const auto found = m_Worlds.find(def->data);
-    return found != m_Worlds.end() ? found->second.world.get() : nullptr;
+    if (found != m_Worlds.end())
+        return found->second.world.get();
+    const auto alias = m_Aliases.find(def->data);
+    return alias != m_Aliases.end() ? alias->second : nullptr;
 }
 
 bool WorldStore::DisposeOfPlugins(PF_EffectWorld* def) {

@@ -18,6 +18,8 @@ public:
 
     // The pixels are uninitialised. name: for messages. ownedByPlugin: the plug-in has to dispose of it.
     World& Create(const WorldShape& shape, const std::string& name, bool ownedByPlugin = false);
+    // Finds the world under another address too, for as long as it lives: the first row of a field.
+    void AddAlias(World& world, const void* pixels);
     // Reports a violation for changed guard bytes, and frees the world.
     void Retire(World& world);
     // Null for a world that this host did not make or has freed.
@@ -37,6 +39,7 @@ private:
     ViolationList& m_Violations;
     std::mutex m_Mutex;
     std::unordered_map<const void*, Entry> m_Worlds;
+    std::unordered_map<const void*, World*> m_Aliases;
 };
 
 // Makes a world that lives for a scope.

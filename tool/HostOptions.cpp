@@ -1,6 +1,7 @@
 #include "tool/HostOptions.h"
 
 #include <charconv>
+#include <cstdio>
 #include <filesystem>
 #include <map>
 
@@ -34,6 +35,33 @@ unsigned ParseReduction(const std::string& text) {
     return by;
 }
 
+std::string QuirkHelp() {
+    std::string text =
+        "Show a behaviour of real programs that plug-ins must survive (docs/hosts.md): a selection by "
+        "number, or one or more of";
+    for (const stricthost::QuirkRow* row = stricthost::QuirkTable(); row->name; ++row)
+        text += std::string(row == stricthost::QuirkTable() ? " " : ", ") + row->name;
+    return text;
+}
+
+stricthost::Quirks ParseQuirks(const std::vector<std::string>& names) {
+    stricthost::Quirks quirks;
+    for (const std::string& name : names) {
+        std::uint32_t seed = 0;
+        const bool isSeed = name.rfind("seed:", 0) == 0;
+        const char* const end = name.data() + name.size();
+        if (isSeed && std::from_chars(name.data() + 5, end, seed).ptr == end && name.size() > 5) {
+            quirks = stricthost::QuirksFromSeed(seed);
+            std::fprintf(stderr, "strict host %s: %s\n", name.c_str(),
+                         stricthost::QuirkNames(quirks).c_str());
+        } else if (isSeed || !stricthost::EnableQuirk(quirks, name)) {
+            throw WrongUse("--strict-host " + name +
+                           ": seed:NUMBER or a name that --help lists was expected");
+        }
+    }
+    return quirks;
+}
+
 bool IsBundle(const std::string& path) {
     return std::filesystem::path(path).lexically_normal().extension() == ".plugin" ||
            std::filesystem::path(path).parent_path().extension() == ".plugin";
@@ -57,6 +85,9 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
         ->type_name("RATIO");
     command.add_option("--plugin", options.plugin, "Bundle to load as a host does, instead of EFFECT")
         ->type_name("NAME.plugin");
+    command.add_option("--strict-host", options.strictHost, QuirkHelp())
+        ->delimiter(',')
+        ->type_name("NAME,...|seed:N");
 }
 
 HostSettings ToHostSettings(const HostOptions& options, const std::string& effect) {
@@ -66,6 +97,7 @@ HostSettings ToHostSettings(const HostOptions& options, const std::string& effec
     settings.personality = s_Hosts.at(options.host);
     settings.across = settings.down = ParseReduction(options.downsample);
     settings.pixelAspect = options.pixelAspect;
+    settings.quirks = ParseQuirks(options.strictHost);
     settings.bundle = !options.plugin.empty() ? options.plugin : IsBundle(effect) ? effect : std::string();
     return settings;
 }

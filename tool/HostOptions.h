@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
+#include <vector>
 
 #include "drivers/HostDriver.h"
 
@@ -13,9 +14,10 @@ struct HostOptions {
     std::string downsample = "1/1";
     double pixelAspect = 1;
     std::string plugin;
+    std::vector<std::string> strictHost; // names of quirks, or "seed:N"
 };
 
-// Adds --host, --downsample, --pixel-aspect and --plugin.
+// Adds --host, --downsample, --pixel-aspect, --plugin and --strict-host.
 void AddHostOptions(CLI::App& command, HostOptions& options);
 
 // Converts the options for this effect, which may be a bundle itself. Throws WrongUse unless exactly one of

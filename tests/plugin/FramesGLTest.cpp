@@ -38,7 +38,7 @@ TEST(FramesGLTest, FramesOfOddSizesAreRightAtEveryDepthAndPositionOnTheLayer) {
 }
 
 TEST(FramesGLTest, BgraWorldsOfPremiereKeepTheirChannelOrder) {
-    probe::Host host("probe", Personality::Premiere, 0x61726762);
+    probe::Host host("probe", Personality::Premiere, true);
     const auto input = probe::Noise(9, 5, 8, 3);
     const FrameSpec request = {.input = &input, .wanted = {}};
     EXPECT_EQ(Difference(host.Apply(9, 5, 4).Render(request), Expected(input, 4)), "");

@@ -42,9 +42,9 @@ double White(unsigned depth) {
     return depth == 8 ? 255 : depth == 16 ? 32768 : 1;
 }
 
-stricthost::Options OptionsOf(Personality personality, std::uint32_t undeclaredFormat) {
+stricthost::Options OptionsOf(Personality personality, bool bgra) {
     stricthost::Options options;
-    options.undeclaredFormat = undeclaredFormat;
+    options.quirks.bgra = bgra;
     options.personality = personality;
     options.rowPadding = 20; // rows that do not begin at a whole number of wide pixels
     options.currentContext = []() -> void* { return CGLGetCurrentContext(); };
@@ -53,9 +53,9 @@ stricthost::Options OptionsOf(Personality personality, std::uint32_t undeclaredF
 
 } // namespace
 
-Host::Host(const char* name, Personality personality, std::uint32_t undeclaredFormat)
+Host::Host(const char* name, Personality personality, bool bgra)
     : StrictHost(std::filesystem::path(FX_PLUGIN_FOLDER) / (std::string(name) + ".plugin"),
-                 OptionsOf(personality, undeclaredFormat)) {
+                 OptionsOf(personality, bgra)) {
     GlobalSetup();
     ParamsSetup();
 }

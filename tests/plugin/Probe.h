@@ -25,8 +25,8 @@ inline constexpr struct {
 // anything against the rules.
 class Host : public stricthost::StrictHost {
 public:
-    // undeclaredFormat: as in stricthost::Options.
-    Host(const char* name, Personality personality, std::uint32_t undeclaredFormat = 0);
+    // bgra: as in stricthost::Quirks.
+    Host(const char* name, Personality personality, bool bgra = false);
     ~Host();
     // An instance as it is first shown, set to turn the first `reach` columns to their negative.
     Instance& Apply(unsigned width, unsigned height, unsigned reach);

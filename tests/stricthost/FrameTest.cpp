@@ -43,18 +43,17 @@ TEST_F(FrameTest, PremiereReordersTheChannelsOfBgraWorldsOnly) {
     m_Options.personality = Personality::Premiere;
     m_Input = fxhost::Picture(1, 1, 8);
     m_Input.bytes = {40, 1, 2, 3}; // alpha, red, green, blue
-    const std::pair<std::uint32_t, std::vector<int>> rows[] = {{0, {40, 1, 2, 3}},
-                                                               {0x61726762, {3, 2, 1, 40}}};
-    for (const auto& [format, inMemory] : rows) {
+    const std::pair<bool, std::vector<int>> rows[] = {{false, {40, 1, 2, 3}}, {true, {3, 2, 1, 40}}};
+    for (const auto& [bgra, inMemory] : rows) {
         std::vector<int> seen;
         m_Plugin.before[PF_Cmd_RENDER] = [&seen](Command& c) {
             const auto* bytes = reinterpret_cast<const std::uint8_t*>(c.Input().data);
             seen.assign(bytes, bytes + 4);
         };
-        m_Options.undeclaredFormat = format;
+        m_Options.quirks.bgra = bgra;
         m_Plugin.formats = {{0x62677261, 8}, {0x61726762, 8}};
-        EXPECT_EQ(RenderOnce().picture.bytes, Inverted(m_Input).bytes) << format;
-        EXPECT_EQ(seen, inMemory) << format;
+        EXPECT_EQ(RenderOnce().picture.bytes, Inverted(m_Input).bytes) << bgra;
+        EXPECT_EQ(seen, inMemory) << bgra;
     }
 }
 

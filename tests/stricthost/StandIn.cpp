@@ -9,7 +9,7 @@ namespace {
 StandIn* s_StandIn = nullptr;
 
 // Indexed by command code. Upper case: commands of a frame.
-constexpr char s_Letters[] = "ag-xpsrfd-FRDcu--------PS";
+constexpr char s_Letters[] = "ag-xpsrfd-FRDcu--------PS---?";
 
 bool IsPremiere(const Command& c) {
     return c.in->appl_id == 0x50724D72;
