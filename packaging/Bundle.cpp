@@ -59,8 +59,10 @@ BundleInfo Describe(const FileMap& files, const std::string& name) {
         const std::string text = ConfigValue(files, key);
         return text.empty() ? otherwise : text;
     };
-    return {name, textOr("FXNAME", name), IdentifierOf(textOr("AGEP_ID", name)),
-            number("MAJOR_VERSION") + "." + number("MINOR_VERSION") + "." + number("BUILD_VERSION")};
+    const std::string effectId = textOr("AGEP_ID", name);
+    return {name, textOr("FXNAME", name), IdentifierOf(effectId),
+            number("MAJOR_VERSION") + "." + number("MINOR_VERSION") + "." + number("BUILD_VERSION"),
+            effectId};
 }
 
 } // namespace

@@ -10,6 +10,7 @@ struct BundleInfo {
     std::string name;       // display name
     std::string identifier; // reverse domain name
     std::string version;    // "1.2.3"
+    std::string effectId;   // unique name of the effect, from which the identifier is derived
 };
 
 // The text of Info.plist for a plug-in.

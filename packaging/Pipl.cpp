@@ -1,6 +1,9 @@
 #include "packaging/Pipl.h"
 
 #include <algorithm>
+#include <cstdio>
+
+#include "packaging/InfoPlist.h"
 
 namespace fxhost {
 
@@ -9,6 +12,8 @@ namespace {
 constexpr std::uint16_t s_ResourceNumber = 16000;
 constexpr std::uint32_t s_DataStart = 256; // size of the header and of the reserved space after it
 constexpr std::uint16_t s_MapHead = 28;    // bytes of the map before its type list
+constexpr std::size_t s_LongestName = 31;
+constexpr std::size_t s_LongestMatchName = 47;
 constexpr std::uint16_t s_ApiVersion[2] = {13, 28};
 
 class BigEndian {
@@ -22,6 +27,22 @@ public:
 
     Bytes bytes;
 };
+
+// The first bytes of a UTF-8 text, without splitting a character.
+std::string Cut(const std::string& text, std::size_t limit) {
+    std::size_t length = std::min(text.size(), limit);
+    while (length > 0 && length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
+        --length;
+    return text.substr(0, length);
+}
+
+// FNV-1a, 32 bits.
+std::uint32_t Checksum(const std::string& text) {
+    std::uint32_t sum = 0x811C9DC5;
+    for (const char c : text)
+        sum = (sum ^ static_cast<unsigned char>(c)) * 0x01000193;
+    return sum;
+}
 
 Bytes Pascal(const std::string& text) {
     const std::size_t length = std::min<std::size_t>(text.size(), 255);
@@ -48,11 +69,22 @@ struct Property {
 
 } // namespace
 
+std::string MatchNameOf(const std::string& effectId) {
+    const std::string identifier = IdentifierOf(effectId);
+    const bool isExact = identifier.ends_with(effectId);
+    if (isExact && identifier.size() <= s_LongestMatchName)
+        return identifier;
+    char checksum[16] = {};
+    const auto length =
+        static_cast<std::size_t>(std::snprintf(checksum, sizeof checksum, "-%08x", Checksum(effectId)));
+    return Cut(identifier, s_LongestMatchName - length) + checksum;
+}
+
 Bytes PiplProperties(const PiplInfo& info) {
     const Property properties[] = {
         {"kind", Code("eFKT")},
-        {"name", Pascal(info.name)},
-        {"catg", Pascal(info.category)},
+        {"name", Pascal(Cut(info.name, s_LongestName))},
+        {"catg", Pascal(Cut(info.category, s_LongestName))},
         {"mi64", Pascal(info.entry)},
         {"ma64", Pascal(info.entry)},
         {"ePVR", Word(2u << 16)},

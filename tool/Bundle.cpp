@@ -79,7 +79,7 @@ void AddPropertyList(const BundleOptions& options, const WrittenBundle& bundle) 
     PiplInfo info = isForeign ? AskThisSystemsModule(options.parts.effect) : AskModule(bundle.path);
     info.name = bundle.info.name;
     info.category = s_Category;
-    info.matchName = bundle.info.identifier;
+    info.matchName = MatchNameOf(bundle.info.effectId);
     info.entry = "EntryPointFunc";
     const Bytes resource = PiplResourceFile(info);
     WriteFileAtomically(bundle.path / "Contents/Resources" / (bundle.info.executable + ".rsrc"),

@@ -75,8 +75,25 @@ TEST(PiplTest, TheResourceFileContainsEveryPropertyOfTheEffect) {
     EXPECT_EQ(Text(properties["eMNA"], 1, properties["eMNA"].at(0)), "org.shaderfx.blur");
 }
 
+TEST(PiplTest, NamesFitTheirFieldsAndMatchNamesDifferBetweenEffects) {
+    fxhost::PiplInfo info;
+    info.name.assign(30, 'n');
+    info.name += "\xC3\xA9"; // a character of two bytes beyond the limit
+    auto properties = Properties(fxhost::PiplProperties(info));
+    EXPECT_EQ(properties["name"].at(0), 30);
+
+    EXPECT_EQ(fxhost::MatchNameOf("a-b"), "org.shaderfx.a-b");
+    const std::string spaced = fxhost::MatchNameOf("a b");
+    EXPECT_EQ(spaced.substr(0, 17), "org.shaderfx.a-b-");
+    EXPECT_NE(spaced, fxhost::MatchNameOf("a_b"));
+    const std::string longName(60, 'x');
+    EXPECT_EQ(fxhost::MatchNameOf(longName).size(), 47u);
+    EXPECT_NE(fxhost::MatchNameOf(longName), fxhost::MatchNameOf(longName + "y"));
+}
+
 TEST(InfoPlistTest, NamesAreEscapedAndIdentifiersContainOnlySafeCharacters) {
-    const std::string text = fxhost::InfoPlist({"A&B", "A <& B>", fxhost::IdentifierOf("A & B"), "1.2.3"});
+    const std::string text =
+        fxhost::InfoPlist({"A&B", "A <& B>", fxhost::IdentifierOf("A & B"), "1.2.3", ""});
     EXPECT_NE(text.find("<key>CFBundleName</key>\n\t<string>A &lt;&amp; B&gt;</string>"), std::string::npos);
     EXPECT_NE(text.find("<string>org.shaderfx.A---B</string>"), std::string::npos);
     EXPECT_NE(text.find("<key>CFBundlePackageType</key>\n\t<string>eFKT</string>"), std::string::npos);
