@@ -190,7 +190,7 @@ TEST(ParameterUiTest, LabelsAndEnabledStatesFollowTheEngine) {
         EXPECT_EQ(Engine().Count("preUIUpdate"), 1u);
         EXPECT_EQ(instance.Label(1), std::string(31, 'z'));
         EXPECT_FALSE(instance.IsEnabled(1));
-        EXPECT_EQ(instance.Definition(2, PF_InData()).ui_flags, PF_PUI_TOPIC);
+        EXPECT_EQ(instance.Definition(2, PF_InData(), {0, 1}).ui_flags, PF_PUI_TOPIC);
         EXPECT_EQ(instance.LastOutFlags(), PF_OutFlag_REFRESH_UI);
     }
 }
