@@ -29,7 +29,7 @@ void PrepareSizing(HostCall& call, SequenceRecord& record) {
 }
 
 // The size of the output that the engine chooses for an input of the given size. Without instance data the
-// frame will be a copy of the input.
+// size is kept, because the frame will be a copy of the input.
 Size AskEngine(HostCall& call, const SequenceRecord* record, Size input) {
     if (!record)
         return input;
@@ -81,6 +81,8 @@ PF_Err SizeForPremiere(HostCall& call, const SequenceRecord* record) {
 }
 
 PF_Err SizeForAfterEffects(HostCall& call, const SequenceRecord* record) {
+    if (!record)
+        return PF_Err_NONE;
     if (!call.params || !call.params[0])
         return PF_Err_BAD_CALLBACK_PARAM;
     const PF_LayerDef& layer = call.params[0]->u.ld;

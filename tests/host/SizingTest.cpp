@@ -99,23 +99,28 @@ TEST(FrameSetupTest, InstanceAndParametersAreSelectedBeforeTheEngineIsAsked) {
     }
 }
 
-TEST(FrameSetupTest, PremiereProGetsFrameDataWithoutInstanceDataToo) {
-    TestHost host(Pr);
-    Instance& instance = host.Start();
-    host.before = [](Command& command) {
-        command.in.sequence_data = nullptr;
-        command.in.width = 9;
-        command.in.height = 6;
-        command.in.downsample_x = command.in.downsample_y = {1, 2};
-    };
-    host.after = [&](Command& command) {
-        const auto data = reinterpret_cast<Adapter::FrameData**>(command.out.frame_data);
-        ASSERT_NE(data, nullptr);
-        EXPECT_EQ((*data)->width, 4u);
-        EXPECT_EQ((*data)->height, 3u);
-        host.after = nullptr;
-    };
-    EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+TEST(FrameSetupTest, WithoutInstanceDataTheSizeStaysAndPremiereProStillGetsFrameData) {
+    for (const auto personality : {Plain, Pr}) {
+        TestHost host(personality);
+        Instance& instance = host.Start();
+        host.before = [](Command& command) {
+            command.in.sequence_data = nullptr;
+            command.in.width = 9;
+            command.in.height = 6;
+            command.in.downsample_x = command.in.downsample_y = {1, 2};
+        };
+        host.after = [&](Command& command) {
+            EXPECT_EQ(command.out.width, 1);
+            const auto data = reinterpret_cast<Adapter::FrameData**>(command.out.frame_data);
+            ASSERT_EQ(data != nullptr, personality == Pr);
+            if (data) {
+                EXPECT_EQ((*data)->width, 4u);
+                EXPECT_EQ((*data)->height, 3u);
+            }
+            host.after = nullptr;
+        };
+        EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+    }
 }
 
 prSuiteError ShiftedFrame(PrTimelineID, prRect* rect) {
