@@ -11,7 +11,7 @@ namespace {
 
 struct CommandRow {
     PF_Cmd code;
-    PF_Err (*run)(Adapter::HostCall& call);
+    PF_Err (*run)(Adapter::CommandCall& call);
 };
 
 // Commands that are not listed, such as global set-down, succeed without doing anything.
@@ -47,7 +47,7 @@ PF_Err RunCommand(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef** para
         return PF_Err_NONE;
     if (!in || !out)
         return PF_Err_BAD_CALLBACK_PARAM;
-    Adapter::HostCall call{in, out, params, output, extra, guard, guard.Engine()};
+    Adapter::CommandCall call{in, out, params, output, extra, guard, guard.Engine()};
     return row->run(call);
 }
 

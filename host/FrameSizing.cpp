@@ -13,7 +13,7 @@ namespace Adapter {
 namespace {
 
 // Reads the composition's size into the record, and selects instance and composition in the engine.
-void SelectForSizing(HostCall& call, SequenceRecord& record) {
+void SelectForSizing(CommandCall& call, SequenceRecord& record) {
     const auto read = IsPremiere(*call.in) ? GetCompDimensionsPr : GetCompDimensions;
     read(call.in, record.compWidth, record.compHeight, record.compPixelAspect);
     SelectSequence(call.engine, record.engineSequence);
@@ -21,7 +21,7 @@ void SelectForSizing(HostCall& call, SequenceRecord& record) {
 }
 
 // Takes the frame lock, which the caller releases, and passes the frame's parameters to the engine.
-void PrepareSizing(HostCall& call, SequenceRecord& record) {
+void PrepareSizing(CommandCall& call, SequenceRecord& record) {
     if (TakesLockForSizing(*call.in))
         call.guard.LockFrame();
     SelectForSizing(call, record);
@@ -30,7 +30,7 @@ void PrepareSizing(HostCall& call, SequenceRecord& record) {
 
 // The size of the output that the engine chooses for an input of the given size. Without instance data the
 // size is kept, because the frame will be a copy of the input.
-Size AskEngine(HostCall& call, const SequenceRecord* record, Size input) {
+Size AskEngine(CommandCall& call, const SequenceRecord* record, Size input) {
     if (!record)
         return input;
     Size wanted = {};
@@ -58,7 +58,7 @@ void ResizeOutput(PF_OutData& out, Size size, Size input) {
     out.origin.v = offset(size.height, input.height);
 }
 
-PF_Err PublishFrameData(HostCall& call, Size size) {
+PF_Err PublishFrameData(CommandCall& call, Size size) {
     AEGP_SuiteHandler suites(call.in->pica_basicP);
     HostHandle handle(suites, sizeof(FrameData));
     auto* data = static_cast<FrameData*>(handle.Data());
@@ -69,7 +69,7 @@ PF_Err PublishFrameData(HostCall& call, Size size) {
     return PF_Err_NONE;
 }
 
-PF_Err SizeForPremiere(HostCall& call, const SequenceRecord* record) {
+PF_Err SizeForPremiere(CommandCall& call, const SequenceRecord* record) {
     const PF_InData& in = *call.in;
     const Size input = {Extent(in.width), Extent(in.height)};
     const Size wanted = AskEngine(call, record, input);
@@ -80,7 +80,7 @@ PF_Err SizeForPremiere(HostCall& call, const SequenceRecord* record) {
     return PublishFrameData(call, size);
 }
 
-PF_Err SizeForAfterEffects(HostCall& call, const SequenceRecord* record) {
+PF_Err SizeForAfterEffects(CommandCall& call, const SequenceRecord* record) {
     if (!record)
         return PF_Err_NONE;
     if (!call.params || !call.params[0])
@@ -105,7 +105,7 @@ PF_RenderRequest EmptyRequest(const PF_RenderRequest& hostRequest) {
     return request;
 }
 
-PF_Err CheckoutInput(HostCall& call, const PF_PreRenderExtra& extra, A_long id,
+PF_Err CheckoutInput(CommandCall& call, const PF_PreRenderExtra& extra, A_long id,
                      const PF_RenderRequest& request, PF_CheckoutResult& result) {
     const PF_InData& in = *call.in;
     return extra.cb->checkout_layer(in.effect_ref, 0, id, &request, in.current_time, in.time_step,
@@ -134,7 +134,7 @@ void ChangeSize(const PF_LRect& input, Size inputSize, Size wanted, PF_PreRender
 
 } // namespace
 
-PF_Err FrameSetup(HostCall& call) {
+PF_Err FrameSetup(CommandCall& call) {
     call.out->frame_data = nullptr;
     SequenceRecord* record = FindOwnRecord(call);
     if (record)
@@ -145,7 +145,7 @@ PF_Err FrameSetup(HostCall& call) {
     return err;
 }
 
-PF_Err FrameSetdown(HostCall& call) {
+PF_Err FrameSetdown(CommandCall& call) {
     if (!call.out->frame_data)
         return PF_Err_NONE;
     AEGP_SuiteHandler suites(call.in->pica_basicP);
@@ -154,7 +154,7 @@ PF_Err FrameSetdown(HostCall& call) {
     return PF_Err_NONE;
 }
 
-PF_Err SmartPreRender(HostCall& call) {
+PF_Err SmartPreRender(CommandCall& call) {
     const auto* extra = static_cast<const PF_PreRenderExtra*>(call.extra);
     if (!extra)
         return PF_Err_BAD_CALLBACK_PARAM;

@@ -44,7 +44,7 @@ constexpr std::uint32_t s_ByteFormats[] = {PixelFormats::Argb8, PixelFormats::Xr
 constexpr std::uint32_t s_DeepFormats[] = {PixelFormats::Xrgb16, PixelFormats::Argb16};
 constexpr std::uint32_t s_FloatFormats[] = {PixelFormats::Argb32, PixelFormats::Xrgb32};
 
-bool SetUpEngine(HostCall& call) {
+bool SetUpEngine(CommandCall& call) {
     void* module = nullptr;
     A_UTF16Char path[AEFX_MAX_PATH] = {};
     const auto platformData = call.in->utils->get_platform_data;
@@ -54,7 +54,7 @@ bool SetUpEngine(HostCall& call) {
     return call.engine.globalSetup(module, path);
 }
 
-PF_Err PublishGlobalData(HostCall& call) {
+PF_Err PublishGlobalData(CommandCall& call) {
     AEGP_SuiteHandler suites(call.in->pica_basicP);
     HostHandle handle(suites, sizeof(GlobalData));
     auto* data = static_cast<GlobalData*>(handle.Data());
@@ -73,7 +73,7 @@ PF_Err PublishGlobalData(HostCall& call) {
 }
 
 // Premiere Pro takes the deep formats from its pixel format suite and not from the flags.
-void DeclarePixelFormats(HostCall& call) {
+void DeclarePixelFormats(CommandCall& call) {
     RequiredSuite<PF_PixelFormatSuite1> suite(*call.in, {kPFPixelFormatSuite, kPFPixelFormatSuiteVersion1});
     const auto add = [&](const auto& formats) {
         for (const std::uint32_t format : formats)
@@ -93,7 +93,7 @@ void DeclarePixelFormats(HostCall& call) {
 
 } // namespace
 
-PF_Err About(HostCall& call) {
+PF_Err About(CommandCall& call) {
     if (IsPremiere(*call.in))
         return PF_Err_NONE;
     // The host prints without a limit. Two bytes of the field are for the line ends.
@@ -103,7 +103,7 @@ PF_Err About(HostCall& call) {
     return PF_Err_NONE;
 }
 
-PF_Err GlobalSetup(HostCall& call) {
+PF_Err GlobalSetup(CommandCall& call) {
     if (!SetUpEngine(call))
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     call.out->my_version = HostVersion(call.engine.getVersion());

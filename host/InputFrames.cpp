@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "engine/IPlugin.h"
+#include "host/CommandCall.h"
 #include "host/Geometry.h"
-#include "host/HostCall.h"
 #include "host/SequenceRecord.h"
 #include "host/Suites.h"
 #include "host/WorldPixels.h"

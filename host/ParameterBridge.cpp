@@ -168,7 +168,7 @@ PF_ParamDef WithEngineState(const PF_ParamDef& shown, const Parameter& parameter
 
 } // namespace
 
-void UpdateParametersValues(HostCall& call, bool forRender) {
+void UpdateParametersValues(CommandCall& call, bool forRender) {
     AEGP_SuiteHandler suites(call.in->pica_basicP);
     const unsigned count = call.engine.getNumParams();
     for (unsigned i = 0; i < count; ++i) {
@@ -182,7 +182,7 @@ void UpdateParametersValues(HostCall& call, bool forRender) {
     }
 }
 
-void UpdateParameterValue(HostCall& call, AEGP_SuiteHandler& suites, PF_ParamDef& def, int hostIndex) {
+void UpdateParameterValue(CommandCall& call, AEGP_SuiteHandler& suites, PF_ParamDef& def, int hostIndex) {
     const auto found = s_MapAEParam2Plugin.find(static_cast<A_u_long>(hostIndex));
     if (found == s_MapAEParam2Plugin.end())
         return;
@@ -196,7 +196,7 @@ void UpdateParameterValue(HostCall& call, AEGP_SuiteHandler& suites, PF_ParamDef
     call.engine.setParam(engineIndex, value);
 }
 
-void UpdateParametersUI(HostCall& call, PF_ParamDef** params) {
+void UpdateParametersUI(CommandCall& call, PF_ParamDef** params) {
     const PF_InData& in = *call.in;
     // PF_UpdateParamUI is the first entry under each of the three numbers. A host without the suite keeps
     // showing the controls as they were published.

@@ -144,7 +144,7 @@ PF_ParamType HostType(Parameter::Type type) {
         ->code;
 }
 
-PF_Err AddToHost(HostCall& call, const PublicationRow& row, const Parameter& source) {
+PF_Err AddToHost(CommandCall& call, const PublicationRow& row, const Parameter& source) {
     PF_ParamDef def = {};
     def.uu.id = call.out->num_params + 2;
     def.param_type = HostType(row.engineType);
@@ -161,7 +161,7 @@ PF_Err AddToHost(HostCall& call, const PublicationRow& row, const Parameter& sou
 }
 
 // Deliberate: a parameter of an unknown type is not shown but still takes an index.
-PF_Err Publish(HostCall& call, A_u_long engineIndex) {
+PF_Err Publish(CommandCall& call, A_u_long engineIndex) {
     const Parameter& source = call.engine.getParamDesc(engineIndex);
     if (source.flags & Parameter::NotPublished)
         return PF_Err_NONE;
@@ -178,12 +178,12 @@ PF_Err Publish(HostCall& call, A_u_long engineIndex) {
     return PF_Err_NONE;
 }
 
-PF_Err BlankOptionsButton(HostCall& call) {
+PF_Err BlankOptionsButton(CommandCall& call) {
     RequiredSuite<PF_EffectUISuite1> suite(*call.in, {kPFEffectUISuite, kPFEffectUISuiteVersion1});
     return suite->PF_SetOptionsButtonName(call.in->effect_ref, " ");
 }
 
-PF_Err RegisterCustomUi(HostCall& call) {
+PF_Err RegisterCustomUi(CommandCall& call) {
     PF_CustomUIInfo info = {};
     info.events = PF_CustomEFlag_EFFECT;
     return call.in->inter.register_ui(call.in->effect_ref, &info);
@@ -191,7 +191,7 @@ PF_Err RegisterCustomUi(HostCall& call) {
 
 } // namespace
 
-PF_Err ParamsSetup(HostCall& call) {
+PF_Err ParamsSetup(CommandCall& call) {
     call.out->num_params = 1;
     s_HostParamCount = 1;
     s_MapPlugin2AEParam.clear();

@@ -122,7 +122,7 @@ PF_Err RenderLocked(IPlugin& engine, const Frame& frame, PF_Err filled) {
 // Renders one frame: describes it to the engine, uploads the inputs, runs the engine and copies its result
 // into the output. A frame without instance data, without a begin of the engine or without a result is a copy
 // of the input.
-PF_Err Render(HostCall& call, PF_LayerDef* output, PF_LayerDef* input) {
+PF_Err Render(CommandCall& call, PF_LayerDef* output, PF_LayerDef* input) {
     if (!input && call.params && call.params[0])
         input = &call.params[0]->u.ld;
     if (!input || !output)
@@ -157,11 +157,11 @@ PF_Err Render(HostCall& call, PF_LayerDef* output, PF_LayerDef* input) {
 
 } // namespace
 
-PF_Err ClassicRender(HostCall& call) {
+PF_Err ClassicRender(CommandCall& call) {
     return Render(call, call.output, nullptr);
 }
 
-PF_Err SmartRender(HostCall& call) {
+PF_Err SmartRender(CommandCall& call) {
     const auto* extra = static_cast<const PF_SmartRenderExtra*>(call.extra);
     if (!extra)
         return PF_Err_BAD_CALLBACK_PARAM;

@@ -71,7 +71,7 @@ bool OwnsSequence(PF_Handle handle, const SequenceRecord& record) {
 
 } // namespace
 
-SequenceRecord* FindOwnRecord(HostCall& call) {
+SequenceRecord* FindOwnRecord(CommandCall& call) {
     SequenceRecord* record = FindRecord(*call.in);
     if (record && !OwnsSequence(call.in->sequence_data, *record)) {
         record->engineSequence = InitSequence(call.engine);
@@ -80,7 +80,7 @@ SequenceRecord* FindOwnRecord(HostCall& call) {
     return record;
 }
 
-PF_Err SequenceSetup(HostCall& call) {
+PF_Err SequenceSetup(CommandCall& call) {
     SequenceSetdown(call);
     AEGP_SuiteHandler suites(call.in->pica_basicP);
     NewRecord record(suites);
@@ -94,7 +94,7 @@ PF_Err SequenceSetup(HostCall& call) {
 // The old data may come from a saved project, so no pointer in it is used: the engine creates a new sequence
 // and reads the old data. The old handle still belongs to the host. Hosts set up the instances that render
 // without old data, which makes a fresh instance.
-PF_Err SequenceResetup(HostCall& call) {
+PF_Err SequenceResetup(CommandCall& call) {
     AEGP_SuiteHandler suites(call.in->pica_basicP);
     NewRecord record(suites);
     if (!record)
@@ -114,7 +114,7 @@ PF_Err SequenceResetup(HostCall& call) {
 }
 
 // The flat block contains no pointer: its engineSequence stays null.
-PF_Err SequenceFlatten(HostCall& call) {
+PF_Err SequenceFlatten(CommandCall& call) {
     if (!call.in->sequence_data)
         return PF_Err_NONE;
     AEGP_SuiteHandler suites(call.in->pica_basicP);
@@ -129,7 +129,7 @@ PF_Err SequenceFlatten(HostCall& call) {
     return PF_Err_NONE;
 }
 
-PF_Err SequenceSetdown(HostCall& call) {
+PF_Err SequenceSetdown(CommandCall& call) {
     if (!call.in->sequence_data)
         return PF_Err_NONE;
     AEGP_SuiteHandler suites(call.in->pica_basicP);

@@ -16,7 +16,7 @@ namespace {
 
 // A button runs the effect's script again, but only for instances that came from a project: for a fresh
 // instance it just ran.
-PF_Err PressButton(HostCall& call, SequenceRecord& record) {
+PF_Err PressButton(CommandCall& call, SequenceRecord& record) {
     if (!call.guard.LockFrame())
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     if (record.wasResetup) {
@@ -37,7 +37,7 @@ PF_Err HandleColorUIEvent(PF_InData*, PF_OutData*, PF_ParamDef**, PF_LayerDef*, 
 
 } // namespace
 
-PF_Err UserChangedParam(HostCall& call) {
+PF_Err UserChangedParam(CommandCall& call) {
     SequenceRecord* record = FindOwnRecord(call);
     const auto* extra = static_cast<const PF_UserChangedParamExtra*>(call.extra);
     if (!record || !extra)
@@ -56,7 +56,7 @@ PF_Err UserChangedParam(HostCall& call) {
     return PF_Err_NONE;
 }
 
-PF_Err UpdateParamsUi(HostCall& call) {
+PF_Err UpdateParamsUi(CommandCall& call) {
     const SequenceRecord* record = FindOwnRecord(call);
     if (!record)
         return PF_Err_NONE;
@@ -68,7 +68,7 @@ PF_Err UpdateParamsUi(HostCall& call) {
     return PF_Err_NONE;
 }
 
-PF_Err Event(HostCall& call) {
+PF_Err Event(CommandCall& call) {
     auto* extra = static_cast<PF_EventExtra*>(call.extra);
     if (!extra)
         return PF_Err_NONE;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/HostCall.h"
+#include "host/CommandCall.h"
 #include "host/PremiereApi.h"
 #include "host/Suites.h"
 #include "sdk/PixelFormats.h"

@@ -44,7 +44,7 @@ CONFIG = "#ifndef STANDIN_PLATFORM\n#define STANDIN_PLATFORM\n#endif\n"
 # Sources that must be rejected; otherwise the stand-in checks nothing.
 REJECTED = {
     "no AEConfig.h": '#include "AE_Effect.h"\n',
-    "no AE_EffectCB.h": '#include "host/HostCall.h"\n#include "AE_EffectSuites.h"\n'
+    "no AE_EffectCB.h": '#include "host/CommandCall.h"\n#include "AE_EffectSuites.h"\n'
     "auto size = sizeof(PF_EffectUISuite1) + sizeof(PF_ParamUtilsSuite3) + sizeof(PF_HandleSuite1);\n",
     "no PrSDKPixelFormat.h": '#include "host/HostApi.h"\n#include "PrSDKAESupport.h"\n',
 }

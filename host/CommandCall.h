@@ -10,7 +10,7 @@ class CommandGuard;
 
 // One command from the host with its arguments and the objects that serve it. The pointers are the host's and
 // valid only during the command.
-struct HostCall {
+struct CommandCall {
     PF_InData* in;
     PF_OutData* out;
     PF_ParamDef** params; // null for commands without parameters
