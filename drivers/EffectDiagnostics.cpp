@@ -67,4 +67,18 @@ std::vector<Diagnostic> MissingFileFindings(const EffectSource& source) {
     return found;
 }
 
+std::string FrameProblem() {
+    Context& context = Context::Current();
+    const Sequence* const sequence = context.CurrentSequence();
+    if (!sequence)
+        return {};
+    const auto* const target = context.Find<RenderTarget>(sequence->RenderTargetHandle());
+    if (target && !target->errorText().empty())
+        return "the frame cannot be rendered: " + target->errorText();
+    const auto* const input = context.Find<Texture>(sequence->InputTextureHandle());
+    if (input && !input->errorText().empty())
+        return "the input layer cannot be used: " + input->errorText();
+    return {};
+}
+
 } // namespace fxhost

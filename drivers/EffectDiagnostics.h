@@ -15,4 +15,8 @@ std::vector<Diagnostic> ShaderFindings(const std::string& errorText, const Effec
 // literals. ShaderFindings reports missing shader files.
 std::vector<Diagnostic> MissingFileFindings(const EffectSource& source);
 
+// Returns why OpenGL could not store the frame or the input layer of the current instance; empty when it
+// could.
+std::string FrameProblem();
+
 } // namespace fxhost

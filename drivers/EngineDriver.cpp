@@ -3,6 +3,7 @@
 #include <cstring>
 #include <exception>
 
+#include "drivers/EffectDiagnostics.h"
 #include "engine/FrameLock.h"
 #include "guard/Stage.h"
 #include "host/CopyOut.h"
@@ -147,7 +148,8 @@ Picture EngineDriver::result(unsigned width, unsigned height, unsigned depth, St
     Picture picture(width, height, depth); // before anything is mapped: it may be too large
     void* pixels = m_Engine.grabResultBegin();
     if (!pixels)
-        throw EffectFailure("the engine has no picture of this frame (out of graphics memory?)");
+        throw EffectFailure(FrameProblem().empty() ? "the engine has no picture of this frame"
+                                                   : FrameProblem());
     span.next(Stage::CopyOut);
     const std::size_t rowBytes = picture.RowBytes();
     for (unsigned y = 0; y < height; ++y) { // the last row comes first

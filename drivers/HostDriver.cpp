@@ -4,6 +4,7 @@
 #include <cmath>
 #include <exception>
 
+#include "drivers/EffectDiagnostics.h"
 #include "drivers/HostValues.h"
 #include "engine/Config.h"
 #include "engine/IPlugin.h"
@@ -214,6 +215,8 @@ Picture HostDriver::render(const FrameInputs& request) {
     if (result.error != PF_Err_NONE)
         throw EffectFailure("the plug-in answered the frame with error " + std::to_string(result.error) +
                             (result.message.empty() ? "" : ": " + result.message));
+    if (const std::string problem = m_Module ? "" : FrameProblem(); !problem.empty())
+        throw EffectFailure(problem);
     if (result.picture.width > MaxExtent || result.picture.height > MaxExtent)
         throw EffectFailure("the effect made an output of " + std::to_string(result.picture.width) + "x" +
                             std::to_string(result.picture.height) + " pixels; at most " +
