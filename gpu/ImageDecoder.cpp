@@ -17,10 +17,19 @@ namespace {
 
 constexpr std::string_view s_RadianceSignature = "#?RADIANCE\n";
 constexpr int s_Channels = 4;
+// The best compression of any supported format: deflate stores 1032 bytes in one, each with eight pixels of
+// one bit. A file whose header claims more pixels is damaged, and decoding it would only fill memory.
+constexpr double s_MostPixelsPerByte = 8 * 1032;
 
 bool IsRadiance(const std::vector<unsigned char>& file) {
     const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
     return text.substr(0, s_RadianceSignature.size()) == s_RadianceSignature;
+}
+
+bool ClaimsTooManyPixels(const unsigned char* bytes, int size) {
+    int width = 0, height = 0, channels = 0;
+    const bool isKnown = stbi_info_from_memory(bytes, size, &width, &height, &channels) != 0;
+    return isKnown && double{1} * width * height > s_MostPixelsPerByte * size;
 }
 
 } // namespace
@@ -36,6 +45,10 @@ DecodedImage DecodeImage(const std::vector<unsigned char>& file) {
         return image;
     }
     const int size = static_cast<int>(file.size());
+    if (ClaimsTooManyPixels(file.data(), size)) {
+        image.errorText = "the file is too short for the size that it states";
+        return image;
+    }
     int width = 0, height = 0, channels = 0;
     if (IsRadiance(file)) {
         image.depth = 32;
