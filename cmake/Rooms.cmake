@@ -18,6 +18,10 @@ if(FX_SANITIZE)
     target_compile_options(project_options INTERFACE -Wno-maybe-uninitialized)
   endif()
 endif()
+if(FX_FUZZ)
+  # Counts coverage in all rooms; only the fuzz targets link libFuzzer's main program.
+  target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # fx_room(NAME SOURCES a.cpp ... PUBLIC rooms-in-headers PRIVATE rooms-and-libraries-inside)
 # One static library for the folder it is called in. Headers are included as "folder/Header.h".

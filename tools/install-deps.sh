@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building, testing and running needs. Does nothing, and needs no network, when all is there.
 #   --checks   installs the formatter and the static analyser, too, which ./test runs
+#   --fuzz     installs the compiler and the runtime of the fuzz targets, too, which tools/fuzz.sh builds
 set -euo pipefail
 
 # Debian and Ubuntu package | Homebrew formula ("-" where macOS brings it or the step is left out)
@@ -32,13 +33,18 @@ checks="
 clang-format          | clang-format
 clang-tidy            | -
 "
+fuzz="
+clang                 | llvm
+libclang-rt-dev       | -
+"
 
 packages=$base
 for option in "$@"; do
     case $option in
     --checks) packages+=$checks ;;
+    --fuzz) packages+=$fuzz ;;
     *)
-        echo "install-deps.sh: unknown option $option; --checks was expected" >&2
+        echo "install-deps.sh: unknown option $option; --checks or --fuzz was expected" >&2
         exit 2
         ;;
     esac

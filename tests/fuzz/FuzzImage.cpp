@@ -1,0 +1,16 @@
+// The bytes of an image file.
+#include "gpu/ImageDecoder.h"
+#include "tests/fuzz/FuzzInput.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const DecodedImage image = DecodeImage({bytes, bytes + size});
+    if (!image.pixels) {
+        Require(!image.errorText.empty(), "an image that cannot be decoded has an error text");
+        return 0;
+    }
+    Require(image.width > 0 && image.height > 0, "a decoded image has pixels");
+    Require(std::size_t{image.width} * image.height <= 10000 * size,
+            "a picture is not larger than its file can hold");
+    ReadAll(image.pixels.get(), std::size_t{image.width} * image.height * image.depth / 2);
+    return 0;
+}
