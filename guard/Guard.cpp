@@ -1,6 +1,8 @@
 #include "guard/Guard.h"
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -86,6 +88,35 @@ int RunParent(GuardChannel& channel, pid_t child, const GuardLimits& limits, con
     return watchdog.exitStatusFor(status, passedOn > 0);
 }
 
+// Observes this process from a thread of its own until the object is destroyed.
+class WatchdogThread {
+public:
+    WatchdogThread(const GuardLimits& limits, const std::string& effect)
+        : m_Watchdog(CurrentStatus(), limits, effect), m_Thread([this] { run(); }) {}
+    ~WatchdogThread() {
+        m_IsOver = true;
+        m_Thread.join();
+    }
+    WatchdogThread(const WatchdogThread&) = delete;
+    WatchdogThread& operator=(const WatchdogThread&) = delete;
+
+private:
+    void run() {
+        while (!m_IsOver) {
+            const Watchdog::Action action = m_Watchdog.check(DataBytes(getpid()));
+            if (action == Watchdog::Action::Stop)
+                kill(getpid(), SIGTERM); // StopScope handles it, because the status says that it can drain.
+            if (action == Watchdog::Action::Kill)
+                _exit(m_Watchdog.exitStatusFor(0, false));
+            std::this_thread::sleep_for(std::chrono::milliseconds(s_PollMilliseconds));
+        }
+    }
+
+    Watchdog m_Watchdog;
+    std::atomic<bool> m_IsOver{false};
+    std::thread m_Thread;
+};
+
 } // namespace
 
 int RunGuarded(const GuardLimits& limits, const std::string& effect, const std::function<int()>& work) {
@@ -94,6 +125,10 @@ int RunGuarded(const GuardLimits& limits, const std::string& effect, const std::
         effective.memoryBytes = MachineMemory() / 4 * 3;
     // The limit does not count what the process uses before the work starts.
     effective.memoryBytes += DataBytes(getpid()).value_or(0);
+    if (!limits.fork) {
+        const WatchdogThread watchdog(effective, effect);
+        return RunAndReport(work);
+    }
     GuardChannel channel;
     std::fflush(nullptr);
     StopSignals signals; // Installed before the fork, so that no signal is lost in between.

@@ -11,9 +11,13 @@ struct GuardLimits {
     double frameSeconds = 60;
     // Bytes of private memory that the work may use; 0 means three quarters of the machine's memory.
     std::uint64_t memoryBytes = 0;
+    // False runs the work in the calling process, with a watchdog thread in place of the parent. A hang still
+    // ends the process with ExitRanAway, but nobody reports a crash, and memory is only measured, not limited.
+    // For debuggers and sanitizers, which cannot follow a fork.
+    bool fork = true;
 };
 
-// Runs `work` in a child process and returns its exit status. WrongUse and EffectFailure become a message and
+// Runs `work` in a child process, unless limits.fork is false, and returns its exit status. WrongUse and EffectFailure become a message and
 // their exit status. When the child exceeds a limit or crashes, the message names `effect`, the frame and the
 // stage, and the result is ExitRanAway. The stages are those that StageSpan reports.
 //

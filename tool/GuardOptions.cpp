@@ -16,6 +16,11 @@ void AddGuardOptions(CLI::App& command, GuardLimits& limits) {
         ->transform(CLI::AsSizeValue(false))
         ->type_name("SIZE")
         ->group("Limits");
+    command
+        .add_flag_callback(
+            "--no-fork", [&] { limits.fork = false; },
+            "Run the effect in the tool's own process, for debuggers and sanitizers; a crash is not reported")
+        ->group("Limits");
 }
 
 } // namespace fxhost

@@ -6,7 +6,7 @@
 
 namespace fxhost {
 
-// Adds --frame-timeout and --memory-limit to a command.
+// Adds --frame-timeout, --memory-limit and --no-fork to a command.
 void AddGuardOptions(CLI::App& command, GuardLimits& limits);
 
 } // namespace fxhost

@@ -130,6 +130,25 @@ TEST(GuardTest, RenderedFramesAreWrittenBeforeAHungProcessIsKilled) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
 }
 
+TEST(GuardTest, HangWithoutForkEndsTheProcessAfterWritingRenderedFrames) {
+    const auto run = [] {
+        RunGuarded({.frameSeconds = 0.2, .fork = false}, "effects/some", []() -> int {
+            const StopScope stop(true);
+            std::thread([] {
+                while (!AbandonRequested())
+                    usleep(1000);
+                ReportWritten(3, 10, true);
+                MarkDrained();
+            }).detach();
+            const StageSpan span(Stage::Script);
+            LoopForever();
+        });
+    };
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(run(), testing::ExitedWithCode(ExitRanAway),
+                "some: draw: no end after 0.2 s.*\n.*3 of 10 frames are written");
+}
+
 TEST(GuardTest, StopSignalReachesTheWorkAndEndsWorkThatDoesNotHandleIt) {
     const auto finish = [] {
         const StopScope stop(false);
