@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "clips/ClipOutput.h"
+#include "clips/FrameDigests.h"
 #include "clips/NumberPattern.h"
-#include "clips/Pipeline.h"
 #include "guard/StopRequest.h"
 #include "toolkit/Errors.h"
 
@@ -25,8 +25,6 @@ void RequireSensibleOptions(const ClipOptions& options, const ClipRequest& reque
         throw WrongUse("--input -: --resume and --shard need --frames FIRST-LAST");
     if (!options.shard.empty() && !NumberPattern::Parse("--output", request.output))
         throw WrongUse("--shard: expected numbered pictures for --output, such as out_####.png");
-    if (!request.input.empty() && !isRawInput && request.input == request.output)
-        throw WrongUse("--output " + request.output + ": is the input; expected another file name");
 }
 
 ClipInput OpenCheckedInput(const ClipOptions& options, const ClipRequest& request) {
@@ -38,10 +36,7 @@ ClipInput OpenCheckedInput(const ClipOptions& options, const ClipRequest& reques
 
 Clip::Clip(const ClipOptions& options, const ClipRequest& request)
     : m_Options(options), m_Request(request), m_Input(OpenCheckedInput(options, request)),
-      m_Sink(OpenClipOutput(options, request, m_Input)) {
-    if (options.resume)
-        std::erase_if(m_Input.plan.frames, [&](const FrameId& frame) { return m_Sink->isWritten(frame); });
-}
+      m_Sink(OpenClipOutput(options, request, m_Input)) {}
 
 double Clip::timeOf(long number) const {
     return m_Request.time + m_Input.rate.timeOf(static_cast<double>(number - m_Input.zeroFrame));
@@ -67,34 +62,65 @@ PipelineResult Clip::renderAll(const RenderFunction& render, Progress& progress)
     try {
         return RunPipeline(*m_Input.source, *m_Sink, m_Input.plan, render, progress);
     } catch (const WrongUse& error) {
-        throw WrongUse(std::string(error.what()) + "; " + continuationHint(progress.done()));
+        throw WrongUse(std::string(error.what()) + "; " + continuationHint(progress.written()));
     } catch (const EffectFailure& error) {
-        const std::string text = error.text() + "; " + continuationHint(progress.done());
+        const std::string text = error.text() + "; " + continuationHint(progress.written());
         throw error.file().empty() ? EffectFailure(text) : EffectFailure(error.file(), text);
     }
 }
 
+void Clip::startSink(const Animation& animation, const std::vector<LayerInput>& layers) {
+    const FrameDigests digests(m_Request.identity, *m_Input.source, animation, layers);
+    for (FrameId& frame : m_Input.plan.frames)
+        frame.digest = digests.of(frame.number, timeOf(frame.number));
+    m_Sink->start(m_Input.plan);
+    if (m_Options.resume)
+        skipFinishedFrames();
+}
+
+void Clip::skipFinishedFrames() {
+    std::size_t outdated = 0;
+    std::erase_if(m_Input.plan.frames, [&](const FrameId& frame) {
+        const FrameSink::Earlier earlier = m_Sink->earlier(frame);
+        outdated += earlier == FrameSink::Earlier::Outdated ? 1 : 0;
+        return earlier == FrameSink::Earlier::Complete;
+    });
+    if (outdated)
+        std::fprintf(
+            stderr,
+            "fxhost: --resume: %zu of %zu frames are rendered again, because they are incomplete, or "
+            "the effect, a parameter, an input, an option or the tool has changed\n",
+            outdated, m_Input.plan.total);
+}
+
 int Clip::run(FrameRenderer& renderer, const Animation& animation, const std::vector<LayerInput>& layers,
-              const std::function<void()>& afterFrame) {
+              const std::function<bool()>& hasFailed) {
     const StopScope stop(true);
+    startSink(animation, layers);
     Progress progress(stderr, m_Options.quiet ? Progress::Style::None : Progress::StyleFor(stderr),
                       m_Input.plan.endless ? 0 : m_Input.plan.frames.size());
     const auto render = [&](const FrameId& frame, Picture input) {
         const double time = timeOf(frame.number);
         Picture picture = renderer.render({std::move(input), time, animation.at(time), layers});
-        afterFrame();
-        return picture;
+        return RenderedFrame{std::move(picture), hasFailed()};
     };
-    const PipelineResult result = renderAll(render, progress);
+    return report(renderAll(render, progress), progress);
+}
+
+int Clip::report(const PipelineResult& result, const Progress& progress) const {
+    if (!result.failed.empty())
+        std::fprintf(stderr,
+                     "fxhost: the effect failed in %zu frames, which are not written; the first is %ld\n",
+                     result.failed.size(), result.failed.front());
     if (result.stopped) {
-        std::fprintf(stderr, "fxhost: stopped; %s\n", continuationHint(progress.done()).c_str());
+        std::fprintf(stderr, "fxhost: stopped; %s\n", continuationHint(progress.written()).c_str());
         return ExitStopped;
     }
     if (!m_Options.quiet)
         std::fprintf(stderr, "%s in %.1f s, of which rendering %.1f s\n",
                      ProgressText(result.rendered, 0, progress.seconds()).c_str(), progress.seconds(),
                      result.renderSeconds);
-    return ExitOk;
+    return result.failed.empty() ? ExitOk : ExitEffectFailed;
 }
 
 } // namespace fxhost

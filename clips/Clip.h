@@ -9,6 +9,7 @@
 #include "clips/ClipInput.h"
 #include "clips/ClipOptions.h"
 #include "clips/FrameSink.h"
+#include "clips/Pipeline.h"
 #include "toolkit/FrameRenderer.h"
 
 namespace fxhost {
@@ -26,12 +27,16 @@ public:
     double timeOf(long number) const;
 
     // Renders the frames and returns the exit status. `renderer` is used on the calling thread only, and
-    // afterFrame is called there after each frame. Throws WrongUse or EffectFailure; the text says how many
-    // frames are written and how to continue.
+    // hasFailed is called there after each frame; it returns true when the effect reported an error in that
+    // frame, which then gets no file. Throws WrongUse or EffectFailure; the text says how many frames are
+    // written and how to continue.
     int run(FrameRenderer& renderer, const Animation& animation, const std::vector<LayerInput>& layers,
-            const std::function<void()>& afterFrame);
+            const std::function<bool()>& hasFailed);
 
 private:
+    void startSink(const Animation& animation, const std::vector<LayerInput>& layers);
+    void skipFinishedFrames();
+    int report(const PipelineResult& result, const Progress& progress) const;
     PipelineResult renderAll(const RenderFunction& render, Progress& progress);
     std::string continuationHint(std::size_t done) const;
 

@@ -92,7 +92,8 @@ private:
         listFrames(*m_Input.range);
         m_Input.source = RepeatPicture(
             m_Request.input.empty() ? Picture(m_Request.width, m_Request.height, m_Request.depth.value_or(8))
-                                    : ReadPicture(m_Request.input, m_Request.depth));
+                                    : ReadPicture(m_Request.input, m_Request.depth),
+            m_Request.input);
     }
 
     // Videos and streams number their frames from 1.

@@ -5,9 +5,9 @@
 
 #include "clips/ClipOptions.h"
 #include "clips/FrameList.h"
+#include "clips/FramePlan.h"
 #include "clips/FrameRate.h"
 #include "clips/FrameSource.h"
-#include "clips/Pipeline.h"
 #include "clips/VideoProbe.h"
 
 namespace fxhost {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,17 +13,19 @@ struct ClipOptions {
     std::string codec, pixelFormat, codecOptions;
     std::optional<long> zeroFrame;
     bool resume = false;
+    bool keepExisting = false; // do not replace existing files
     bool quiet = false;
 };
 
 // The options that a clip shares with a single picture.
 struct ClipRequest {
-    std::string input;                 // file, number pattern, "-", or empty for an empty layer
-    unsigned width = 0, height = 0;    // of the empty layer, in pixels
-    std::string output;                // number pattern, video, "-", or /dev/null
-    std::optional<unsigned> depth;     // bits per channel; the input's own when not given
-    double time = 0;                   // seconds that are added to the time of every frame
-    std::vector<std::string> identity; // further texts that decide what the frames look like
+    std::string input;                    // file, number pattern, "-", or empty for an empty layer
+    unsigned width = 0, height = 0;       // of the empty layer, in pixels
+    std::string output;                   // number pattern, video, "-", or /dev/null
+    std::optional<unsigned> depth;        // bits per channel; the input's own when not given
+    double time = 0;                      // seconds that are added to the time of every frame
+    std::uint64_t identity = 0;           // digest of the effect and everything else that frames depend on
+    std::vector<std::string> otherInputs; // files that are read besides the input
 };
 
 // True when these options and files ask for more than one picture: a number pattern, video or "-" as input or

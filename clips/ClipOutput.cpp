@@ -5,8 +5,10 @@
 
 #include "clips/NumberPattern.h"
 #include "clips/PictureSink.h"
+#include "clips/ProtectedFiles.h"
 #include "clips/RawFrames.h"
 #include "clips/VideoSink.h"
+#include "toolkit/ContentDigest.h"
 
 namespace fxhost {
 
@@ -19,19 +21,23 @@ std::set<long> PlannedNumbers(const FramePlan& plan) {
     return numbers;
 }
 
-// Everything that decides what the frames look like, one line each.
-std::string Identity(const ClipOptions& options, const ClipRequest& request, const ClipInput& input) {
+// Everything besides the frames that decides what the parts of a video look like.
+std::string EncoderIdentity(const ClipOptions& options, const ClipInput& input) {
     std::string identity;
-    const auto add = [&](const std::string& text) { identity += text + "\n"; };
-    for (const auto& text : request.identity)
-        add(text);
-    for (const auto& text :
-         {request.input, options.keys, options.codec, options.pixelFormat, options.codecOptions,
-          input.range ? input.range->text() : "", input.rate.text(), std::to_string(input.source->depth()),
-          std::to_string(input.source->width()) + "x" + std::to_string(input.source->height()),
-          std::to_string(input.zeroFrame), std::to_string(request.time)})
-        add(text);
+    for (const auto& text : {options.codec, options.pixelFormat, options.codecOptions, input.rate.text(),
+                             std::string(input.source->hasAlpha() ? "alpha" : "opaque")})
+        identity += text + "\n";
+    if (input.video)
+        identity += input.video->matrix + "\n" + input.video->primaries + "\n" + input.video->transfer;
     return identity;
+}
+
+std::string SoundIdentity(const SoundTrack& sound) {
+    ContentDigest digest;
+    digest.addFileState(sound.path);
+    digest.add(sound.start);
+    digest.add(sound.seconds);
+    return std::to_string(digest.value());
 }
 
 // The sound of the input, when each output frame is an input frame at its own time.
@@ -65,21 +71,43 @@ std::unique_ptr<FrameSink> OpenVideoOutput(const ClipOptions& options, const Cli
     }
     job.sound = SoundFor(options, request, input);
     job.resume = options.resume;
-    job.identity = Identity(options, request, input);
-    job.frames = input.plan.total;
+    job.replace = !options.keepExisting;
+    job.identity = EncoderIdentity(options, input);
+    job.soundIdentity = SoundIdentity(job.sound);
     return WriteVideo(job);
+}
+
+ProtectedFiles InputFiles(const ClipRequest& request, const ClipInput& input) {
+    ProtectedFiles files;
+    for (const std::string& path : request.otherInputs)
+        files.add(path);
+    files.add(request.input);
+    for (const FrameId& frame : input.plan.frames)
+        files.add(input.source->file(frame.number));
+    return files;
+}
+
+void RequireNoInputAsOutput(const ClipRequest& request, const ClipInput& input) {
+    if (request.output == "-")
+        return;
+    const ProtectedFiles files = InputFiles(request, input);
+    files.requireOther(request.output);
+    if (const auto pattern = NumberPattern::Parse("--output", request.output))
+        for (const FrameId& frame : input.plan.frames)
+            files.requireOther(pattern->path(frame.number));
 }
 
 } // namespace
 
 std::unique_ptr<FrameSink> OpenClipOutput(const ClipOptions& options, const ClipRequest& request,
                                           const ClipInput& input) {
+    RequireNoInputAsOutput(request, input);
     if (request.output == "-")
         return WriteRawFrames(STDOUT_FILENO);
     if (request.output == DiscardPath)
         return DiscardFrames();
     if (const auto pattern = NumberPattern::Parse("--output", request.output))
-        return WritePictures(*pattern, options.resume, PlannedNumbers(input.plan));
+        return WritePictures({*pattern, PlannedNumbers(input.plan), options.resume, !options.keepExisting});
     return OpenVideoOutput(options, request, input);
 }
 

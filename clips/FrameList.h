@@ -1,14 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace fxhost {
 
-// One frame of a clip: its number in file names, and its index among the frames that are asked for.
+// One frame of a clip.
 struct FrameId {
-    long number = 0;
-    std::size_t place = 0;
+    long number = 0;          // in file names
+    std::size_t place = 0;    // index among the frames that are asked for
+    std::uint64_t digest = 0; // of everything that the frame depends on
 };
 
 // The frames that --frames asks for: "FIRST-LAST", "FIRST-LASTxSTEP" or "NUMBER".

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-#include "clips/FrameList.h"
+#include "clips/FramePlan.h"
 #include "pictures/Picture.h"
 
 namespace fxhost {
@@ -13,11 +13,24 @@ class FrameSink {
 public:
     virtual ~FrameSink() = default;
 
-    // True when an earlier run already wrote this frame completely, so that it need not be rendered.
-    virtual bool isWritten(const FrameId&) const { return false; }
+    // What an earlier run left of a frame.
+    enum class Earlier {
+        Nothing,
+        Complete, // the same frame, so that it need not be rendered
+        Outdated, // an incomplete file, or a frame that was made from something else
+    };
+
+    // Called once, before the other functions, with all frames of the run and their digests. Throws WrongUse
+    // or EffectFailure.
+    virtual void start(const FramePlan& plan) { static_cast<void>(plan); }
+    // After start().
+    virtual Earlier earlier(const FrameId&) const { return Earlier::Nothing; }
     // Writes one frame. Unless isParallel, one thread passes the frames in ascending order. Throws
     // EffectFailure that names the file.
     virtual void write(const FrameId& frame, const Picture& picture) = 0;
+    // Takes a frame in which the effect reported an error, in place of write(). The frame must not count as
+    // written.
+    virtual void writeFailed(const FrameId& frame, const Picture& picture) { write(frame, picture); }
     // True when many threads may call write() at the same time, in any order.
     virtual bool isParallel() const { return false; }
     // Completes the output after the last frame. `frames` is the length of the whole clip. Throws

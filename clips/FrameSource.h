@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "clips/FrameList.h"
 #include "pictures/Picture.h"
@@ -16,6 +17,8 @@ public:
     // isParallel, one thread asks for ascending numbers. Throws WrongUse or EffectFailure that names the file
     // and the frame.
     virtual std::optional<Picture> read(long number) = 0;
+    // The file that a frame is read from; empty when there is none. A video is the file of all its frames.
+    virtual std::string file(long number) const = 0;
     // True when many threads may call read() at the same time, in any order.
     virtual bool isParallel() const = 0;
 

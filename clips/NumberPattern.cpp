@@ -94,6 +94,10 @@ std::string NumberPattern::path(long number) const {
     return m_Folder + m_Before + digits(number) + m_After;
 }
 
+std::string NumberPattern::normalizedPath() const {
+    return m_Folder + m_Before + std::string(m_Width, '#') + m_After;
+}
+
 std::optional<long> NumberPattern::numberIn(const std::string& name) const {
     if (name.size() <= m_Before.size() + m_After.size() || !name.starts_with(m_Before) ||
         !name.ends_with(m_After))

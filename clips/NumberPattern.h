@@ -18,6 +18,8 @@ public:
 
     const std::string& text() const { return m_Text; }
     std::string path(long number) const;
+    // The path with "#" for each digit, which is the same for every spelling of the pattern.
+    std::string normalizedPath() const;
 
     // The numbers of the existing files, ascending. Numbers with another count of digits do not match.
     std::vector<long> numbersOnDisk() const;

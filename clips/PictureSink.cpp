@@ -1,31 +1,62 @@
 #include "clips/PictureSink.h"
 
-#include "clips/PictureHeader.h"
+#include <filesystem>
+
+#include "clips/FailedPicture.h"
+#include "clips/FrameRecord.h"
+#include "clips/OutputLock.h"
+#include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
 
 namespace fxhost {
 
 namespace {
 
+namespace fs = std::filesystem;
+
+const PictureJob& Checked(const PictureJob& job) {
+    RequireWritable(job.pattern.path(0));
+    return job;
+}
+
 class PictureSink final : public FrameSink {
 public:
-    PictureSink(const NumberPattern& pattern, bool resume, const std::set<long>& planned)
-        : m_Pattern(pattern), m_Resume(resume) {
-        RequireWritable(pattern.path(0));
-        pattern.removeLeftovers(planned);
+    explicit PictureSink(const PictureJob& job)
+        : m_Job(Checked(job)), m_Lock(job.pattern.normalizedPath(), job.planned),
+          m_Record(job.pattern.normalizedPath()) {
+        m_Job.pattern.removeLeftovers(m_Job.planned);
+        if (m_Job.resume)
+            m_Record.load();
     }
-    bool isWritten(const FrameId& frame) const override {
-        return m_Resume && ReadPictureHeader(m_Pattern.path(frame.number));
+
+    void start(const FramePlan& plan) override {
+        for (const FrameId& frame : plan.frames)
+            if (!m_Job.replace && fs::exists(path(frame)) && earlier(frame) != Earlier::Complete)
+                throw WrongUse("--output " + path(frame) + ": exists, and -n forbids to replace it");
+    }
+    Earlier earlier(const FrameId& frame) const override {
+        if (!m_Job.resume || !fs::exists(path(frame)))
+            return Earlier::Nothing;
+        const bool same = m_Record.matches(frame.number, frame.digest, path(frame));
+        return same ? Earlier::Complete : Earlier::Outdated;
     }
     void write(const FrameId& frame, const Picture& picture) override {
-        WritePicture(m_Pattern.path(frame.number), picture);
+        WritePicture(path(frame), picture);
+        m_Record.append(frame.number, frame.digest, path(frame));
+        RemoveFailedPicture(path(frame));
+    }
+    void writeFailed(const FrameId& frame, const Picture& picture) override {
+        KeepFailedPicture(path(frame), picture);
     }
     bool isParallel() const override { return true; }
     bool isResumable() const override { return true; }
 
 private:
-    const NumberPattern m_Pattern;
-    const bool m_Resume;
+    std::string path(const FrameId& frame) const { return m_Job.pattern.path(frame.number); }
+
+    const PictureJob m_Job;
+    const OutputLock m_Lock;
+    FrameRecord m_Record;
 };
 
 class DiscardingSink final : public FrameSink {
@@ -35,9 +66,8 @@ public:
 
 } // namespace
 
-std::unique_ptr<FrameSink> WritePictures(const NumberPattern& pattern, bool resume,
-                                         const std::set<long>& planned) {
-    return std::make_unique<PictureSink>(pattern, resume, planned);
+std::unique_ptr<FrameSink> WritePictures(const PictureJob& job) {
+    return std::make_unique<PictureSink>(job);
 }
 
 std::unique_ptr<FrameSink> DiscardFrames() {

@@ -8,11 +8,17 @@
 
 namespace fxhost {
 
-// Writes numbered pictures. With `resume`, files that exist and have a valid header count as written.
-// Temporary files that killed runs left for the `planned` numbers are removed. Throws WrongUse when the
-// folder does not exist or no picture format has this extension.
-std::unique_ptr<FrameSink> WritePictures(const NumberPattern& pattern, bool resume,
-                                         const std::set<long>& planned);
+struct PictureJob {
+    NumberPattern pattern;
+    std::set<long> planned; // numbers of this run; empty when they are not known
+    bool resume = false;    // frames of earlier runs count when their record has the same digest
+    bool replace = true;    // false: throw WrongUse when a file would be replaced
+};
+
+// Writes numbered pictures, holds the lock on their numbers and records their digests. Temporary files that
+// killed runs left for the planned numbers are removed. Throws WrongUse when the folder does not exist or no
+// picture format has this extension, EffectFailure when another run is writing the same frames.
+std::unique_ptr<FrameSink> WritePictures(const PictureJob& job);
 
 // Discards every frame.
 std::unique_ptr<FrameSink> DiscardFrames();

@@ -34,6 +34,7 @@ public:
                            SizeText(m_Width, m_Height) + "; expected pictures of one size");
         return picture;
     }
+    std::string file(long number) const override { return m_Pattern.path(number); }
     bool isParallel() const override { return true; }
 
 private:
@@ -50,16 +51,18 @@ private:
 
 class StillSource final : public FrameSource {
 public:
-    explicit StillSource(Picture picture) : m_Picture(std::move(picture)) {
+    StillSource(Picture picture, const std::string& file) : m_Picture(std::move(picture)), m_File(file) {
         m_Width = m_Picture.width;
         m_Height = m_Picture.height;
         m_Depth = m_Picture.depth;
     }
     std::optional<Picture> read(long) override { return m_Picture; }
+    std::string file(long) const override { return m_File; }
     bool isParallel() const override { return true; }
 
 private:
     const Picture m_Picture;
+    const std::string m_File;
 };
 
 } // namespace
@@ -69,8 +72,8 @@ std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, long fir
     return std::make_unique<PictureSource>(pattern, first, depth);
 }
 
-std::unique_ptr<FrameSource> RepeatPicture(Picture picture) {
-    return std::make_unique<StillSource>(std::move(picture));
+std::unique_ptr<FrameSource> RepeatPicture(Picture picture, const std::string& file) {
+    return std::make_unique<StillSource>(std::move(picture), file);
 }
 
 } // namespace fxhost

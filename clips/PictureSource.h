@@ -13,7 +13,7 @@ namespace fxhost {
 std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, long first,
                                           std::optional<unsigned> depth);
 
-// Shows the same picture in every frame.
-std::unique_ptr<FrameSource> RepeatPicture(Picture picture);
+// Shows the same picture in every frame. `file`: where it comes from, or empty.
+std::unique_ptr<FrameSource> RepeatPicture(Picture picture, const std::string& file);
 
 } // namespace fxhost

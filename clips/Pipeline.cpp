@@ -8,7 +8,6 @@
 #include "clips/DrainGuard.h"
 #include "clips/PipeIO.h"
 #include "clips/ReadAhead.h"
-#include "clips/WriteBehind.h"
 #include "guard/Stage.h"
 #include "guard/StopRequest.h"
 
@@ -45,9 +44,11 @@ bool RenderAll(ReadAhead& reader, WriteBehind& writer, const FramePlan& plan, co
             const FrameId frame = plan.at(i);
             ReportFrame(frame.number);
             const auto begin = Clock::now();
-            Picture picture = render(frame, std::move(*input));
+            RenderedFrame rendered = render(frame, std::move(*input));
             result.renderSeconds += std::chrono::duration<double>(Clock::now() - begin).count();
-            if (!writer.add(frame, std::move(picture)))
+            if (rendered.hasFailed)
+                result.failed.push_back(frame.number);
+            if (!writer.add(frame, std::move(rendered)))
                 return false;
             ++result.rendered;
         }
@@ -91,13 +92,13 @@ PipelineResult RunPipeline(FrameSource& source, FrameSink& sink, const FramePlan
     PipelineResult result;
     const std::size_t earlier = plan.endless ? 0 : plan.total - plan.frames.size();
     const auto report = [&] {
-        ReportWritten(static_cast<long>(sink.durableFrames(earlier + progress.done())),
+        ReportWritten(static_cast<long>(sink.durableFrames(earlier + progress.written())),
                       static_cast<long>(plan.total), sink.isResumable());
     };
     report();
     const std::size_t writers = ThreadCount(sink.isParallel());
-    WriteBehind writer(sink, writers, QueueCapacity(source, writers), [&] {
-        progress.advance();
+    WriteBehind writer(sink, writers, QueueCapacity(source, writers), [&](bool isGood) {
+        progress.advance(isGood);
         report();
     });
     DrainGuard drainGuard(writer, sink);

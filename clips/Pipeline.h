@@ -1,29 +1,20 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <vector>
 
+#include "clips/FramePlan.h"
 #include "clips/FrameSink.h"
 #include "clips/FrameSource.h"
 #include "clips/Progress.h"
+#include "clips/WriteBehind.h"
 
 namespace fxhost {
 
-// The frames of one run.
-struct FramePlan {
-    std::vector<FrameId> frames; // to render, ascending
-    std::size_t total = 0;       // length of the whole clip, including frames of earlier runs
-    bool endless = false;        // every frame from number 1 until the source ends; `frames` is empty
-
-    std::size_t size() const { return endless ? SIZE_MAX : frames.size(); }
-    FrameId at(std::size_t i) const { return endless ? FrameId{static_cast<long>(i) + 1, i} : frames[i]; }
-};
-
-using RenderFunction = std::function<Picture(const FrameId&, Picture)>;
+using RenderFunction = std::function<RenderedFrame(const FrameId&, Picture)>;
 
 struct PipelineResult {
-    std::size_t rendered = 0; // frames of this run
+    std::size_t rendered = 0; // frames of this run, including failed ones
+    std::vector<long> failed; // numbers of the frames in which the effect reported an error
     bool stopped = false;     // true when the user requested a stop
     double renderSeconds = 0; // spent inside `render`
 };

@@ -51,8 +51,9 @@ double Progress::seconds() const {
     return std::chrono::duration<double>(Clock::now() - m_Begin).count();
 }
 
-void Progress::advance() {
+void Progress::advance(bool written) {
     ++m_Done;
+    m_Written += written ? 1 : 0;
     const auto now = Clock::now();
     const double period = m_Style == Style::Bar ? s_BarPeriod : s_LinePeriod;
     const bool isLast = m_Done == m_Total;

@@ -22,9 +22,10 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    // Counts one more frame, and shows it when enough time has passed.
-    void advance();
-    std::size_t done() const { return m_Done; }
+    // Counts one more frame, and shows it when enough time has passed. written: false for a failed frame.
+    void advance(bool written = true);
+    // Frames that are written.
+    std::size_t written() const { return m_Written; }
     // Seconds since the construction.
     double seconds() const;
 
@@ -35,7 +36,7 @@ private:
     std::FILE* m_File;
     const Style m_Style;
     const std::size_t m_Total;
-    std::size_t m_Done = 0;
+    std::size_t m_Done = 0, m_Written = 0;
     bool m_BarShown = false;
     const Clock::time_point m_Begin = Clock::now();
     Clock::time_point m_Shown = m_Begin;

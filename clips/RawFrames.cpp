@@ -32,6 +32,7 @@ public:
             return std::nullopt;
         return ToPicture(*frame, m_Depth);
     }
+    std::string file(long) const override { return {}; }
     bool isParallel() const override { return false; }
 
 private:

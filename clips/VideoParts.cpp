@@ -1,11 +1,15 @@
 #include "clips/VideoParts.h"
 
+#include <algorithm>
+#include <cinttypes>
+#include <cstdio>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "clips/ChildProcess.h"
 #include "clips/VideoProbe.h"
 #include "toolkit/AtomicFile.h"
+#include "toolkit/ContentDigest.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -15,14 +19,17 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-constexpr const char* s_IdentityFile = "plan.json";
+constexpr const char* s_ShapeFile = "shape.json";
 
-void RequireFolder(const fs::path& target) {
+const VideoJob& Checked(const VideoJob& job) {
+    const fs::path target(job.path);
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
     if (!fs::is_directory(folder))
         throw WrongUse("--output " + target.string() + ": there is no folder " + folder.string());
     if (fs::is_directory(target))
         throw WrongUse("--output " + target.string() + ": is a folder; expected a video file");
+    RequireVideoExtension(job.path);
+    return job;
 }
 
 void WriteText(const fs::path& path, const std::string& text) {
@@ -42,57 +49,96 @@ fs::path PartsFolder(const std::string& path) {
 
 } // namespace
 
-VideoParts::VideoParts(const VideoJob& job) : m_Job(job), m_Folder(PartsFolder(job.path)) {
-    RequireFolder(job.path);
-    RequireVideoExtension(job.path);
-    const fs::path plan = m_Folder / s_IdentityFile;
-    if (job.resume && fs::exists(plan)) {
-        readIdentity(plan.string());
-        return;
-    }
-    if (job.resume && fs::exists(job.path)) {
-        m_AllDone = job.frames > 0 && ProbeVideo(job.path).packets == static_cast<long>(job.frames);
-        if (m_AllDone)
-            return;
-    }
+VideoParts::VideoParts(const VideoJob& job)
+    : m_Job(Checked(job)), m_Folder(PartsFolder(job.path)), m_Lock(job.path, {}), m_Record(job.path) {}
+
+void VideoParts::start(const FramePlan& plan) {
+    digestParts(plan);
+    if (m_Job.resume)
+        m_Record.load();
+    m_AllDone = m_Job.resume && m_Record.matches(0, m_Digest, m_Job.path);
+    const bool exists = fs::exists(m_Job.path);
+    if (exists && !m_AllDone && !m_Job.replace)
+        throw WrongUse("--output " + m_Job.path + ": exists, and -n forbids to replace it");
     try {
-        fs::remove_all(m_Folder);
-        fs::create_directory(m_Folder);
-        WriteText(plan, Json{{"plan", job.identity}}.dump());
+        if (m_AllDone || !m_Job.resume)
+            fs::remove_all(m_Folder);
+        m_AllOutdated = m_Job.resume && exists && !m_AllDone && !fs::exists(m_Folder);
+        if (!m_AllDone)
+            fs::create_directory(m_Folder);
     } catch (const fs::filesystem_error& error) {
-        throw EffectFailure("--output " + job.path + ": the folder " + m_Folder.string() +
+        throw EffectFailure("--output " + m_Job.path + ": the folder " + m_Folder.string() +
                             " cannot be created: " + error.code().message());
     }
+    sortOutOldParts();
 }
 
-void VideoParts::readIdentity(const std::string& path) {
-    std::ifstream file(path);
-    const Json plan = Json::parse(file, nullptr, false);
-    if (!plan.is_object() || plan.value("plan", "") != m_Job.identity)
-        throw WrongUse("--resume: " + m_Folder.string() +
-                       " contains parts of a clip with other options; give the same options, or start again "
-                       "without --resume");
-    if (plan.contains("width")) {
-        m_Shape = {plan.value("width", 0u), plan.value("height", 0u), plan.value("depth", 0u)};
-        m_Extension = plan.value("extension", "");
+// Frames of an endless clip are not known in advance. Such a clip cannot be resumed either.
+void VideoParts::digestParts(const FramePlan& plan) {
+    ContentDigest whole;
+    whole.add(m_Job.soundIdentity);
+    m_PartDigests.assign((plan.frames.size() + PartFrames - 1) / PartFrames, 0);
+    for (std::size_t part = 0; part < m_PartDigests.size(); ++part) {
+        ContentDigest digest;
+        digest.add(m_Job.identity);
+        for (std::size_t i = part * PartFrames; i < std::min((part + 1) * PartFrames, plan.frames.size());
+             ++i)
+            digest.add(plan.frames[i].digest);
+        m_PartDigests[part] = digest.value();
+        whole.add(digest.value());
     }
+    m_Digest = whole.value();
+}
+
+// Removes everything but the parts that can be used, and the shape that belongs to them.
+void VideoParts::sortOutOldParts() {
+    std::set<std::string> usable;
+    for (std::size_t part = 0; part < m_PartDigests.size(); ++part)
+        usable.insert(nameWithoutExtension(part));
+    std::error_code ignored;
+    bool hasUsable = false;
+    for (const auto& entry : fs::directory_iterator(m_Folder, ignored)) {
+        const std::string name = entry.path().stem().string();
+        std::size_t index = 0;
+        const bool isPart = std::sscanf(name.c_str(), "part%zu-", &index) == 1;
+        hasUsable |= usable.contains(name);
+        if (isPart && !usable.contains(name))
+            m_Outdated.insert(index);
+        if (!usable.contains(name) && entry.path().filename() != s_ShapeFile)
+            fs::remove(entry.path(), ignored);
+    }
+    if (hasUsable)
+        readShape();
+}
+
+void VideoParts::readShape() {
+    std::ifstream file(m_Folder / s_ShapeFile);
+    const Json shape = Json::parse(file, nullptr, false);
+    if (!shape.is_object())
+        return;
+    m_Shape = {shape.value("width", 0u), shape.value("height", 0u), shape.value("depth", 0u)};
+    m_Extension = shape.value("extension", "");
 }
 
 void VideoParts::setShape(const Shape& shape, const std::string& extension) {
     m_Shape = shape;
     m_Extension = extension;
-    WriteText(m_Folder / s_IdentityFile, Json{{"plan", m_Job.identity},
-                                              {"width", shape.width},
-                                              {"height", shape.height},
-                                              {"depth", shape.depth},
-                                              {"extension", extension}}
-                                             .dump());
+    WriteText(m_Folder / s_ShapeFile, Json{{"width", shape.width},
+                                           {"height", shape.height},
+                                           {"depth", shape.depth},
+                                           {"extension", extension}}
+                                          .dump());
+}
+
+std::string VideoParts::nameWithoutExtension(std::size_t index) const {
+    const std::uint64_t digest = index < m_PartDigests.size() ? m_PartDigests[index] : 0;
+    char name[48];
+    std::snprintf(name, sizeof name, "part%06zu-%016" PRIx64, index, digest);
+    return name;
 }
 
 fs::path VideoParts::path(std::size_t index) const {
-    char name[32];
-    std::snprintf(name, sizeof name, "part%06zu", index);
-    return m_Folder / (name + m_Extension);
+    return m_Folder / (nameWithoutExtension(index) + m_Extension);
 }
 
 // An encoder may outlive a killed run for a moment; its process id keeps its part apart from ours.
@@ -164,6 +210,7 @@ void VideoParts::join(std::size_t frames) {
         runJoin(target.unfinished(), false); // The container may not support the codec of the sound.
     }
     target.commit();
+    m_Record.append(0, m_Digest, m_Job.path);
     fs::remove_all(m_Folder);
 }
 

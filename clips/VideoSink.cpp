@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 
 #include "clips/ChildProcess.h"
+#include "clips/FailedPicture.h"
 #include "clips/PipeFormat.h"
 #include "clips/PipeIO.h"
 #include "clips/VideoParts.h"
@@ -20,7 +22,13 @@ class VideoSink final : public FrameSink {
 public:
     explicit VideoSink(const VideoJob& job) : m_Job(job), m_Parts(job) {}
 
-    bool isWritten(const FrameId& frame) const override { return m_Parts.has(frame.place / PartFrames); }
+    void start(const FramePlan& plan) override { m_Parts.start(plan); }
+    Earlier earlier(const FrameId& frame) const override {
+        const std::size_t part = frame.place / PartFrames;
+        return m_Parts.has(part)          ? Earlier::Complete
+               : m_Parts.isOutdated(part) ? Earlier::Outdated
+                                          : Earlier::Nothing;
+    }
 
     void write(const FrameId& frame, const Picture& picture) override {
         checkShape(frame, picture);
@@ -37,11 +45,22 @@ public:
             failed(*m_Encoder, frame.number, error);
     }
 
+    // Encodes the frame, so that the part keeps its order, but drops the part at its end.
+    void writeFailed(const FrameId& frame, const Picture& picture) override {
+        if (m_FailedParts.empty())
+            KeepFailedPicture(m_Job.path, picture);
+        write(frame, picture);
+        m_FailedParts.insert(m_Part);
+    }
+
     void finish(std::size_t frames) override {
         closePart();
         finishClosed();
+        if (!m_FailedParts.empty())
+            throw EffectFailure(m_Job.path + ": not written, because the effect failed in some frames");
         if (!m_Parts.isAllDone())
             m_Parts.join(frames);
+        RemoveFailedPicture(m_Job.path);
     }
 
     // A later run starts the unfinished part again. Until then the part can be played.
@@ -55,6 +74,7 @@ public:
         m_Encoder->closePipe();
         m_Encoder->wait();
         m_Encoder.reset();
+        dropIfFailed(m_Part);
     }
 
     std::size_t durableFrames(std::size_t written) const override {
@@ -126,7 +146,13 @@ private:
         const auto encoder = std::move(m_Closed);
         if (encoder->wait() != 0)
             failed(*encoder, -1, 0);
-        fs::rename(m_Parts.unfinishedPath(m_ClosedPart), m_Parts.path(m_ClosedPart));
+        if (!dropIfFailed(m_ClosedPart))
+            fs::rename(m_Parts.unfinishedPath(m_ClosedPart), m_Parts.path(m_ClosedPart));
+    }
+
+    bool dropIfFailed(std::size_t part) const {
+        std::error_code ignored;
+        return m_FailedParts.contains(part) && fs::remove(m_Parts.unfinishedPath(part), ignored);
     }
 
     // number: frame that could not be written, or -1. error: number of the write error.
@@ -143,6 +169,7 @@ private:
     VideoFormat m_Format;
     std::unique_ptr<ChildProcess> m_Encoder, m_Closed;
     std::size_t m_Part = 0, m_ClosedPart = 0;
+    std::set<std::size_t> m_FailedParts;
     mutable std::size_t m_CompleteParts = 0; // without a gap, from the beginning; a lower bound
 };
 

@@ -20,9 +20,10 @@ struct VideoJob {
     EncoderOptions options;
     VideoContent content;
     SoundTrack sound;
-    bool resume = false;
-    std::string identity;   // everything that decides what the frames look like
-    std::size_t frames = 0; // expected length of the video
+    std::string identity;      // everything besides the frames that decides what the parts look like
+    std::string soundIdentity; // the same for the sound
+    bool resume = false;       // parts of earlier runs count when their frames have the same digests
+    bool replace = true;       // false: throw WrongUse when the video would be replaced
 };
 
 // Frames in each part of a video that is being written.
@@ -31,8 +32,9 @@ constexpr std::size_t PartFrames = 48;
 // Writes a video with the ffmpeg program. The video is encoded in parts, which stay in the folder
 // ".NAME.parts" beside the output until the last one is complete; then they are joined without encoding them
 // again. A part gets its name when it is complete, so a run that was killed can continue with the first
-// missing part, and the result is the same file as that of a single run. Throws WrongUse when the folder does
-// not exist, the extension is not known, or the parts belong to another clip.
+// missing part, and the result is the same file as that of a single run. A part with a failed frame is
+// dropped, and then the video is not written. Throws WrongUse when the folder does not exist or the extension
+// is not known, EffectFailure when another run is writing the same video.
 std::unique_ptr<FrameSink> WriteVideo(const VideoJob& job);
 
 } // namespace fxhost

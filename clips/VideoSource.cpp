@@ -31,6 +31,7 @@ public:
         while (picture && m_Next <= number);
         return picture;
     }
+    std::string file(long) const override { return m_Path; }
     bool isParallel() const override { return false; }
 
 private:

@@ -3,7 +3,7 @@
 namespace fxhost {
 
 WriteBehind::WriteBehind(FrameSink& sink, std::size_t threads, std::size_t capacity,
-                         std::function<void()> onWritten)
+                         std::function<void(bool)> onWritten)
     : m_Sink(sink), m_Capacity(capacity), m_OnWritten(std::move(onWritten)) {
     for (std::size_t i = 0; i < threads; ++i)
         m_Threads.emplace_back([this] { work(); });
@@ -18,12 +18,12 @@ WriteBehind::~WriteBehind() {
     join();
 }
 
-bool WriteBehind::add(const FrameId& frame, Picture picture) {
+bool WriteBehind::add(const FrameId& frame, RenderedFrame rendered) {
     std::unique_lock lock(m_Mutex);
     m_Changed.wait(lock, [this] { return m_IsClosed || m_Error || m_Waiting.size() < m_Capacity; });
     if (m_IsClosed || m_Error)
         return false;
-    m_Waiting.push_back({frame, std::move(picture)});
+    m_Waiting.push_back({frame, std::move(rendered)});
     lock.unlock();
     m_Changed.notify_all();
     return true;
@@ -47,15 +47,18 @@ void WriteBehind::writeOne(std::unique_lock<std::mutex>& lock) {
     m_Changed.notify_all();
     std::exception_ptr error;
     try {
-        m_Sink.write(item.frame, item.picture);
+        if (item.rendered.hasFailed)
+            m_Sink.writeFailed(item.frame, item.rendered.picture);
+        else
+            m_Sink.write(item.frame, item.rendered.picture);
     } catch (...) {
         error = std::current_exception();
     }
     lock.lock();
-    if (!error)
-        m_OnWritten();
-    else if (!m_Error)
-        m_Error = error;
+    if (error)
+        m_Error = m_Error ? m_Error : error;
+    else
+        m_OnWritten(!item.rendered.hasFailed);
     m_Changed.notify_all();
 }
 

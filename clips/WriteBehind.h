@@ -12,12 +12,18 @@
 
 namespace fxhost {
 
+struct RenderedFrame {
+    Picture picture;
+    bool hasFailed = false; // true when the effect reported an error in this frame
+};
+
 // Writes rendered frames to a sink on threads of its own.
 class WriteBehind {
 public:
-    // `onWritten` is called after each written frame, by one thread at a time. At most `capacity` frames
-    // wait. `sink` must outlive this object.
-    WriteBehind(FrameSink& sink, std::size_t threads, std::size_t capacity, std::function<void()> onWritten);
+    // `onWritten` is called after each frame, by one thread at a time; its argument is false for a failed
+    // frame. At most `capacity` frames wait. `sink` must outlive this object.
+    WriteBehind(FrameSink& sink, std::size_t threads, std::size_t capacity,
+                std::function<void(bool)> onWritten);
     // Discards the waiting frames, unless drain() was called.
     ~WriteBehind();
     WriteBehind(const WriteBehind&) = delete;
@@ -25,7 +31,7 @@ public:
 
     // Waits for space in the queue. Returns false when no more frames are accepted, because writing failed or
     // drain() was called.
-    bool add(const FrameId& frame, Picture picture);
+    bool add(const FrameId& frame, RenderedFrame rendered);
     // Writes the waiting frames and ends the threads. Call it once, from any thread. Throws what the sink
     // threw.
     void drain();
@@ -33,7 +39,7 @@ public:
 private:
     struct Item {
         FrameId frame;
-        Picture picture;
+        RenderedFrame rendered;
     };
     void work();
     void writeOne(std::unique_lock<std::mutex>& lock);
@@ -41,7 +47,7 @@ private:
 
     FrameSink& m_Sink;
     const std::size_t m_Capacity;
-    const std::function<void()> m_OnWritten;
+    const std::function<void(bool)> m_OnWritten;
     std::mutex m_Mutex;
     std::condition_variable m_Changed;
     std::deque<Item> m_Waiting;

@@ -63,6 +63,7 @@ void ScriptErrorCollector::onError(const ScriptError& error) {
     ScriptErrorCollector& collector = *s_Current;
     const bool isSetup = error.evaluated == "fx.js";
     collector.m_SetupFailed |= isSetup;
+    ++collector.m_Count;
     // A script that failed before it defined its callbacks gets no further errors about them.
     if (!isSetup && collector.m_SetupFailed && error.line == 0)
         return;

@@ -19,6 +19,9 @@ public:
 
     // Returns the errors since the last call. An error that occurs repeatedly is returned once.
     std::vector<Diagnostic> take();
+    // Returns the number of all errors so far, where each occurrence counts.
+    std::size_t count() const { return m_Count; }
+    bool hasSetupFailed() const { return m_SetupFailed; }
 
 private:
     bool explainUndefined(Diagnostic& found, const std::string& evaluated) const;
@@ -26,7 +29,7 @@ private:
 
     const EffectSource& m_Source;
     std::vector<Diagnostic> m_All;
-    std::size_t m_Taken = 0;
+    std::size_t m_Taken = 0, m_Count = 0;
     bool m_SetupFailed = false;
     static ScriptErrorCollector* s_Current;
 };

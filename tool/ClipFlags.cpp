@@ -26,6 +26,13 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
          "FFmpeg encoder for the output; chosen by its extension by default");
     text("--pixel-format", options.pixelFormat, "NAME", "FFmpeg pixel format for the output");
     text("--codec-options", options.codecOptions, "TEXT", "Further arguments for the encoder: \"-crf 12\"");
+    CLI::Option* const replace = command
+                                     .add_flag_callback(
+                                         "-y", [] {}, "Replace existing output files, which is the default")
+                                     ->group("Clips");
+    command.add_flag("-n", options.keepExisting, "Do not replace existing output files; end with an error")
+        ->excludes(replace)
+        ->group("Clips");
     command.add_flag("--quiet", options.quiet, "Do not print progress")->group("Clips");
 }
 

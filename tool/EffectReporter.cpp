@@ -12,6 +12,13 @@ EffectReporter::EffectReporter(const std::string& effect)
 
 void EffectReporter::reportScript() {
     print(m_ScriptErrors.take());
+    m_CountedErrors = m_ScriptErrors.count();
+}
+
+bool EffectReporter::reportFrame() {
+    const bool hasNewErrors = m_ScriptErrors.count() != m_CountedErrors;
+    reportScript();
+    return hasNewErrors || m_ScriptErrors.hasSetupFailed() || !GetPlugin()->getErrorText().empty();
 }
 
 void EffectReporter::reportAll() {

@@ -16,6 +16,9 @@ public:
     const EffectSource& source() const { return m_Source; }
     // Prints the script errors since the last call.
     void reportScript();
+    // The same, after a frame. Returns true when the frame is wrong: a script error occurred, which may have
+    // been printed before, or the effect's set-up or a shader failed.
+    bool reportFrame();
     // Prints the script errors since the last call, all shader errors and all missing files. Call it once,
     // after the last frame.
     void reportAll();
@@ -27,6 +30,7 @@ private:
 
     EffectSource m_Source;
     ScriptErrorCollector m_ScriptErrors;
+    std::size_t m_CountedErrors = 0;
     bool m_Failed = false;
 };
 

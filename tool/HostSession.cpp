@@ -10,12 +10,12 @@ HostSession::HostSession(const HostSettings& settings, const std::string& effect
     if (settings.bundle.empty())
         m_Reporter.emplace(effect);
     m_Driver.emplace(settings, m_Reporter ? &m_Reporter->source() : nullptr);
-    reportScript();
-}
-
-void HostSession::reportScript() {
     if (m_Reporter)
         m_Reporter->reportScript();
+}
+
+bool HostSession::reportFrame() {
+    return m_Reporter && m_Reporter->reportFrame();
 }
 
 int HostSession::finish() {

@@ -1,13 +1,16 @@
+#include <filesystem>
 #include <memory>
-#include <sstream>
 
 #include "clips/Clip.h"
+#include "clips/FailedPicture.h"
+#include "clips/ProtectedFiles.h"
 #include "tool/ClipFlags.h"
 #include "tool/Commands.h"
 #include "tool/FrameOptions.h"
 #include "tool/GuardOptions.h"
 #include "tool/HostOptions.h"
 #include "tool/HostSession.h"
+#include "toolkit/ContentDigest.h"
 #include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
 
@@ -27,8 +30,27 @@ HostSession OpenSession(const RenderOptions& options) {
     return HostSession(ToHostSettings(options.host, options.frame.effect), options.frame.effect);
 }
 
+// The files that are read besides the input.
+std::vector<std::string> OtherInputs(const RenderOptions& options) {
+    std::vector<std::string> files = {options.clip.keys};
+    for (const std::string& layer : options.frame.layers)
+        files.push_back(SplitAssignment("--layer", layer).text);
+    return files;
+}
+
+// A picture may replace its own input, which is read completely before.
+void RequireReplaceable(const RenderOptions& options) {
+    if (options.clip.keepExisting && std::filesystem::exists(options.output))
+        throw WrongUse("--output " + options.output + ": exists, and -n forbids to replace it");
+    ProtectedFiles inputs;
+    for (const std::string& file : OtherInputs(options))
+        inputs.add(file);
+    inputs.requireOther(options.output);
+}
+
 int RenderPicture(const RenderOptions& options) {
     RequireWritable(options.output);
+    RequireReplaceable(options);
     Picture input = InputLayer(options.frame);
     HostSession session = OpenSession(options);
     const auto parameters = session.driver().parameters();
@@ -40,19 +62,28 @@ int RenderPicture(const RenderOptions& options) {
     request.input = std::move(input);
     request.time = options.frame.time;
 
-    WritePicture(options.output, session.driver().render(request));
+    const Picture picture = session.driver().render(request);
+    if (session.reportFrame()) {
+        KeepFailedPicture(options.output, picture);
+    } else {
+        WritePicture(options.output, picture);
+        RemoveFailedPicture(options.output);
+    }
     return session.finish();
 }
 
-// Everything that affects the pixels of a frame. A run with --resume must have the same identity.
-std::vector<std::string> Identity(const RenderOptions& options) {
-    std::ostringstream aspect;
-    aspect << options.host.pixelAspect;
-    std::vector<std::string> identity = {options.frame.effect, options.host.plugin, options.host.host,
-                                         options.host.downsample, aspect.str()};
-    for (const auto* texts : {&options.frame.parameters, &options.frame.layers})
-        identity.insert(identity.end(), texts->begin(), texts->end());
-    return identity;
+// Everything that affects the pixels of all frames: the effect, the host and the tool. A frame of an earlier
+// run with another identity is rendered again.
+std::uint64_t Identity(const RenderOptions& options) {
+    ContentDigest digest;
+    digest.addContents(options.frame.effect);
+    digest.addContents(options.host.plugin);
+    digest.add(options.host.host);
+    digest.add(options.host.downsample);
+    digest.add(options.host.pixelAspect);
+    digest.add(FX_VERSION);
+    digest.addContents("/proc/self/exe"); // where the system has it, also another build of the same version
+    return digest.value();
 }
 
 int RenderClip(const RenderOptions& options) {
@@ -67,6 +98,7 @@ int RenderClip(const RenderOptions& options) {
         request.height = layer.height;
     }
     request.identity = Identity(options);
+    request.otherInputs = OtherInputs(options);
     Clip clip(options.clip, request);
 
     HostSession session = OpenSession(options);
@@ -74,7 +106,7 @@ int RenderClip(const RenderOptions& options) {
     const Animation animation =
         ReadAnimation(options.clip.keys, options.frame.parameters, parameters, clip.rate());
     const auto layers = ReadLayers(options.frame.layers, parameters, clip.depth());
-    const int status = clip.run(session.driver(), animation, layers, [&] { session.reportScript(); });
+    const int status = clip.run(session.driver(), animation, layers, [&] { return session.reportFrame(); });
     const int effectStatus = session.finish();
     return status == ExitOk ? effectStatus : status;
 }

@@ -36,7 +36,7 @@ int ClipFixture::run(ClipOptions options, const std::string& input, const std::s
     request.output = path(output);
     Clip clip(options, request);
     const auto animation = ReadAnimation(options.keys, m_Settings, m_Renderer.parameters(), clip.rate());
-    return clip.run(m_Renderer, animation, {}, [] {});
+    return clip.run(m_Renderer, animation, {}, m_HasFailed);
 }
 
 int ClipFixture::runInChild(const ClipOptions& options, const std::string& input, const std::string& output) {

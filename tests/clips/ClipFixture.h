@@ -31,6 +31,7 @@ protected:
     static std::string shell(const std::string& command);
 
     NegativeRenderer m_Renderer;
-    std::vector<std::string> m_Settings; // --param
-    fxhost::ClipRequest m_Request;       // all but input and output
+    std::function<bool()> m_HasFailed = [] { return false; }; // called after each frame
+    std::vector<std::string> m_Settings;                      // --param
+    fxhost::ClipRequest m_Request;                            // all but input and output
 };

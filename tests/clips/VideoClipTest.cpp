@@ -155,22 +155,53 @@ TEST_F(VideoClipTest, ResumeAfterAKillGivesTheFileOfASingleRun) {
     }
 }
 
-TEST_F(VideoClipTest, ResumeRejectsThePartsOfAnotherClip) {
+TEST_F(VideoClipTest, ResumeAfterAFailedFrameRendersItsPartAgain) {
     makeVideo("in.mp4", 60, "25", "-c:v libx264 -an");
+    ASSERT_EQ(run({}, "in.mp4", "whole.mkv"), ExitOk);
+    const auto rendered = [&](const ClipOptions& options) {
+        m_Renderer.times.clear();
+        EXPECT_EQ(run(options, "in.mp4", "out.mkv"), ExitOk);
+        return m_Renderer.times.size();
+    };
+    m_Renderer.times.clear();
+    m_HasFailed = [&] { return m_Renderer.times.size() == 55; };
+    EXPECT_THAT([&] { run({}, "in.mp4", "out.mkv"); },
+                Says<EffectFailure>("out.mkv: not written", "48 of 60 frames are written", "--resume"));
+    EXPECT_FALSE(exists("out.mkv"));
+    EXPECT_TRUE(exists("out.failed.png"));
+    m_HasFailed = [] { return false; };
+    ClipOptions options;
+    options.resume = true;
+    EXPECT_EQ(rendered(options), 12u);
+    EXPECT_TRUE(bytes("out.mkv") == bytes("whole.mkv"));
+    EXPECT_FALSE(exists("out.failed.png"));
+    EXPECT_EQ(rendered(options), 0u);
+    m_Request.identity = 1; // another effect
+    EXPECT_EQ(rendered(options), 60u);
+    std::filesystem::resize_file(at("out.mkv"), 1000);
+    EXPECT_EQ(rendered(options), 60u);
+}
+
+TEST_F(VideoClipTest, ResumeUsesOnlyPartsThatWereMadeFromTheSameFrames) {
+    makeVideo("in.mp4", 60, "25", "-c:v libx264 -an");
+    m_Settings = {"Amount=0:0, 59:59"};
     m_Renderer.beforeFrame = [&] {
         if (m_Renderer.times.size() == 55)
-            throw EffectFailure("the effect has had enough");
+            throw EffectFailure("out of order");
     };
     EXPECT_THAT(
         [&] { run({}, "in.mp4", "out.mp4"); },
-        Says<EffectFailure>("had enough", "48 of 60 frames are written as complete parts in", "--resume"));
+        Says<EffectFailure>("out of order", "48 of 60 frames are written as complete parts in", "--resume"));
     m_Renderer.beforeFrame = [] {};
+    m_Renderer.times.clear();
+    m_Settings = {"Amount=0:1, 59:59"};
     ClipOptions options;
     options.resume = true;
-    m_Request.identity = {"another effect"};
-    EXPECT_THAT([&] { run(options, "in.mp4", "out.mp4"); }, Says<WrongUse>("--resume", "other options"));
-    options.resume = false;
+    testing::internal::CaptureStderr();
     EXPECT_EQ(run(options, "in.mp4", "out.mp4"), ExitOk);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::HasSubstr("48 of 60 frames are rendered again"));
+    EXPECT_EQ(m_Renderer.times.size(), 60u);
     EXPECT_EQ(probe("nb_read_frames", "out.mp4"), "60");
 }
 
@@ -205,7 +236,7 @@ TEST_F(VideoClipTest, VideoWhoseFramesChangeSizeIsRejected) {
     options.quiet = true;
     m_Request.input = at("in.mp4");
     m_Request.output = at("out.mkv");
-    EXPECT_THAT([&] { Clip(options, m_Request).run(growing, {}, {}, [] {}); },
+    EXPECT_THAT([&] { Clip(options, m_Request).run(growing, {}, {}, [] { return false; }); },
                 Says<EffectFailure>("out.mkv: frame 4 has 8x16 pixels, but the video started with 8x8"));
 }
 

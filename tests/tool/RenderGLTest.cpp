@@ -109,7 +109,7 @@ TEST_F(RenderGLTest, WrongUseIsExplainedAndWritesNothing) {
     EXPECT_THAT(names(), testing::ElementsAre("cut.png"));
 }
 
-TEST_F(RenderGLTest, FailingEffectsAreReportedAndTheirPictureIsStillWritten) {
+TEST_F(RenderGLTest, FailingEffectsAreReportedAndLeaveOnlyAFailedPicture) {
     const std::pair<std::string, const char*> rows[] = {
         {"throws", "throws/fx.js:17: error: Error: no drawing today\n    at draw (fx.js:17)"},
         {"shader-error", "shader-error/wrong.frag:5: error: "},
@@ -119,7 +119,8 @@ TEST_F(RenderGLTest, FailingEffectsAreReportedAndTheirPictureIsStillWritten) {
             RunTool("render tests/effects/broken/" + effect + " --size 300x64 -o " + at(effect + ".png"));
         EXPECT_EQ(run.status, 1) << effect;
         EXPECT_THAT(run.err, HasSubstr(part));
-        EXPECT_TRUE(exists(effect + ".png")) << effect;
+        EXPECT_FALSE(exists(effect + ".png")) << effect;
+        EXPECT_TRUE(exists(effect + ".failed.png")) << effect;
     }
 }
 
