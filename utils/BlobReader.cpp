@@ -23,6 +23,10 @@ std::string ResourcesDirectory(void* module, const void* path) {
     return known ? reinterpret_cast<const char*>(buffer) : std::string();
 }
 
+// The readers that were set before a package was opened.
+std::string (*s_TextReaderBefore)(const std::wstring&) = nullptr;
+std::vector<unsigned char> (*s_FileReaderBefore)(const std::wstring&) = nullptr;
+
 struct EntryCloser {
     void operator()(zip_file_t* entry) const { zip_fclose(entry); }
 };
@@ -44,7 +48,16 @@ void BlobReader::Close() {
     m_Archive = nullptr;
 }
 
+// Lets Utils read as before the package was opened.
+void BlobReader::RestoreReaders() {
+    if (Utils::ReadWholeFileCallback != &BlobReader::ReadWholeFile)
+        return;
+    Utils::ReadWholeTextFileCallback = s_TextReaderBefore;
+    Utils::ReadWholeFileCallback = s_FileReaderBefore;
+}
+
 void BlobReader::init(void* module, void* path) {
+    RestoreReaders();
     const std::wstring directory = Utils::ToWide(ResourcesDirectory(module, path));
     std::vector<unsigned char> bytes = Utils::ReadWholeFile(Utils::CreatePath(directory, L"/blob.dat"));
     Close();
@@ -54,6 +67,8 @@ void BlobReader::init(void* module, void* path) {
     BlobScrambling::Unscramble(m_Package, length);
     if (!Open(length))
         return;
+    s_TextReaderBefore = Utils::ReadWholeTextFileCallback;
+    s_FileReaderBefore = Utils::ReadWholeFileCallback;
     Utils::ReadWholeTextFileCallback = &BlobReader::ReadWholeTextFile;
     Utils::ReadWholeFileCallback = &BlobReader::ReadWholeFile;
 }

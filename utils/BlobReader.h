@@ -6,8 +6,8 @@
 struct zip;
 
 // Reads the effect package "blob.dat", a zip archive without folders that is scrambled as a whole. Once a
-// package is open, every file of the effect is read from it until the module is unloaded. Threads: init is
-// called once during set-up; entries are read inside the engine's frame lock.
+// package is open, every file of the effect is read from it, until init opens another effect. Threads: init
+// is called during set-up; entries are read inside the engine's frame lock.
 class BlobReader {
 public:
     // Returns the only reader of the process, which is created on first use.
@@ -29,6 +29,7 @@ public:
 
 private:
     BlobReader() = default;
+    static void RestoreReaders();
     void Close();
     bool Open(std::size_t length);
     std::vector<unsigned char> Extract(const std::wstring& name) const;
