@@ -2,7 +2,14 @@
 
 #include <rapidxml.hpp>
 
+#include "engine/XmlDepth.h"
 #include "utils/Utils.h"
+
+namespace {
+
+constexpr int s_DeepestElement = 64; // keys are at the top, so no configuration needs more
+
+} // namespace
 
 struct Config::Document {
     std::string text; // parsed in place, so the document points into it
@@ -11,6 +18,7 @@ struct Config::Document {
 
 Config::Config(void*) : m_Document(std::make_unique<Document>()) {
     m_Document->text = Utils::ReadWholeTextFile(L"config.xml");
+    CheckXmlDepth(m_Document->text, s_DeepestElement);
     m_Document->xml.parse<rapidxml::parse_default>(m_Document->text.data());
 }
 

@@ -7,6 +7,7 @@
 #include "context/Context.h"
 #include "gpu/Vector4.h"
 #include "scripting/ScriptCall.h"
+#include "scripting/ScriptText.h"
 #include "scripting/TextureSource.h"
 
 // The kinds of arguments that native functions take. The trampoline in NativeFunction.h calls the members of
@@ -54,7 +55,16 @@ struct Bool : Plain<bool> {
     static bool Read(const ScriptCall& call, int index) { return call.Bool(index); }
 };
 
+// Text, which the body receives as UTF-8.
 struct Text : Plain<const char*> {
+    static const char* Read(const ScriptCall& call, int index) { return call.Text(index); }
+    static std::string Resolve(const char* raw) { return Utf8FromScript(raw); }
+    static bool Accepts(const std::string&) { return true; }
+    static const std::string& Pass(const std::string& text) { return text; }
+};
+
+// The name of a uniform. GLSL allows only ASCII in names, so they need no conversion.
+struct Name : Plain<const char*> {
     static const char* Read(const ScriptCall& call, int index) { return call.Text(index); }
 };
 

@@ -2,7 +2,8 @@
 
 #include <duktape.h>
 
-#include "scripting/PitchScript.h"
+#include "scripting/ScriptErrorReader.h"
+#include "scripting/ScriptText.h"
 #include "scripting/Scripting.h"
 
 namespace {
@@ -28,24 +29,6 @@ void ConvertToText(duk_context* context, duk_idx_t index) {
     duk_safe_to_string(context, index);
 }
 
-// The author's line of the innermost call on the stack, 0 when there is none.
-int CallingLine(duk_context* context) {
-    int line = 0;
-    for (duk_int_t level = -2; line == 0; --level) { // -1 is the native function
-        duk_inspect_callstack_entry(context, level);
-        const bool isEntry = duk_is_object(context, -1) != 0;
-        if (isEntry) {
-            duk_get_prop_string(context, -1, "lineNumber");
-            line = AuthorLine(duk_get_int(context, -1));
-            duk_pop(context);
-        }
-        duk_pop(context);
-        if (!isEntry)
-            break;
-    }
-    return line;
-}
-
 // Creates no C++ object until the last call that can leave the function by longjmp.
 duk_ret_t Print(duk_context* context) {
     if (!Scripting::PrintCallback)
@@ -59,7 +42,7 @@ duk_ret_t Print(duk_context* context) {
     const int line = CallingLine(context);
     const char* const text = duk_get_string(context, -1);
     try {
-        Scripting::PrintCallback({text, line});
+        Scripting::PrintCallback({Utf8FromScript(text), line});
     } catch (...) { // C++ exceptions must not cross the interpreter's frames
     }
     return 0;

@@ -8,7 +8,7 @@ namespace {
 constexpr unsigned s_PlaceholderSize = 2; // of a layer's texture until the host uploads pixels
 constexpr unsigned s_PlaceholderDepth = 8;
 
-ScriptResult InitParam(const char* name, std::int32_t typeCode, const char* label) {
+ScriptResult InitParam(const std::string& name, std::int32_t typeCode, const std::string& label) {
     const auto type = static_cast<Parameter::Type>(typeCode);
     Context& context = Context::Current();
     const unsigned handle = context.InitResource<Parameter>(name, type, label);
@@ -67,7 +67,7 @@ ScriptResult SetParamMinMax(Parameter& parameter, float low, float high) {
     return ScriptResult::Bool(true);
 }
 
-ScriptResult SetParamChoices(Parameter& parameter, const char* choices) {
+ScriptResult SetParamChoices(Parameter& parameter, const std::string& choices) {
     parameter.choices = choices;
     const auto bars = std::count(parameter.choices.begin(), parameter.choices.end(), '|');
     parameter.choiceCount = bars == 0 ? 0 : static_cast<std::uint32_t>(bars) + 1; // one entry counts as none

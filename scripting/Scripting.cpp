@@ -42,11 +42,18 @@ void Scripting::Execute(const char* text) {
         return;
     constexpr duk_uint_t flags = DUK_COMPILE_EVAL | DUK_COMPILE_SAFE | DUK_COMPILE_NOSOURCE |
                                  DUK_COMPILE_STRLEN | DUK_COMPILE_NOFILENAME;
+    m_Evaluated = text;
     const bool failed = duk_eval_raw(m_Heap, text, 0, flags) != 0;
     if (failed && ErrorCallback)
         ErrorCallback(ReadScriptError(m_Heap, text));
+    m_Evaluated = "";
     duk_pop(m_Heap);
     duk_gc(m_Heap, 0);
+}
+
+void Scripting::Report(const std::string& message) {
+    if (ErrorCallback && m_Heap)
+        ErrorCallback({message, "", CallingLine(m_Heap), EvaluatedName(m_Evaluated)});
 }
 
 void Scripting::Release() {

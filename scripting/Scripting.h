@@ -41,6 +41,10 @@ public:
     // Destroys the interpreter and everything that the script created.
     void Release();
 
+    // Passes a mistake of the script that is no script error to ErrorCallback, with the line that called the
+    // running native function. Does nothing while ErrorCallback is null.
+    void Report(const std::string& message);
+
     // Called with each script error unless null, which it is in the plug-in. The call comes from within
     // Execute, so it must not call the engine.
     static void (*ErrorCallback)(const ScriptError& error);
@@ -52,5 +56,6 @@ private:
     Scripting() = default;
 
     duk_hthread* m_Heap = nullptr;
+    const char* m_Evaluated = ""; // the text that Execute evaluates
     static Scripting* s_Instance;
 };

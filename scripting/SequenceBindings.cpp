@@ -1,4 +1,6 @@
+#include "gpu/GLLimits.h"
 #include "scripting/Bindings.h"
+#include "scripting/Scripting.h"
 
 namespace {
 
@@ -10,13 +12,24 @@ ScriptResult GetTime() {
 }
 
 ScriptResult Release(std::uint32_t handle) {
+    const Sequence* const sequence = Context::Current().CurrentSequence();
+    if (sequence && handle != 0 && handle == sequence->RenderTargetHandle())
+        Scripting::Instance().Report(
+            "SV_release of the handle of SV_getSequenceRT: without its render target "
+            "there is no frame");
     if (handle >= s_FirstTag)
         Context::Current().DeleteResource(handle);
     return ScriptResult::Bool(true);
 }
 
+// Only sizes that a render target can have are stored.
 ScriptResult SetOutputExtent(std::int32_t width, std::int32_t height) {
-    if (Sequence* const sequence = Context::Current().CurrentSequence())
+    const auto limit = static_cast<std::int32_t>(GLLimits::MaxTextureSize());
+    if (width < 0 || height < 0 || (limit != 0 && (width > limit || height > limit)))
+        Scripting::Instance().Report(
+            "SV_setOutputExtent(" + std::to_string(width) + ", " + std::to_string(height) +
+            ") is ignored: width and height must be from 0 to " + std::to_string(limit) + " pixels");
+    else if (Sequence* const sequence = Context::Current().CurrentSequence())
         sequence->SetOutputExtent(static_cast<unsigned>(width), static_cast<unsigned>(height));
     return ScriptResult::Bool(true);
 }

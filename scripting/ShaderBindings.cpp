@@ -1,5 +1,3 @@
-#include <cstring>
-
 #include "parameters/ParameterTraits.h"
 #include "scripting/Bindings.h"
 
@@ -18,8 +16,8 @@ Parameter* FindUniform(Shader& shader, const char* name) {
                : nullptr;
 }
 
-ScriptResult InitShader(const char* name, const char* source) {
-    const bool hasSource = std::strcmp(source, "undefined") != 0;
+ScriptResult InitShader(const std::string& name, const std::string& source) {
+    const bool hasSource = source != "undefined";
     return ScriptResult::Number(Context::Current().InitResource<Shader>(name, hasSource ? source : ""));
 }
 
@@ -90,10 +88,10 @@ using Live = Arg::Live<Shader>;
 constexpr NativeFunction s_Functions[] = {
     Native<InitShader, Refusal::Zero, Arg::Passed<Arg::Text>, Arg::Optional<Arg::Text>>("SV_initShader"),
     Native<SetShaderParam, Refusal::False, Live, Arg::Live<Parameter>>("SV_setShaderParam"),
-    Native<GetShaderParamType, Refusal::Zero, Live, Arg::Text>("SV_getShaderParamType"),
+    Native<GetShaderParamType, Refusal::Zero, Live, Arg::Name>("SV_getShaderParamType"),
     Native<RenderShader, Refusal::False, Live, Arg::Tagged<RenderTarget>, Arg::Bool, Arg::Rectangle>(
         "SV_renderShader"),
-    Native<SetShaderParamVal, Refusal::False, Live, Arg::Text, Arg::UniformValue>("SV_setShaderParamVal"),
+    Native<SetShaderParamVal, Refusal::False, Live, Arg::Name, Arg::UniformValue>("SV_setShaderParamVal"),
     Native<GetShaderError, Refusal::NotAShader, Arg::Tagged<Shader>>("SV_getShaderError"),
 };
 

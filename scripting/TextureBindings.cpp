@@ -2,7 +2,7 @@
 
 namespace {
 
-ScriptResult InitTexture(const char* file, const char*) {
+ScriptResult InitTexture(const std::string& file, const std::string&) {
     return ScriptResult::Number(Context::Current().InitResource<Texture>(file));
 }
 

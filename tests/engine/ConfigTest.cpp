@@ -29,6 +29,27 @@ TEST_F(ConfigTest, OnlyTopLevelElementsAreKeys) {
         EXPECT_EQ(config.GetString(absent), "");
 }
 
+TEST_F(ConfigTest, ElementsNestedTooDeepThrowAndManySiblingsDoNot) {
+    const auto repeat = [](const std::string& text, int count) {
+        std::string all;
+        for (int i = 0; i < count; ++i)
+            all += text;
+        return all;
+    };
+    constexpr int many = 200000;
+    const std::string rows[] = {repeat("<a>", many), repeat("<a b='/>'>", many),
+                                repeat("<a><!-- </a> -->", many), repeat("<a><![CDATA[</a>]]>", many),
+                                repeat("<a><?x </a>?>", many)};
+    for (const std::string& xml : rows) {
+        s_Xml = xml;
+        EXPECT_ANY_THROW(Config(nullptr)) << xml.substr(0, 20);
+    }
+    s_Xml = "<!DOCTYPE a [ <!ELEMENT a> ]>" +
+            repeat("<a/><b c=\">\"/><d>x<e/></d><!--<f>--><?g <f>?><![CDATA[<f>]]>", many) +
+            "<FLAGS>7</FLAGS>";
+    EXPECT_EQ(Config(nullptr).GetString(L"FLAGS"), "7");
+}
+
 TEST_F(ConfigTest, MalformedXmlThrowsAndLeavesTheEngineUnusable) {
     for (const char* const xml : {"popa", "<FLAGS>", "<a", "<FLAGS>1"}) {
         s_Xml = xml;

@@ -51,6 +51,35 @@ TEST_F(BindingsTest, ArgumentsWhoseConversionReleasesOrThrowsAreRefused) {
     CheckFile("conversions.js");
 }
 
+// U+1F3A8 and U+10FFFF need surrogate pairs; the last character of the label is half a pair.
+TEST_F(BindingsTest, CharactersBeyondTheFirstPlaneArriveAsUtf8) {
+    Check(R"js(
+        SV_initParam("\uD83C\uDFA8", SV_Type.POPUP, "a\uD83C\uDFA8\uDBFF\uDFFF\u00E9\uD7FF\uDFA8");
+        SV_setParamChoices(0x01000001, "🎨|two");
+        SV_initShader("🎨", "// 🎨\nvoid main() {}");
+    )js");
+    const Parameter& parameter = Context::Current().GetParamByIdx(0);
+    EXPECT_EQ(parameter.name, "\xF0\x9F\x8E\xA8");
+    EXPECT_EQ(parameter.label, "a\xF0\x9F\x8E\xA8\xF4\x8F\xBF\xBF\xC3\xA9\xED\x9F\xBF\xEF\xBF\xBD");
+    EXPECT_EQ(parameter.choices, "\xF0\x9F\x8E\xA8|two");
+    const Shader& shader = Context::Current().GetResource<Shader>(0x02000001);
+    EXPECT_EQ(shader.name(), L"\U0001F3A8");
+    EXPECT_EQ(shader.source(), "// \xF0\x9F\x8E\xA8\nvoid main() {}");
+    Load("function setup() { throw new Error('🎨'); }");
+    EXPECT_EQ(m_Log.Errors().back().message, "Error: \xF0\x9F\x8E\xA8");
+}
+
+TEST_F(BindingsTest, ImpossibleOutputExtentsAreIgnoredAndReportedWithTheirLine) {
+    Load("function setup() {\n  SV_setOutputExtent(0, 36);\n  SV_setOutputExtent(-5, 100);\n"
+         "  SV_setOutputExtent(100, -Infinity);\n}");
+    EXPECT_EQ(Context::Current().CurrentSequence()->OutputWidth(), 0u);
+    EXPECT_EQ(Context::Current().CurrentSequence()->OutputHeight(), 36u);
+    ASSERT_EQ(m_Log.Errors().size(), 2u);
+    EXPECT_EQ(m_Log.Errors()[0].line, 3);
+    EXPECT_EQ(m_Log.Errors()[1].line, 4);
+    EXPECT_NE(m_Log.Errors()[0].message.find("SV_setOutputExtent(-5, 100) is ignored"), std::string::npos);
+}
+
 TEST_F(BindingsTest, TheEffectGuideDescribesEveryFunction) {
     std::ifstream file("docs/effects.md");
     const std::string guide{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

@@ -57,6 +57,33 @@ TEST_F(ScriptingTest, PrintedTextArrivesWithTheAuthorsLineAndIsIgnoredWithoutALi
     EXPECT_EQ(m_Log.Text(), "");
 }
 
+// Each message has words that look like positions, in a script whose lines are all below 10.
+TEST_F(ScriptingTest, PositionsInTheAuthorsOwnMessagesStayAsTheyAre) {
+    const struct {
+        const char *name, *thrown, *message, *calls;
+    } rows[] = {
+        {"an error", "new Error('see (line 70) and (eval:80)')", "Error: see (line 70) and (eval:80)",
+         "(fx.js:1)"},
+        {"a syntax error", "new SyntaxError('in (line 70)')", "SyntaxError: in (line 70)", "(fx.js:1)"},
+        {"a message like a traceback", "new Error('a\\n    at f (eval:90)')", "Error: a\n    at f (eval:90)",
+         "(fx.js:1)"},
+        {"a text", "'lost (line 70)'", "lost (line 70)", ""},
+        {"text that the script evaluates", "eval('\\n\\n\\nvar = 1')",
+         "SyntaxError: invalid variable declaration (line 4)", "(fx.js:1)"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::size_t before = m_Log.Errors().size();
+        Load("function setup() { throw " + std::string(row.thrown) + "; }");
+        ASSERT_EQ(m_Log.Errors().size(), before + 1);
+        const ScriptError& error = m_Log.Errors().back();
+        EXPECT_EQ(error.message, row.message);
+        EXPECT_EQ(error.stack.find(row.message), 0u) << error.stack;
+        EXPECT_NE(error.stack.find(row.calls), std::string::npos) << error.stack;
+        EXPECT_EQ(error.line, *row.calls ? 1 : 0);
+    }
+}
+
 TEST_F(ScriptingTest, ThrownValuesOfEveryTypeAreCaught) {
     for (const char* const thrown :
          {"undefined", "null", "'text'", "17", "{}", "Symbol()", "{ toString: function () { throw 1; } }",
