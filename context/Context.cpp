@@ -63,12 +63,14 @@ unsigned int Context::CreateSequence() {
 }
 
 void Context::ReleaseSequence(unsigned int index) {
-    if (index < m_Sequences.size())
+    if (Sequence* const sequence = FindSequence(index)) {
+        sequence->FreeStorage();
         m_Sequences[index].reset();
+    }
 }
 
-Sequence* Context::CurrentSequence() const {
-    return m_CurrentSequence < m_Sequences.size() ? m_Sequences[m_CurrentSequence].get() : nullptr;
+Sequence* Context::FindSequence(unsigned int index) const {
+    return index < m_Sequences.size() ? m_Sequences[index].get() : nullptr;
 }
 
 void Context::DeleteResource(unsigned int handle) {

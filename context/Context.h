@@ -44,10 +44,12 @@ public:
 
     // Creates a sequence with copies of all parameters and returns its index, the lowest free one.
     unsigned int CreateSequence();
-    // Unknown and released indices are ignored.
+    // Destroys a sequence and frees the GL storage of its frame. Unknown and released indices are ignored.
     void ReleaseSequence(unsigned int index);
+    // Returns the sequence with that index, or null.
+    Sequence* FindSequence(unsigned int index) const;
     // Returns the sequence of the current instance, or null when the current index is not in use.
-    Sequence* CurrentSequence() const;
+    Sequence* CurrentSequence() const { return FindSequence(m_CurrentSequence); }
     void SetCurrentSequence(unsigned int index) { m_CurrentSequence = index; }
 
     // Creates an entity, initialises it from the arguments and returns its handle, or 0 when the registry is

@@ -1,6 +1,8 @@
 #include "context/Sequence.h"
 
 #include "context/Context.h"
+#include "gpu/PixelDepth.h"
+#include "parameters/ParameterTraits.h"
 
 void Sequence::Init() {
     CloneFrom(*m_Owner);
@@ -8,6 +10,9 @@ void Sequence::Init() {
 
 void Sequence::Reset(const Surface& surface, double time) {
     m_Time = time;
+    m_FrameWidth = surface.width;
+    m_FrameHeight = surface.height;
+    m_FrameFormat = surface.format;
     SetOutputExtent(surface.width, surface.height);
     const auto create = [&] {
         m_RenderTarget = m_Owner->InitResource<RenderTarget>(m_OutputWidth, m_OutputHeight, surface.format);
@@ -39,6 +44,53 @@ void Sequence::ResetInputTexture(const Surface& surface) {
 
 RenderTarget& Sequence::GetRenderTarget() const {
     return m_RenderTarget == 0 ? RenderTarget::invalid : m_Owner->GetResource<RenderTarget>(m_RenderTarget);
+}
+
+bool Sequence::HasFrame() const {
+    const RenderTarget& target = GetRenderTarget();
+    return target.usable() && target.width() == m_FrameWidth && target.height() == m_FrameHeight &&
+           PixelDepth::Stored(target.depth()) == PixelDepth::Stored(m_FrameFormat);
+}
+
+void Sequence::RestoreTarget() {
+    RenderTarget& target = GetRenderTarget();
+    if (!target.usable() || HasFrame())
+        return;
+    RenderTarget scaled;
+    if (!scaled.init(m_FrameWidth, m_FrameHeight, m_FrameFormat))
+        return;
+    target.blit(scaled, false, true);
+    target.grabPixels(nullptr, m_FrameWidth, m_FrameHeight, m_FrameFormat, 0, true, true);
+    scaled.blit(target, false, false);
+}
+
+void Sequence::FreeStorage() {
+    if (RenderTarget* const target = m_Owner->Find<RenderTarget>(m_RenderTarget))
+        target->freeStorage();
+    if (Texture* const texture = m_Owner->Find<Texture>(m_InputTexture))
+        texture->freeStorage();
+}
+
+std::vector<Parameter> Sequence::OwnState() const {
+    std::vector<Parameter> state;
+    for (unsigned i = 0; i < GetNumParams(); ++i) {
+        const Parameter& own = GetParamByIdx(i);
+        const Parameter* const master = m_Owner->FindOwn<Parameter>(own.handle);
+        if (master && (own.value != master->value || own.flags != master->flags))
+            state.push_back(own);
+    }
+    return state;
+}
+
+void Sequence::Adopt(const std::vector<Parameter>& state) {
+    for (const Parameter& saved : state) {
+        Parameter& own = GetParamById(saved.handle);
+        if (own.handle == 0 || own.name != saved.name || own.type != saved.type)
+            continue;
+        own.flags = saved.flags;
+        if (!TraitsOf(own.type).isTexture())
+            own.value = saved.value;
+    }
 }
 
 void Sequence::ClearFrame() {

@@ -32,6 +32,22 @@ public:
     // Prepares the render target for a frame of the surface's size and format. The time is in seconds.
     void Reset(const Surface& surface, double time);
 
+    // Brings the render target back to the size and depth of the frame when the script has changed them. Its
+    // picture is scaled. Does nothing when the script has released the target.
+    void RestoreTarget();
+    // True when the render target has the size and depth of the last Reset and can be read.
+    bool HasFrame() const;
+
+    // Frees the GL storage of render target and input texture. Their handles stay registered, and the next
+    // Reset and ResetInputTexture create new ones. Needs the engine's GL context.
+    void FreeStorage();
+
+    // Returns the parameters that differ from the registry's masters in value or flags.
+    std::vector<Parameter> OwnState() const;
+    // Takes over values and flags for each parameter that has the same handle, name and type. Textures are
+    // left alone, as their handles and GL names mean nothing in another run of the script.
+    void Adopt(const std::vector<Parameter>& state);
+
     // Uploads the input layer. Does nothing when the surface has no pixels.
     void ResetInputTexture(const Surface& surface);
 
@@ -60,6 +76,9 @@ private:
     unsigned int m_RenderTarget = 0;
     unsigned int m_InputTexture = 0;
     double m_Time = 0.0;
+    std::uint32_t m_FrameWidth = 0; // of the last Reset
+    std::uint32_t m_FrameHeight = 0;
+    std::uint32_t m_FrameFormat = 0;
     std::uint32_t m_OutputWidth = 0;
     std::uint32_t m_OutputHeight = 0;
     std::int32_t m_InputOriginX = 0;

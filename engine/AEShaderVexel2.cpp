@@ -6,7 +6,6 @@
 
 #include "context/Context.h"
 #include "engine/Config.h"
-#include "engine/FrameLock.h"
 #include "gpu/DrawText.h"
 #include "gpu/OpenGLContext.h"
 #include "platform/GL.h"
@@ -17,7 +16,31 @@
 
 // The sequence data, which the host keeps for an instance.
 struct AEShaderVexel2::SequenceData {
-    std::uint32_t index = 0; // of the instance's sequence in the registry
+    static constexpr std::uint32_t NoSequence = 0xFFFFFFFFu;
+    std::uint32_t index = NoSequence; // of the instance's sequence in the registry
+};
+
+// Holds the frame lock for a scope. Does not take it again when the thread holds it already, because nested
+// locks do not restore the GL context.
+class AEShaderVexel2::LockScope {
+public:
+    explicit LockScope(AEShaderVexel2& engine)
+        : m_Engine(engine), m_WasHeld(engine.m_LockOwner == std::this_thread::get_id()),
+          m_IsHeld(m_WasHeld || engine.lockFrame()) {}
+    ~LockScope() {
+        if (m_IsHeld && !m_WasHeld)
+            m_Engine.releaseFrame();
+    }
+    LockScope(const LockScope&) = delete;
+    LockScope& operator=(const LockScope&) = delete;
+
+    // False when there is no GL context, or when it cannot be made current.
+    explicit operator bool() const { return m_IsHeld; }
+
+private:
+    AEShaderVexel2& m_Engine;
+    bool m_WasHeld;
+    bool m_IsHeld;
 };
 
 namespace {
@@ -51,20 +74,37 @@ AEShaderVexel2::~AEShaderVexel2() {
 }
 
 bool AEShaderVexel2::globalSetup(void* module, const unsigned short* path) {
+    release(); // when the object was set up before
     BlobReader::Instance().init(module, const_cast<unsigned short*>(path));
     m_Config = std::make_unique<Config>(module);
     m_GlContext = std::make_unique<OpenGLContext>();
     if (m_GlContext->init(true) != 0)
         return false;
-    const FrameLock lock(*this);
-    static_cast<IPlugin*>(this)->resetup();
+    m_HasContext = true;
+    const LockScope lock(*this);
+    resetup();
     m_Initialised = true;
     return true;
 }
 
 bool AEShaderVexel2::resetup() {
     const std::string script = PitchScript(Utils::ReadWholeTextFile(L"fx.js"));
-    const FrameLock lock(*this);
+    const LockScope lock(*this);
+    Context& context = Context::Current();
+    std::map<SequenceData*, std::vector<Parameter>> states;
+    for (const auto& [data, record] : m_Records)
+        if (const Sequence* const sequence = context.FindSequence(record->index))
+            states[record.get()] = sequence->OwnState();
+    restartScript(script);
+    for (const auto& [data, record] : m_Records) {
+        record->index = context.CreateSequence();
+        context.FindSequence(record->index)->Adopt(states[record.get()]);
+    }
+    setSequenceData(m_SequenceData);
+    return true;
+}
+
+void AEShaderVexel2::restartScript(const std::string& script) {
     Scripting& scripting = Scripting::Instance();
     scripting.Release();
     scripting.Init();
@@ -72,7 +112,6 @@ bool AEShaderVexel2::resetup() {
     m_ScriptLoaded = true;
     if (Sequence* const sequence = Context::Current().CurrentSequence())
         sequence->Init();
-    return true;
 }
 
 void AEShaderVexel2::release() {
@@ -83,12 +122,16 @@ void AEShaderVexel2::release() {
     if (m_GlContext)
         m_GlContext->makeCurrent();
     Scripting::Instance().Release();
+    for (const auto& [data, record] : m_Records)
+        record->index = SequenceData::NoSequence;
     if (m_GlContext)
         m_GlContext->release();
+    m_HasContext = false;
     m_Initialised = false;
 }
 
 void* AEShaderVexel2::initSequenceData() {
+    const LockScope lock(*this);
     auto record = std::make_unique<SequenceData>();
     record->index = Context::Current().CreateSequence();
     m_SequenceData = record.get();
@@ -98,6 +141,7 @@ void* AEShaderVexel2::initSequenceData() {
 
 // Ignores data that the engine did not create or has destroyed.
 void AEShaderVexel2::releaseSequenceData(void* data) {
+    const LockScope lock(*this);
     const auto found = m_Records.find(data);
     if (found == m_Records.end())
         return;
@@ -108,7 +152,8 @@ void AEShaderVexel2::releaseSequenceData(void* data) {
 }
 
 void AEShaderVexel2::setSequenceData(void* data) {
-    m_SequenceData = static_cast<SequenceData*>(data);
+    const auto found = m_Records.find(data);
+    m_SequenceData = found != m_Records.end() ? found->second.get() : nullptr;
     if (m_SequenceData)
         Context::Current().SetCurrentSequence(m_SequenceData->index);
 }
@@ -126,24 +171,31 @@ bool AEShaderVexel2::begin(bool) {
     return true;
 }
 
+void AEShaderVexel2::runCallback(const char* call) {
+    if (m_ScriptLoaded)
+        Scripting::Instance().Execute(call);
+}
+
 void AEShaderVexel2::preRender(unsigned width, unsigned height, unsigned& outWidth, unsigned& outHeight) {
+    const LockScope lock(*this); // some hosts call this without the lock
     if (!m_SequenceData)
         return;
-    Sequence* sequence = SelectSequence();
+    Sequence* const sequence = SelectSequence();
     if (sequence)
         sequence->SetOutputExtent(0, 0);
-    if (m_ScriptLoaded) {
+    if (lock) {
         char call[64];
         std::snprintf(call, sizeof call, "preRender(%d,%d,%d);", static_cast<int>(width),
                       static_cast<int>(height), 1);
-        Scripting::Instance().Execute(call);
+        runCallback(call);
     }
     outWidth = sequence && sequence->OutputWidth() != 0 ? sequence->OutputWidth() : width;
     outHeight = sequence && sequence->OutputHeight() != 0 ? sequence->OutputHeight() : height;
 }
 
 void AEShaderVexel2::render(double time, unsigned width, unsigned height, unsigned format, float) {
-    if (!m_SequenceData)
+    const LockScope lock(*this);
+    if (!m_SequenceData || !lock)
         return;
     Sequence* const sequence = SelectSequence();
     if (sequence) {
@@ -156,11 +208,12 @@ void AEShaderVexel2::render(double time, unsigned width, unsigned height, unsign
     const std::string errors = Context::Current().GetErrors();
     if (!errors.empty())
         ShowErrors(sequence, errors);
-    else if (m_ScriptLoaded)
-        Scripting::Instance().Execute("draw();");
+    else
+        runCallback("draw();");
+    if (sequence)
+        sequence->RestoreTarget();
     if (++m_FramesSinceFlip > s_RendersPerFlip) {
-        if (m_GlContext)
-            m_GlContext->flip();
+        m_GlContext->flip();
         m_FramesSinceFlip = 0;
     }
 }
@@ -188,11 +241,11 @@ void AEShaderVexel2::ShowErrors(Sequence* sequence, const std::string& errors) {
 void AEShaderVexel2::end() {}
 
 void AEShaderVexel2::preUIUpdate() {
-    if (!m_SequenceData)
+    const LockScope lock(*this); // hosts call this without the lock
+    if (!m_SequenceData || !lock)
         return;
     SelectSequence();
-    if (m_ScriptLoaded)
-        Scripting::Instance().Execute("updateUIFlags();");
+    runCallback("updateUIFlags();");
 }
 
 unsigned AEShaderVexel2::getNumParams() const {
@@ -219,7 +272,8 @@ void AEShaderVexel2::setParam(unsigned index, Parameter::Value& value) {
 
 void AEShaderVexel2::grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height,
                                      unsigned format, long rowBytes) {
-    if (!pixels || rowBytes == 0 || !m_SequenceData)
+    const LockScope lock(*this);
+    if (!pixels || rowBytes == 0 || !m_SequenceData || !lock)
         return;
     Sequence* const sequence = SelectSequence();
     if (index == InputLayer) {
@@ -243,21 +297,15 @@ void AEShaderVexel2::grabIntoTexture(unsigned index, void* pixels, unsigned widt
 }
 
 void* AEShaderVexel2::grabResultBegin() {
-    Sequence* const sequence = Context::Current().CurrentSequence();
-    if (!sequence)
+    Sequence* const sequence = SelectSequence();
+    if (!sequence || !sequence->HasFrame())
         return nullptr;
-    RenderTarget& target = sequence->GetRenderTarget();
-    const bool usable = target.usable();
-    return usable ? const_cast<void*>(target.grabBegin()) : nullptr;
+    return const_cast<void*>(sequence->GetRenderTarget().grabBegin());
 }
 
 void AEShaderVexel2::grabResultEnd(void* pixels) {
-    Sequence* const sequence = Context::Current().CurrentSequence();
-    if (!sequence)
-        return;
-    RenderTarget& target = sequence->GetRenderTarget();
-    if (target.usable())
-        target.grabEnd(pixels);
+    if (Sequence* const sequence = SelectSequence())
+        sequence->GetRenderTarget().grabEnd(pixels);
 }
 
 std::uint32_t AEShaderVexel2::getVersion() {
@@ -303,17 +351,27 @@ bool AEShaderVexel2::isInputRequested() {
 }
 
 bool AEShaderVexel2::lockFrame() {
-    return m_GlContext && m_GlContext->makeCurrent() == 0 && m_GlContext->lockFrame();
+    if (!m_HasContext || m_GlContext->makeCurrent() != 0 || !m_GlContext->lockFrame())
+        return false;
+    m_LockOwner = std::this_thread::get_id();
+    ++m_LockDepth;
+    return true;
 }
 
 void AEShaderVexel2::releaseFrame() {
-    if (!m_GlContext)
+    if (!m_GlContext || m_LockOwner != std::this_thread::get_id())
         return;
+    if (--m_LockDepth == 0)
+        m_LockOwner = std::thread::id();
     m_GlContext->releaseFrame();
     m_GlContext->releaseCurrent();
 }
 
+// The host saves the instance and may never use it again, so its frame need not stay in GL memory.
 int AEShaderVexel2::flatten(void*) {
+    const LockScope lock(*this);
+    if (Sequence* const sequence = SelectSequence(); sequence && lock)
+        sequence->FreeStorage();
     return 0;
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <memory>
+#include <thread>
 
 #include "engine/IPlugin.h"
 
@@ -53,8 +55,11 @@ public:
 
 private:
     struct SequenceData;
+    class LockScope;
 
     Sequence* SelectSequence() const;
+    void runCallback(const char* call);
+    void restartScript(const std::string& script);
     static void ShowErrors(Sequence* sequence, const std::string& errors);
     std::uint32_t ConfigNumber(const wchar_t* key) const;
 
@@ -64,6 +69,10 @@ private:
     std::map<void*, std::unique_ptr<SequenceData>> m_Records;
     std::unique_ptr<Config> m_Config;
     std::unique_ptr<OpenGLContext> m_GlContext;
+    // The thread that holds the frame lock, and how often. Only that thread changes the two.
+    std::atomic<std::thread::id> m_LockOwner;
+    unsigned m_LockDepth = 0;
+    bool m_HasContext = false; // from the creation of the GL context to its release
     bool m_Initialised = false;
     bool m_ScriptLoaded = false;
     unsigned m_FramesSinceFlip = 0;

@@ -22,7 +22,9 @@ enum class PluginString : std::uint32_t {
 //
 // Threads: every operation can be called from any thread. The engine's state is guarded by the frame lock:
 // unless only one thread uses the engine, hold it (lockFrame) around every operation that is not marked
-// "takes the frame lock itself". Operations marked "needs the frame lock" use OpenGL and need it always.
+// "takes the frame lock itself". Operations marked "needs the frame lock" use OpenGL and need it always. An
+// operation that takes the lock itself makes the engine's GL context current, and the previous one
+// afterwards; it does neither when its thread holds the lock already.
 //
 // Pixels: four channels in the order alpha, red, green, blue, with straight (unassociated) alpha. "format" is
 // the depth in bits per channel: 8 (0 to 255), 16 (0 to 32768 in, 0 to 65535 out) or 32 (float). The origin
@@ -32,14 +34,17 @@ enum class PluginString : std::uint32_t {
 // errors are discarded (tools can observe them, see Scripting.h). Shader errors are kept, see getErrorText().
 class IPlugin {
 public:
-    // Opens the effect, reads its configuration, creates the GL context and runs the script. Takes the frame
-    // lock itself. `module` is the bundle of the plug-in (a CFBundleRef) or null; then `path` is the path of
-    // the bundle, as zero-terminated UTF-8 text in spite of its type, or null. The caller keeps both. Returns
-    // false when the GL context cannot be created. Throws rapidxml::parse_error when config.xml is malformed.
+    // Opens the effect, reads its configuration, creates the GL context and runs the script. Releases the
+    // effect of an earlier call first; its instances remain, with the default values of the new script. Takes
+    // the frame lock itself. `module` is the bundle of the plug-in (a CFBundleRef) or null; then `path` is
+    // the path of the bundle, as zero-terminated UTF-8 text in spite of its type, or null. The caller keeps
+    // both. Returns false when the GL context cannot be created. Throws rapidxml::parse_error when config.xml
+    // is malformed.
     virtual bool globalSetup(void* module, const unsigned short* path) = 0;
 
-    // Runs the script again in a new interpreter and with an empty registry, so all handles and sequences
-    // become invalid. Takes the frame lock itself. Always returns true.
+    // Runs the script again in a new interpreter and with an empty registry, so all handles become invalid.
+    // Each instance keeps the values and flags of the parameters that the script declares as before. Takes
+    // the frame lock itself. Always returns true.
     virtual bool resetup() = 0;
 
     // Frees everything that the script created, and the GL context. No context is current afterwards. Does
@@ -47,34 +52,38 @@ public:
     virtual void release() = 0;
 
     // Creates an instance with the script's default values, makes it the current one, and returns its
-    // sequence data, which is never null. The engine owns the data until releaseSequenceData.
+    // sequence data, which is never null. The engine owns the data until releaseSequenceData. Takes the frame
+    // lock itself.
     virtual void* initSequenceData() = 0;
 
-    // Destroys an instance and its sequence data. Null and unknown data are ignored. There is no current
-    // instance afterwards when it was the current one.
+    // Destroys an instance and its sequence data, and frees the GL memory of its frame. Null and unknown data
+    // are ignored. There is no current instance afterwards when it was the current one. Takes the frame lock
+    // itself.
     virtual void releaseSequenceData(void* data) = 0;
 
-    // Makes the instance with this sequence data the current one. Null means no instance.
+    // Makes the instance with this sequence data the current one. Null and unknown data mean no
+    // instance.
     virtual void setSequenceData(void* data) = 0;
 
     // Announces a frame. The flag has no effect. Always returns true.
     virtual bool begin(bool) = 0;
 
-    // Asks the script for the size of the output, in pixels, for an input of the given size. Needs the frame
-    // lock. Where the script does not choose a width or height, it is that of the input. Without an instance
-    // outWidth and outHeight remain unchanged.
+    // Asks the script for the size of the output, in pixels, for an input of the given size. Takes the frame
+    // lock itself. Where the script does not choose a width or height, it is that of the input. Without an
+    // instance outWidth and outHeight remain unchanged.
     virtual void preRender(unsigned width, unsigned height, unsigned& outWidth, unsigned& outHeight) = 0;
 
     // Renders a frame of the current instance: runs the script's draw(), or draws the error texts when a
-    // shader has an error. Needs the frame lock. time: seconds; width, height: size of the output in pixels.
-    // The pixel aspect ratio has no effect. Without an instance nothing happens.
+    // shader has an error. Takes the frame lock itself. time: seconds; width, height: size of the output in
+    // pixels. The pixel aspect ratio has no effect. Without an instance nothing happens. A picture whose size
+    // or depth the script changed is brought back to the frame's.
     virtual void render(double time, unsigned width, unsigned height, unsigned format, float pixelAspect) = 0;
 
     // Ends the frame that begin() announced. Has no effect.
     virtual void end() = 0;
 
-    // Lets the script enable and disable controls: runs its updateUIFlags(). Needs the frame lock. The result
-    // is in the flags of the parameters.
+    // Lets the script enable and disable controls: runs its updateUIFlags(). Takes the frame lock itself. The
+    // result is in the flags of the parameters.
     virtual void preUIUpdate() = 0;
 
     // Returns the number of parameters that the script declared.
@@ -95,9 +104,9 @@ public:
     // The index of the effect's input layer in grabIntoTexture.
     static constexpr unsigned InputLayer = 0xFFFFFFFFu;
 
-    // Uploads pixels to the texture of a layer parameter or of the input layer. Needs the frame lock. width,
-    // height: pixels; rowBytes: distance from a row to the one below it. The pixels are copied. Ignored when
-    // pixels is null, rowBytes is 0, the parameter has no texture, or there is no instance.
+    // Uploads pixels to the texture of a layer parameter or of the input layer. Takes the frame lock itself.
+    // width, height: pixels; rowBytes: distance from a row to the one below it. The pixels are copied.
+    // Ignored when pixels is null, rowBytes is 0, the parameter has no texture, or there is no instance.
     virtual void grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height,
                                  unsigned format, long rowBytes) = 0;
 
@@ -144,7 +153,9 @@ public:
     // remembered: after nested calls the engine's context stays current, and the caller restores its own.
     virtual void releaseFrame() = 0;
 
-    // Would convert sequence data for saving. Nothing needs to be converted. Always returns 0.
+    // Announces that the host saves the current instance. Nothing is written to the buffer. Frees the GL
+    // memory of the instance's frame, which the next frame allocates again. Takes the frame lock itself.
+    // Always returns 0.
     virtual int flatten(void* buffer) = 0;
 
     // Would convert saved sequence data back. Has no effect.

@@ -46,6 +46,18 @@ TEST_F(FacadeGLTest, TheOutputHasTheSizeOfTheScriptOrElseOfTheInput) {
     EXPECT_EQ(ask(640, 360), std::pair(400u, 300u)) << "without an instance the size is unchanged";
 }
 
+TEST_F(FacadeGLTest, AnOutputBeyondTheTexturesOfOpenGLHasTheSizeOfTheInput) {
+    Start(
+        {{"fx.js", "function setup() {}\nfunction draw() {}\n"
+                   "function preRender(w, h) { SV_setOutputExtent(w === 1 ? 1e9 : w, h === 1 ? -1 : h); }"}});
+    for (const auto& [width, height] : {std::pair{1u, 7u}, {7u, 1u}}) {
+        unsigned outWidth = 0, outHeight = 0;
+        Engine().preRender(width, height, outWidth, outHeight);
+        EXPECT_EQ(std::pair(outWidth, outHeight), std::pair(width, height));
+    }
+    EXPECT_EQ(m_Log.Errors().size(), 2u);
+}
+
 TEST_F(FacadeGLTest, InstancesKeepTheirValuesAndLayersIgnoreSetParam) {
     Start({{"fx.js",
             "function setup() { SV_initParam('x', SV_Type.FLOAT); SV_initParam('l', SV_Type.LAYER); }"}});

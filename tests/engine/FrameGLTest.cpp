@@ -105,4 +105,48 @@ TEST_F(FrameGLTest, ScriptsDrawIntoPartsOfTargetsAndQueryTheirResources) {
     });
 }
 
+// In each row the script draws a picture of 2 x 1 pixels and 8 bits, red on the left, as the frame.
+TEST_F(FrameGLTest, TargetsThatDrawChangesComeBackToTheSizeAndDepthOfTheFrame) {
+    const struct {
+        const char *name, *draw;
+    } rows[] = {
+        {"a smaller surface copied into the frame", R"js(
+            SV_surfaceCopyTo(SV_textureToSurface(inner), SV_getSequenceRT());)js"},
+        {"a target of the script in place of the frame's", R"js(
+            SV_release(SV_getSequenceRT());
+            SV_blitRenderTarget(inner, SV_initRenderTarget(2, 1, 8), false, false);)js"},
+    };
+    const auto check = [this]<class Channel>(Channel full) {
+        auto output = Frame(TestPicture<Channel>(8, 4));
+        for (const unsigned y : {0u, 3u})
+            for (const unsigned x : {0u, 1u, 6u, 7u}) // the edge between the two colours is filtered
+                for (const unsigned k : {0u, 1u, 2u, 3u})
+                    EXPECT_EQ(output.At(x, y)[k], k == 0 || (k == 1 && x < 2) ? full : Channel{});
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Start({{"fx.js", std::string(R"js(
+            var inner;
+            function setup() { inner = SV_initRenderTarget(2, 1, 8); }
+            function draw() {
+                var half = SV_initShader("half");
+                SV_renderShader(half, inner, false);
+                SV_release(half);)js") +
+                             row.draw + "}"},
+               {"half.frag", "void main() { gl_FragColor = vec4(gl_TexCoord[0].x < 0.5, 0.0, 0.0, 1.0); }"}});
+        check(std::uint8_t{255});
+        check(std::uint16_t{65535});
+        check(1.0f);
+        Engine().release();
+    }
+}
+
+TEST_F(FrameGLTest, AFrameWhoseTargetTheScriptReleasesIsRejected) {
+    Start({{"fx.js", "function setup() {}\nfunction draw() { SV_release(SV_getSequenceRT()); }"}});
+    ASSERT_TRUE(Engine().lockFrame());
+    Engine().render(0, 4, 4, 8, 1);
+    EXPECT_EQ(Engine().grabResultBegin(), nullptr);
+    Engine().releaseFrame();
+}
+
 } // namespace

@@ -3,8 +3,12 @@
 #include <thread>
 
 #include "context/Context.h"
+#include "gpu/OpenGLContext.h"
 #include "platform/GL.h"
 #include "tests/support/EffectTester.h"
+#include "utils/BlobReader.h"
+#include "utils/BlobScrambling.h"
+#include "utils/Utils.h"
 
 namespace {
 
@@ -53,14 +57,13 @@ TEST_F(LifecycleGLTest, AResetupFreesEveryGLObjectOfTheOldScript) {
     EXPECT_EQ(CGLGetCurrentContext(), nullptr);
 }
 
-TEST_F(LifecycleGLTest, InstancesWithoutASequenceReturnNoFrame) {
+TEST_F(LifecycleGLTest, WithoutAnInstanceThereIsNoFrame) {
     Start({{"fx.js", "function setup() {}"}});
-    void* const dropped = NewInstance(); // its index does not exist in the new registry
-    const ContextKeeper keeper;
-    Engine().resetup();
+    void* const released = NewInstance();
+    ReleaseInstance(released);
     ASSERT_TRUE(Engine().lockFrame());
     std::uint8_t pixel[4] = {};
-    for (void* const instance : {dropped, static_cast<void*>(nullptr)}) {
+    for (void* const instance : {released, static_cast<void*>(nullptr)}) {
         Engine().setSequenceData(instance);
         Engine().grabIntoTexture(IPlugin::InputLayer, pixel, 1, 1, 8, 4);
         Engine().render(0, 1, 1, 8, 1);
@@ -72,6 +75,115 @@ TEST_F(LifecycleGLTest, InstancesWithoutASequenceReturnNoFrame) {
     EXPECT_EQ(Context::Current().CurrentSequence()->InputTextureHandle(), 0u)
         << "there were no pixels to upload";
     Engine().releaseFrame();
+}
+
+TEST_F(LifecycleGLTest, InstancesKeepTheirOwnValuesAcrossAResetup) {
+    Start({{"fx.js", OneShaderScript()}, {"pixel.frag", PixelShader("vec4(amount / 255.0)")}});
+    void* const instances[] = {m_Instance, NewInstance(), NewInstance()};
+    const auto setAmount = [&](unsigned i, float number) {
+        Parameter::Value amount;
+        amount.SetFloat(0, number);
+        Engine().setSequenceData(instances[i]);
+        Engine().setParam(0, amount);
+    };
+    const auto channelOf = [&](unsigned i) {
+        Engine().setSequenceData(instances[i]);
+        return unsigned{Frame(TestPicture<std::uint8_t>(1, 1)).channels[0]};
+    };
+    setAmount(0, 10.0f);
+    setAmount(1, 20.0f);
+    Engine().resetup(); // as a button of the second instance does
+    EXPECT_EQ(Engine().getParam(0).value.Float(0), 20.0f) << "the same instance is current";
+    EXPECT_EQ(channelOf(0), 10u);
+    EXPECT_EQ(channelOf(1), 20u);
+    EXPECT_EQ(channelOf(2), 0u) << "the value that the script declares";
+    ReleaseInstance(NewInstance());
+    ReleaseInstance(instances[0]);
+    EXPECT_EQ(channelOf(1), 20u) << "the end of another instance";
+    EXPECT_EQ(m_Log.Text(), "");
+}
+
+TEST_F(LifecycleGLTest, EndedAndSavedInstancesReturnTheirGLStorage) {
+    Start({{"fx.js", OneShaderScript()}, {"pixel.frag", PixelShader("c")}});
+    Frame(TestPicture<float>(8, 8));
+    const int before = CountObjects();
+    for (int i = 0; i < 5; ++i) {
+        void* const instance = NewInstance();
+        Frame(TestPicture<float>(8, 8));
+        EXPECT_EQ(CountObjects(), before + 3) << "a render target, its framebuffer and an input texture";
+        ReleaseInstance(instance);
+        EXPECT_EQ(CountObjects(), before);
+    }
+    for (int i = 0; i < 5; ++i) { // the host forgets the data of instances that it saved
+        NewInstance();
+        Frame(TestPicture<float>(8, 8));
+        EXPECT_EQ(Engine().flatten(nullptr), 0);
+        EXPECT_EQ(CountObjects(), before);
+    }
+    auto input = TestPicture<float>(2, 1);
+    input.channels = {1.0f, 0.5f, 0.25f, 0.125f, 0.0f, 1.0f, 2.0f, 3.0f};
+    EXPECT_EQ(Frame(input).channels, input.channels) << "a saved instance that the host goes on to use";
+}
+
+TEST_F(LifecycleGLTest, AScriptReleasesItsTexturesOnlyInTheContextOfTheEngine) {
+    Start({{"fx.js", R"js(
+        var textures = [];
+        function setup() {
+            for (var i = 0; i < 8; ++i) textures.push(SV_initRenderTarget(2, 2, 8));
+        }
+        function release() { SV_release(textures.pop()); }
+        function updateUIFlags() { release(); }
+        function preRender(w, h) { release(); }
+        function draw() { release(); })js"}});
+    OpenGLContext host;
+    ASSERT_EQ(host.init(true), OpenGLContext::NoError);
+    host.makeCurrent();
+    GLuint names[16] = {}; // names that the engine's context uses, too
+    glGenTextures(16, names);
+    const auto expectTextures = [&](const char* callback) {
+        for (const GLuint name : names)
+            EXPECT_TRUE(glIsTexture(name)) << callback;
+    };
+    for (const GLuint name : names)
+        glBindTexture(GL_TEXTURE_2D, name);
+    unsigned width = 0, height = 0;
+    Engine().preUIUpdate();
+    expectTextures("updateUIFlags");
+    Engine().preRender(1, 1, width, height);
+    expectTextures("preRender");
+    Engine().render(0, 1, 1, 8, 1);
+    expectTextures("draw");
+    EXPECT_EQ(m_Log.Text(), "");
+    host.releaseCurrent();
+    EXPECT_EQ(host.release(), OpenGLContext::NoError);
+}
+
+TEST_F(LifecycleGLTest, ASecondSetUpOpensTheEffectOfTheSecondBundle) {
+    const TemporaryFolder bundles;
+    const auto bundle = [&](const std::string& name, const char* parameter) {
+        const auto zip =
+            ZipOf({{"config.xml", "<FXNAME>" + name + "</FXNAME>"},
+                   {"fx.js", "function setup() { SV_initParam('" + std::string(parameter) + "', 1); }"}});
+        const auto package = BlobScrambling::Scramble(zip);
+        bundles.Write(name + "/Contents/Resources/blob.dat", {package.begin(), package.end()});
+        return (bundles.Path() / name).string();
+    };
+    const std::string paths[] = {bundle("One", "a"), bundle("Two", "b"), bundle("Two", "b")};
+    const char* const names[] = {"One", "Two", "Two"};
+    Utils::ProcessPath = Utils::PassThrough;
+    void* instance = nullptr;
+    for (std::size_t i = 0; i < std::size(paths); ++i) {
+        const ContextKeeper keeper;
+        ASSERT_TRUE(Engine().globalSetup(nullptr, reinterpret_cast<const unsigned short*>(paths[i].c_str())));
+        EXPECT_EQ(Engine().getString(PluginString::Name), names[i]);
+        if (instance)
+            EXPECT_EQ(Engine().getParam(0).name, i == 0 ? "a" : "b") << "in an instance of the first set-up";
+        else
+            instance = NewInstance();
+        ASSERT_EQ(Engine().getNumParams(), 1u);
+    }
+    Engine().release();
+    BlobReader::Instance().init(nullptr, nullptr); // back to loose files
 }
 
 TEST_F(LifecycleGLTest, EightThreadsEachGetTheFrameOfTheirInstance) {
