@@ -153,13 +153,19 @@ std::vector<std::string> CallsOfAnOuterUpdate(decltype(PF_InteractCallbacks::che
         Send(s_Outer, PF_Cmd_SEQUENCE_SETUP);
         PF_InData update = s_Outer;
         update.inter.checkout_param = callback;
+        auto& record = **reinterpret_cast<Adapter::SequenceRecord**>(s_Outer.sequence_data);
+        record.compWidth = 640;
+        record.compHeight = 360;
+        record.compPixelAspect = 1.5f;
         Engine().calls.clear();
         Send(update, PF_Cmd_UPDATE_PARAMS_UI);
         calls = Engine().calls;
         Send(s_Outer, PF_Cmd_SEQUENCE_SETDOWN);
     };
     EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE);
-    std::erase_if(calls, [](const std::string& call) { return call.find("SequenceData") == call.npos; });
+    std::erase_if(calls, [](const std::string& call) {
+        return call.find("SequenceData") == call.npos && call.find("setComposition") == call.npos;
+    });
     return calls;
 }
 
@@ -169,13 +175,14 @@ TEST(ReentryTest, AnInnerCommandSelectsTheOuterInstanceAgainUnlessItWasReleased)
         Send(s_Inner, PF_Cmd_SEQUENCE_SETDOWN);
         return PF_Err_BAD_CALLBACK_PARAM;
     });
-    EXPECT_EQ(besides, (std::vector<std::string>{"setSequenceData 2", "initSequenceData", "setSequenceData 2",
-                                                 "releaseSequenceData 3"}));
+    const std::string composition = "setCompositionSize 640 360 1.5";
+    EXPECT_THAT(besides, ElementsAre("setSequenceData 2", composition, "initSequenceData",
+                                     "setSequenceData 2", composition, "releaseSequenceData 3"));
     const auto released = CallsOfAnOuterUpdate([](auto, auto, auto, auto, auto, PF_ParamDef*) -> PF_Err {
         Send(s_Outer, PF_Cmd_SEQUENCE_SETDOWN);
         return PF_Err_BAD_CALLBACK_PARAM;
     });
-    EXPECT_EQ(released, (std::vector<std::string>{"setSequenceData 2", "releaseSequenceData 2"}));
+    EXPECT_THAT(released, ElementsAre("setSequenceData 2", composition, "releaseSequenceData 2"));
 }
 
 } // namespace

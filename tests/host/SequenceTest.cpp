@@ -2,6 +2,7 @@
 #include <numeric>
 
 #include "host/EntryPoint.h"
+#include "host/HostState.h"
 #include "tests/host/TestHost.h"
 
 namespace {
@@ -101,6 +102,7 @@ TEST(SequenceTest, AByteCopyGetsASequenceOfItsOwnAndItsSetDownLeavesTheOriginalA
         };
         EXPECT_EQ(TestHost::Send(PF_Cmd_SEQUENCE_SETDOWN, original), PF_Err_NONE);
         EXPECT_FALSE(handles.IsLive(copy));
+        EXPECT_EQ(Adapter::s_SequenceOfHandle.count(copy), 0u);
         EXPECT_EQ(Engine().Count("initSequenceData"), used ? 1u : 0u) << "at the first use only";
         EXPECT_EQ(Engine().Count("setSequenceData 2"), used ? 2u : 0u);
         EXPECT_EQ(Engine().Count("releaseSequenceData 2"), used ? 1u : 0u);
@@ -108,6 +110,9 @@ TEST(SequenceTest, AByteCopyGetsASequenceOfItsOwnAndItsSetDownLeavesTheOriginalA
         EXPECT_EQ(original.UpdateUI(), PF_Err_NONE);
         EXPECT_EQ(Engine().calls[Engine().calls.size() - 5], "setSequenceData 1") << "still the original's";
         EXPECT_EQ(Engine().Count("releaseSequenceData 1"), 0u);
+        TestHost::Record(original).engineSequence = reinterpret_cast<void*>(0xDEAD);
+        EXPECT_EQ(original.UpdateUI(), PF_Err_NONE);
+        EXPECT_EQ(Engine().Count("setSequenceData " + std::to_string(0xDEAD)), 0u) << "written by the host";
     }
 }
 

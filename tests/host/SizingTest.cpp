@@ -24,40 +24,71 @@ TEST(FrameSetupTest, TheOutputIsSizedAndCentredByTheRulesOfEachHost) {
     struct Row {
         const char* name;
         Personality personality;
-        A_long width, height; // of the layer, as the host describes it
-        A_u_long downsample;  // the scale is 1 / downsample
+        A_long width, height;              // of the layer, as the host describes it
+        A_u_long downsampleX, downsampleY; // denominators of the scales
         PF_RationalScale aspect;
         unsigned wantedWidth, wantedHeight; // by the engine
         const char* expected; // size and origin of the output; in Premiere Pro also the frame data
     };
     const Row rows[] = {
-        {"same size at full resolution", Plain, 640, 361, 1, {3, 2}, 640, 361, "640x361 0,0"},
-        // 320/2 - 640/2, 180/2 - 361/2
-        {"same size at half resolution", Plain, 640, 361, 2, {1, 1}, 640, 361, "320x180 -160,-90"},
-        {"larger", Plain, 640, 361, 1, {1, 1}, 741, 461, "741x461 50,50"},
-        {"narrower with wide pixels", Plain, 640, 360, 1, {3, 2}, 600, 360, "900x360 130,0"}, // 600 * 3/2
-        {"Premiere Pro, same size", Pr, 640, 360, 1, {1, 1}, 640, 360, "640x360 0,0 640x360"},
+        {"same size at full resolution", Plain, 640, 361, 1, 1, {3, 2}, 640, 361, "640x361 0,0"},
+        // 320/2 - 640/2, 90/2 - 361/2
+        {"same size at half and quarter resolution",
+         Plain,
+         640,
+         361,
+         2,
+         4,
+         {1, 1},
+         640,
+         361,
+         "320x90 -160,-135"},
+        {"larger", Plain, 640, 361, 1, 1, {1, 1}, 741, 461, "741x461 50,50"},
+        {"narrower with wide pixels", Plain, 640, 360, 1, 1, {3, 2}, 600, 360, "900x360 130,0"}, // 600 * 3/2
+        {"Premiere Pro, same size", Pr, 640, 360, 1, 1, {1, 1}, 640, 360, "640x360 0,0 640x360"},
         {"Premiere Pro, same size at half resolution",
          Pr,
          640,
          360,
          2,
+         2,
          {3, 2},
          640,
          360,
          "640x360 0,0 320x180"},
-        {"Premiere Pro, wider", Pr, 640, 360, 1, {1, 1}, 801, 360, "801x360 80,0 801x360"},
-        {"Premiere Pro, narrower and higher", Pr, 640, 360, 1, {1, 1}, 320, 401, "320x401 -160,20 320x401"},
+        {"Premiere Pro, wider", Pr, 640, 360, 1, 1, {1, 1}, 801, 360, "801x360 80,0 801x360"},
+        {"Premiere Pro, narrower and higher",
+         Pr,
+         640,
+         360,
+         1,
+         1,
+         {1, 1},
+         320,
+         401,
+         "320x401 -160,20 320x401"},
         // 800 * 3/2, 640 * 3/2 = 960
-        {"Premiere Pro, wide pixels", Pr, 640, 360, 1, {3, 2}, 800, 360, "1200x360 120,0 1200x360"},
+        {"Premiere Pro, wide pixels", Pr, 640, 360, 1, 1, {3, 2}, 800, 360, "1200x360 120,0 1200x360"},
         // 800/2 * 3/2 is less than the output.
-        {"Premiere Pro, wider at half resolution", Pr, 640, 360, 2, {3, 2}, 800, 360, "640x360 0,0 600x180"},
-        {"Premiere Pro, smaller", Pr, 640, 360, 1, {1, 1}, 320, 180, "640x360 0,0 320x180"},
-        {"almost rounded", Plain, 6, 7, 4, {1, 1}, 6, 7, "1x2 -3,-2"}, // (6 + 1) / 4, (7 + 1) / 4
-        {"scale without denominator", Plain, 6, 7, 0, {1, 1}, 6, 7, "6x7 0,0"},
-        {"scale without numerator", Plain, 8, 8, 1, {0, 2}, 9, 8, "9x8 0,0"},
-        {"product beyond 32 bits", Plain, 30000, 9, 1, {768000, 702000}, 30001, 9, "32822x9 1411,0"},
+        {"Premiere Pro, wider at half resolution",
+         Pr,
+         640,
+         360,
+         2,
+         2,
+         {3, 2},
+         800,
+         360,
+         "640x360 0,0 600x180"},
+        {"Premiere Pro, smaller", Pr, 640, 360, 1, 1, {1, 1}, 320, 180, "640x360 0,0 320x180"},
+        {"almost rounded", Plain, 6, 7, 4, 4, {1, 1}, 6, 7, "1x2 -3,-2"}, // (6 + 1) / 4, (7 + 1) / 4
+        {"scale without denominator", Plain, 6, 7, 0, 0, {1, 1}, 6, 7, "6x7 0,0"},
+        {"scale without numerator", Plain, 8, 8, 1, 1, {0, 2}, 9, 8, "9x8 0,0"},
+        {"product beyond 32 bits", Plain, 30000, 9, 1, 1, {768000, 702000}, 30001, 9, "32822x9 1411,0"},
     };
+    Adapter::FrameData old = {};
+    Adapter::FrameData* master = &old;
+    const auto stale = reinterpret_cast<PF_Handle>(&master);
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         TestHost host(row.personality);
@@ -68,8 +99,10 @@ TEST(FrameSetupTest, TheOutputIsSizedAndCentredByTheRulesOfEachHost) {
             PF_LayerDef& layer = command.params[0]->u.ld;
             command.in.width = command.out.width = layer.width = row.width;
             command.in.height = command.out.height = layer.height = row.height;
-            command.in.downsample_x = command.in.downsample_y = {1, row.downsample};
+            command.in.downsample_x = {1, row.downsampleX};
+            command.in.downsample_y = {1, row.downsampleY};
             command.in.pixel_aspect_ratio = row.aspect;
+            command.out.frame_data = stale; // from an earlier frame
         };
         host.after = [&](Command& command) {
             const PF_OutData& out = command.out;
