@@ -66,7 +66,8 @@ TEST(ParameterValueTest, ScaleFlagsUndoTheHostsDownsampling) {
         {"point, wide pixels", P, R, {1, 2}, {1, 4}, {3, 2}, 300, 80},
         {"point, den * aspect / num in this order", P, R, {1, 7}, {1, 7}, {1, 1}, 700, 140},
         {"point without a scale flag of its own", P, W, {1, 2}, {1, 2}, {1, 1}, 100, 20},
-        {"meaningless scales", P, R, {0, 0}, {0, 0}, {0, 0}, 100, 20},
+        {"scales without denominators", P, R, {2, 0}, {2, 0}, {2, 0}, 100, 20},
+        {"scales without numerators", P, R, {0, 2}, {0, 2}, {0, 2}, 100, 20},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

@@ -102,8 +102,7 @@ private:
 };
 
 // Renders a frame of the picture.
-stricthost::FrameResult Render(Instance& instance, const Picture& input = {1, 1, 8},
-                               FrameSpec request = {});
+stricthost::FrameResult Render(Instance& instance, const Picture& input = {1, 1, 8}, FrameSpec request = {});
 
 // The error that the adapter returns in a step of the host, or none.
 template <class Step>
