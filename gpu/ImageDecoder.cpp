@@ -1,7 +1,10 @@
 #include "gpu/ImageDecoder.h"
 
+#include <algorithm>
 #include <limits>
 #include <string_view>
+
+#include "gpu/JpegTables.h"
 
 // The decoder is compiled into this file only and with internal linkage, because other libraries in the
 // process may have a copy of their own.
@@ -32,6 +35,31 @@ bool ClaimsTooManyPixels(const unsigned char* bytes, int size) {
     return isKnown && double{1} * width * height > s_MostPixelsPerByte * size;
 }
 
+// The decoder reads beyond its own memory when it converts these to four channels.
+bool IsDeepPnm(const std::vector<unsigned char>& file, int size) {
+    return file.size() > 1 && file[0] == 'P' && stbi_is_16_bit_from_memory(file.data(), size) != 0;
+}
+
+// Why a file must not be given to the decoder, or an empty text.
+std::string Objection(const std::vector<unsigned char>& file, int size) {
+    if (HasOverlongHuffmanTable(file))
+        return "a Huffman table of the JPEG file has more than 256 codes";
+    if (IsDeepPnm(file, size))
+        return "PNM files of 16 bits per channel cannot be read; use PNG instead";
+    if (ClaimsTooManyPixels(file.data(), size))
+        return "the file is too short for the size that it states";
+    return {};
+}
+
+// The decoder's reason, which can be missing and can quote bytes of the file.
+std::string FailureReason() {
+    const char* const reason = stbi_failure_reason();
+    std::string text = reason ? reason : "";
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+    return text.empty() ? "the file is damaged" : text;
+}
+
 } // namespace
 
 void DecodedImage::Deleter::operator()(void* memory) const {
@@ -45,10 +73,9 @@ DecodedImage DecodeImage(const std::vector<unsigned char>& file) {
         return image;
     }
     const int size = static_cast<int>(file.size());
-    if (ClaimsTooManyPixels(file.data(), size)) {
-        image.errorText = "the file is too short for the size that it states";
+    image.errorText = Objection(file, size);
+    if (!image.errorText.empty())
         return image;
-    }
     int width = 0, height = 0, channels = 0;
     if (IsRadiance(file)) {
         image.depth = 32;
@@ -58,7 +85,12 @@ DecodedImage DecodeImage(const std::vector<unsigned char>& file) {
         image.pixels.reset(stbi_load_from_memory(file.data(), size, &width, &height, &channels, s_Channels));
     }
     if (!image.pixels) {
-        image.errorText = stbi_failure_reason();
+        image.errorText = FailureReason();
+        return image;
+    }
+    if (width <= 0 || height <= 0) {
+        image.errorText = "the picture has no pixels";
+        image.pixels.reset();
         return image;
     }
     image.width = static_cast<unsigned>(width);

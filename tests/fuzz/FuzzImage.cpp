@@ -1,11 +1,15 @@
 // The bytes of an image file.
+#include <algorithm>
+
 #include "gpu/ImageDecoder.h"
 #include "tests/fuzz/FuzzInput.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const DecodedImage image = DecodeImage({bytes, bytes + size});
     if (!image.pixels) {
-        Require(!image.errorText.empty(), "an image that cannot be decoded has an error text");
+        const auto isPrintable = [](char c) { return c >= ' ' && c <= '~'; };
+        Require(!image.errorText.empty() && std::ranges::all_of(image.errorText, isPrintable),
+                "an image that cannot be decoded has a printable error text");
         return 0;
     }
     Require(image.width > 0 && image.height > 0, "a decoded image has pixels");
