@@ -91,6 +91,7 @@ const void* RenderTarget::grabBegin() {
     m_IsMapped = pixels != nullptr;
     if (!m_IsMapped)
         glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+    fail(m_IsMapped ? "" : "OpenGL has no memory for reading the pixels");
     GLErrors::Clear();
     return pixels;
 }

@@ -107,6 +107,8 @@ bool Texture::init(unsigned width, unsigned height, unsigned depth, bool argbOrd
         return false;
     }
     glGenTextures(1, &m_Texture);
+    if (!m_Texture)
+        m_ErrorText = "OpenGL cannot create a texture";
     grabPixels(nullptr, width, height, depth, static_cast<long>(PixelDepth::RowBytes(width, depth)),
                argbOrder, false);
     m_Stride = 0;

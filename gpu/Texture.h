@@ -62,7 +62,7 @@ public:
     bool argbOrder() const { return m_ArgbOrder; }
     bool hasStorage() const { return m_Texture != 0 && m_Width != 0 && m_Height != 0; }
     const std::string& fileName() const { return m_FileName; }
-    // Why the last init, upload or load failed; empty when it succeeded.
+    // Why the last init, upload, load or read-back failed; empty when it succeeded.
     const std::string& errorText() const { return m_ErrorText; }
     // The pixels of the last upload, stride() bytes a row; expanded if they were expanded. Needs the GL
     // context, because most uploads are copied from the GL texture when the copy is first asked for.
@@ -76,7 +76,7 @@ public:
 protected:
     // For textures that are also drawn into, so that their GL content does not stay what was uploaded.
     void copyEveryUpload() { m_CopyAtOnce = true; }
-    // Sets the error text of a texture that cannot be used.
+    // Sets the error text; an empty one means success.
     void fail(const std::string& text) { m_ErrorText = text; }
 
 private:

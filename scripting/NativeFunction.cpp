@@ -1,5 +1,7 @@
 #include "scripting/NativeFunction.h"
 
+#include "scripting/Scripting.h"
+
 ScriptResult ResultOf(Refusal refusal) {
     switch (refusal) {
     case Refusal::Zero:
@@ -10,6 +12,13 @@ ScriptResult ResultOf(Refusal refusal) {
         break;
     }
     return ScriptResult::Bool(false);
+}
+
+void ReportNativeException() noexcept {
+    try {
+        Scripting::Instance().Report("Error: a native function has no memory");
+    } catch (...) { // there is no memory for the report either
+    }
 }
 
 void RegisterFunctions(duk_context* context, std::span<const NativeFunction> functions) {

@@ -21,6 +21,10 @@ struct NativeFunction {
     duk_idx_t arguments; // DUK_VARARGS for any number
 };
 
+// Reports the current exception of a native function as a script error, for tools. The script gets false
+// instead.
+void ReportNativeException() noexcept;
+
 // Installs the functions in the interpreter's global object.
 void RegisterFunctions(duk_context* context, std::span<const NativeFunction> functions);
 
@@ -45,6 +49,7 @@ duk_ret_t Trampoline(duk_context* context) {
         result =
             CallBody<Body, OnRefusal, Kinds...>(ScriptCall(context), std::index_sequence_for<Kinds...>());
     } catch (...) { // C++ exceptions (out of memory) must not cross the interpreter's frames
+        ReportNativeException();
         result = ScriptResult::Bool(false);
     }
     result.Push(context);

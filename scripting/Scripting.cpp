@@ -33,6 +33,8 @@ void Scripting::Init() {
         for (const auto group : {ParameterBindings, RenderTargetBindings, ShaderBindings, TextureBindings,
                                  SurfaceBindings, SequenceBindings})
             RegisterFunctions(m_Heap, group());
+    } else if (ErrorCallback) {
+        ErrorCallback({"Error: the script interpreter has no memory", "", 0, "fx.js"});
     }
     Context::Current().Init();
 }
