@@ -1,9 +1,11 @@
 #include "clips/ClipInput.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <unistd.h>
 
+#include "clips/FrameTiming.h"
 #include "clips/NumberPattern.h"
 #include "clips/PictureSource.h"
 #include "clips/RawFrames.h"
@@ -66,10 +68,28 @@ private:
         const VideoInfo& video = *m_Input.video;
         if (m_Options.fps.empty())
             m_Input.rate = video.rate;
+        m_Input.firstFrameTime = video.start;
+        const std::vector<long> frames = video.isVariable ? resample() : std::vector<long>();
         const long required = m_Input.range ? m_Input.range->last : 0;
         requireFirstFrame("a video");
-        listFrames(FrameRange{1, std::max({video.packets, video.declaredFrames, 1L}), 1});
-        m_Input.source = OpenVideo(m_Request.input, video, m_Request.depth, required);
+        const long count = frames.empty() ? std::max({video.packets, video.declaredFrames, 1L})
+                                          : static_cast<long>(frames.size());
+        listFrames(FrameRange{1, count, 1});
+        m_Input.source = OpenVideo(m_Request.input, video, m_Request.depth, required, frames);
+    }
+
+    // A variable frame rate becomes a constant one, which is the rate of --fps when that is given.
+    std::vector<long> resample() {
+        VideoInfo& video = *m_Input.video;
+        video.rate = m_Input.rate;
+        std::fprintf(stderr,
+                     "fxhost: %s: has a variable frame rate; it is resampled to %s frames per second\n",
+                     m_Request.input.c_str(), video.rate.text().c_str());
+        std::vector<long> frames = ResampledFrames(video.times, video.rate);
+        // Frames that the file declares but does not contain must not be passed over in silence.
+        for (long frame = video.packets + 1; frame <= video.declaredFrames; ++frame)
+            frames.push_back(frame);
+        return frames;
     }
 
     void openRaw() {

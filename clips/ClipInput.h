@@ -20,6 +20,9 @@ struct ClipInput {
     FrameRate rate;
     long zeroFrame = 1;             // number of the frame at time 0
     std::optional<VideoInfo> video; // set when the input is a video
+    // Seconds from the beginning of the input file to the frame with number 1. Its sound is in sync when it
+    // keeps this distance.
+    double firstFrameTime = 0;
 };
 
 // Opens numbered pictures, a video, raw frames, a single picture or an empty layer, and lists the frames.

@@ -22,13 +22,13 @@ std::set<long> PlannedNumbers(const FramePlan& plan) {
 }
 
 // Everything besides the frames that decides what the parts of a video look like.
-std::string EncoderIdentity(const ClipOptions& options, const ClipInput& input) {
+std::string EncoderIdentity(const ClipOptions& options, const VideoContent& content) {
     std::string identity;
-    for (const auto& text : {options.codec, options.pixelFormat, options.codecOptions, input.rate.text(),
-                             std::string(input.source->hasAlpha() ? "alpha" : "opaque")})
+    for (const auto& text :
+         {options.codec, options.pixelFormat, options.codecOptions, content.rate.text(),
+          std::to_string(content.start), std::string(content.hasAlpha ? "alpha" : "opaque"), content.matrix,
+          content.primaries, content.transfer})
         identity += text + "\n";
-    if (input.video)
-        identity += input.video->matrix + "\n" + input.video->primaries + "\n" + input.video->transfer;
     return identity;
 }
 
@@ -51,9 +51,12 @@ SoundTrack SoundFor(const ClipOptions& options, const ClipRequest& request, cons
     }
     SoundTrack sound;
     sound.path = request.input;
-    sound.start = input.rate.timeOf(static_cast<double>(input.range->first - 1));
+    const double first =
+        input.firstFrameTime + input.rate.timeOf(static_cast<double>(input.range->first - 1));
+    if (input.range->first > 1)
+        sound.start = first;
     if (!options.frames.empty())
-        sound.seconds = input.rate.timeOf(static_cast<double>(input.range->size()));
+        sound.seconds = first - sound.start + input.rate.timeOf(static_cast<double>(input.range->size()));
     return sound;
 }
 
@@ -70,9 +73,12 @@ std::unique_ptr<FrameSink> OpenVideoOutput(const ClipOptions& options, const Cli
         job.content.transfer = input.video->transfer;
     }
     job.sound = SoundFor(options, request, input);
+    if (!job.sound.path.empty() &&
+        job.sound.start == 0) // A sound from its beginning may start before the video.
+        job.content.start = input.firstFrameTime;
     job.resume = options.resume;
     job.replace = !options.keepExisting;
-    job.identity = EncoderIdentity(options, input);
+    job.identity = EncoderIdentity(options, job.content);
     job.soundIdentity = SoundIdentity(job.sound);
     return WriteVideo(job);
 }

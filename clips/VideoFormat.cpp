@@ -91,6 +91,12 @@ bool IsRgb(const std::string& pixelFormat) {
 
 } // namespace
 
+long VideoTimescale(const VideoContent& content) {
+    constexpr long fineUnits = 90000; // at least this many when the video does not start at 0
+    const long frames = content.rate.frames;
+    return content.start == 0 ? frames : frames * std::max(1L, fineUnits / frames);
+}
+
 std::string CodecThreads() {
     return std::to_string(std::max(1u, std::thread::hardware_concurrency() / 2));
 }

@@ -18,6 +18,7 @@ struct EncoderOptions {
 // Properties of the clip that the encoder has to preserve.
 struct VideoContent {
     FrameRate rate;
+    double start = 0;                        // time of the first frame in the output, in seconds
     bool hasAlpha = false;                   // false when every pixel is opaque
     std::string matrix, primaries, transfer; // tags of the input video in FFmpeg's names; may be empty
 };
@@ -35,6 +36,9 @@ struct VideoFormat {
 // bits. .webm: VP9. `options` take precedence.
 VideoFormat ChooseVideoFormat(const std::string& path, const EncoderOptions& options,
                               const VideoContent& content, unsigned width, unsigned height, unsigned depth);
+
+// Time units per second of an mp4 or mov file: the frame rate, or a multiple that also expresses the start.
+long VideoTimescale(const VideoContent& content);
 
 // The number of threads for an FFmpeg process: half of the processors, because the others render. More
 // threads also take more processor time in total.

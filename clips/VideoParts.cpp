@@ -42,6 +42,14 @@ std::string Seconds(double seconds) {
     return text;
 }
 
+// Moves the time stamps of the joined parts back to the frame grid, without the rounding of the parts.
+// Decoding times count the packets, because the last part may be too short for the reordering of the others.
+std::string TimeStampFilter(const VideoContent& content) {
+    const std::string r = "(" + content.rate.text() + ")", offset = "+" + Seconds(content.start) + "/TB";
+    return "setts=pts=round(PTS*TB*" + r + ")/TB/" + r + offset + ":dts=(round(STARTDTS*TB*" + r +
+           ")+N)/TB/" + r + offset + ":duration=1/TB/" + r;
+}
+
 fs::path PartsFolder(const std::string& path) {
     const fs::path target(path);
     return target.parent_path() / ("." + target.filename().string() + ".parts");
@@ -162,7 +170,6 @@ std::string VideoParts::listFile(std::size_t frames) const {
 }
 
 void VideoParts::runJoin(const fs::path& target, bool copySound) const {
-    const FrameRate& rate = m_Job.content.rate;
     std::vector<std::string> arguments = {"ffmpeg",   "-v", "error",
                                           "-nostdin", "-y", "-f",
                                           "concat",   "-i", FileArgument((m_Folder / "list").string())};
@@ -182,11 +189,8 @@ void VideoParts::runJoin(const fs::path& target, bool copySound) const {
         add({"-map", "1:a"});
     if (!sound.path.empty() && copySound)
         add({"-c:a", "copy"});
-    // Moves the time stamps back to the frame grid, without the rounding of the parts.
-    const std::string r = rate.text();
-    add({"-bsf:v",
-         "setts=pts=round(PTS*TB*" + r + ")/TB/(" + r + "):dts=round(DTS*TB*" + r + ")/TB/(" + r + ")",
-         "-video_track_timescale", std::to_string(rate.frames), "-fflags", "+bitexact",
+    add({"-bsf:v", TimeStampFilter(m_Job.content), "-video_track_timescale",
+         std::to_string(VideoTimescale(m_Job.content)), "-fflags", "+bitexact",
          FileArgument(target.string())});
 
     ChildProcess process(std::move(arguments), ChildProcess::Pipe::ToStdin);

@@ -4,10 +4,13 @@
 #include <cmath>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "clips/ChildProcess.h"
+#include "clips/FrameTiming.h"
 #include "pictures/Picture.h"
 #include "toolkit/Errors.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
@@ -38,14 +41,18 @@ std::string Text(const Json& object, const char* name) {
     return found->get<std::string>();
 }
 
-FrameRate Rate(const Json& stream, const std::string& path) {
+// The average rate and the one that FFmpeg guesses from the time stamps.
+std::vector<FrameRate> DeclaredRates(const Json& stream, const std::string& path) {
+    std::vector<FrameRate> rates;
     for (const char* name : {"avg_frame_rate", "r_frame_rate"}) {
         long frames = 0, seconds = 0;
         if (std::sscanf(Text(stream, name).c_str(), "%ld/%ld", &frames, &seconds) == 2 && frames > 0 &&
             seconds > 0)
-            return {frames, seconds};
+            rates.push_back({frames, seconds});
     }
-    throw WrongUse(path + ": the video has no frame rate; expected a video file for --input");
+    if (rates.empty())
+        throw WrongUse(path + ": the video has no frame rate; expected a video file for --input");
+    return rates;
 }
 
 // Seconds of "00:00:03.870000000", which is how Matroska stores durations; 0 for any other text.
@@ -95,13 +102,57 @@ Json ProbeFile(const std::string& path) {
     if (!std::filesystem::exists(path))
         throw WrongUse("--input " + path + ": no such file");
     try {
-        return Json::parse(OutputOf(Probe({"-count_packets", "-show_streams", FileArgument(path)}), path));
+        return Json::parse(OutputOf(Probe({"-show_format", "-show_streams", FileArgument(path)}), path));
     } catch (const EffectFailure& error) {
         const std::string text = error.what();
         if (text.find("is it installed") != std::string::npos)
             throw;
         throw WrongUse("--input " + text + " (expected a picture or a video)");
     }
+}
+
+struct Packets {
+    std::vector<double> times; // seconds, in the order of the file
+    long count = 0;            // of all packets that are shown
+    long discarded = 0;        // decoded but not shown, because an edit list starts after them
+};
+
+Packets ReadPackets(const std::string& path) {
+    std::istringstream lines(OutputOf({"ffprobe", "-v", "error", "-of", "csv=p=0", "-select_streams", "v:0",
+                                       "-show_entries", "packet=pts_time,flags", FileArgument(path)},
+                                      path));
+    Packets packets;
+    for (std::string line; std::getline(lines, line);) {
+        const auto comma = std::min(line.find(','), line.size());
+        if (line.find('D', comma) != std::string::npos) {
+            ++packets.discarded;
+            continue;
+        }
+        ++packets.count;
+        if (const auto time = ParseNumber(line.substr(0, comma)))
+            packets.times.push_back(*time);
+    }
+    return packets;
+}
+
+// `fileStart`: the time that the file begins with, in seconds.
+void FillTiming(const Json& stream, const std::string& path, double fileStart, VideoInfo& info) {
+    const std::vector<FrameRate> rates = DeclaredRates(stream, path);
+    Packets packets = ReadPackets(path);
+    info.rate = rates.front();
+    info.packets = packets.count;
+    std::sort(packets.times.begin(), packets.times.end());
+    if (packets.times.empty() || static_cast<long>(packets.times.size()) != packets.count)
+        packets.times.clear();
+    else
+        info.start = std::max(packets.times.front() - fileStart, 0.0);
+    if (packets.times.size() > 1) {
+        const auto constant = ConstantRate(packets.times, rates);
+        info.isVariable = !constant;
+        info.rate = constant ? *constant : ResamplingRate(packets.times, rates);
+    }
+    info.times = std::move(packets.times);
+    info.declaredFrames = DeclaredFrames(stream, info.rate) - packets.discarded;
 }
 
 } // namespace
@@ -141,9 +192,7 @@ VideoInfo ProbeVideo(const std::string& path) {
         throw WrongUse("--input " + path + ": " + std::to_string(info.width) + "x" +
                        std::to_string(info.height) + " pixels; expected at most " +
                        std::to_string(MaxExtent) + " in each direction");
-    info.rate = Rate(*video, path);
-    info.packets = std::lround(Number(*video, "nb_read_packets"));
-    info.declaredFrames = DeclaredFrames(*video, info.rate);
+    FillTiming(*video, path, Number(found.value("format", Json::object()), "start_time"), info);
     info.codec = Text(*video, "codec_name");
     info.matrix = Text(*video, "color_space");
     info.primaries = Text(*video, "color_primaries");

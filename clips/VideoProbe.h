@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "clips/FrameRate.h"
 
@@ -11,10 +12,13 @@ struct VideoInfo {
     unsigned width = 0, height = 0; // of the decoded frames, after a rotation that the file asks for
     unsigned bits = 8;              // of the deepest channel
     bool hasAlpha = false;
-    bool isYuv = false;      // luma and two chroma channels
-    FrameRate rate;          // average frame rate
-    long packets = 0;        // video packets in the file, usually one a frame
-    long declaredFrames = 0; // number of frames according to the header; 0 when it does not say
+    bool isYuv = false;        // luma and two chroma channels
+    FrameRate rate;            // constant rate of the frames, or one for resampling
+    bool isVariable = false;   // true when the frames have no constant rate
+    double start = 0;          // seconds from the beginning of the file to its first frame
+    std::vector<double> times; // of the frames in seconds, ascending; empty when the file does not give them
+    long packets = 0;          // video packets in the file, usually one a frame
+    long declaredFrames = 0;   // number of frames according to the header; 0 when it does not say
     bool hasSound = false;
     std::string codec;                       // FFmpeg's name, for example "h264"
     std::string matrix, primaries, transfer; // FFmpeg's names, for example "bt709"; empty when not tagged

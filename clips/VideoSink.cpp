@@ -124,7 +124,7 @@ private:
                                          "-i",
                                          "pipe:0"};
         list.insert(list.end(), m_Format.arguments.begin(), m_Format.arguments.end());
-        list.insert(list.end(), {"-video_track_timescale", std::to_string(m_Job.content.rate.frames),
+        list.insert(list.end(), {"-video_track_timescale", std::to_string(VideoTimescale(m_Job.content)),
                                  "-fflags", "+bitexact", "-flags:v", "+bitexact",
                                  FileArgument(m_Parts.unfinishedPath(m_Part).string())});
         return list;

@@ -13,8 +13,9 @@ namespace {
 
 class VideoSource final : public FrameSource {
 public:
-    VideoSource(const std::string& path, const VideoInfo& info, std::optional<unsigned> depth, long required)
-        : m_Path(path), m_Info(info), m_Required(required) {
+    VideoSource(const std::string& path, const VideoInfo& info, std::optional<unsigned> depth, long required,
+                const std::vector<long>& frames)
+        : m_Path(path), m_Info(info), m_Required(required), m_Frames(frames) {
         m_Width = info.width;
         m_Height = info.height;
         m_Depth = depth.value_or(info.bits > 8 ? 16 : 8);
@@ -25,16 +26,29 @@ public:
     std::optional<Picture> read(long number) override {
         if (!m_Decoder)
             m_Decoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::FromStdout);
-        std::optional<Picture> picture;
-        do
+        const long inFile = fileNumber(number);
+        std::optional<Picture> picture = m_Next > inFile ? m_Last : std::nullopt;
+        while (m_Next <= inFile) {
             picture = readNext();
-        while (picture && m_Next <= number);
+            if (!picture)
+                return picture;
+        }
+        if (!m_Frames.empty())
+            m_Last = picture; // A resampled clip may show it again.
         return picture;
     }
     std::string file(long) const override { return m_Path; }
     bool isParallel() const override { return false; }
 
 private:
+    // A number after the last frame of the clip stays after the last frame of the file.
+    long fileNumber(long number) const {
+        const auto index = static_cast<std::size_t>(number) - 1;
+        if (m_Frames.empty())
+            return number;
+        return index < m_Frames.size() ? m_Frames[index] : m_Frames.back() + 1;
+    }
+
     std::vector<std::string> arguments() const {
         std::vector<std::string> list = {"ffmpeg", "-v", "error", "-nostdin", "-threads", CodecThreads()};
         if (m_Info.codec == "vp9" && m_Info.hasAlpha) // FFmpeg's own decoder drops the alpha channel.
@@ -73,6 +87,8 @@ private:
     const std::string m_Path;
     const VideoInfo m_Info;
     const long m_Required;
+    const std::vector<long> m_Frames; // empty, or numbers in the file by number in the clip - 1
+    std::optional<Picture> m_Last;
     PipeFormat m_Pipe;
     std::unique_ptr<ChildProcess> m_Decoder;
     long m_Next = 1;
@@ -81,8 +97,9 @@ private:
 } // namespace
 
 std::unique_ptr<FrameSource> OpenVideo(const std::string& path, const VideoInfo& info,
-                                       std::optional<unsigned> depth, long required) {
-    return std::make_unique<VideoSource>(path, info, depth, required);
+                                       std::optional<unsigned> depth, long required,
+                                       const std::vector<long>& frames) {
+    return std::make_unique<VideoSource>(path, info, depth, required, frames);
 }
 
 } // namespace fxhost

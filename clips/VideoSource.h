@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "clips/FrameSource.h"
 #include "clips/VideoProbe.h"
@@ -11,8 +12,10 @@ namespace fxhost {
 // Decodes a video file with the ffmpeg program. The first frame has number 1. Video of 8 bits is read at
 // depth 8, other video at depth 16, unless `depth` is given. Colours are converted to RGB with the matrix
 // that the file names, or the default of its size. `required`: last frame that must exist; 0 when the clip
-// may end where the file ends.
+// may end where the file ends. `frames`: for each frame of the
+// clip the number of the frame in the file, ascending; empty when they are the same.
 std::unique_ptr<FrameSource> OpenVideo(const std::string& path, const VideoInfo& info,
-                                       std::optional<unsigned> depth, long required);
+                                       std::optional<unsigned> depth, long required,
+                                       const std::vector<long>& frames);
 
 } // namespace fxhost

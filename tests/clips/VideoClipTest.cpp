@@ -7,7 +7,7 @@
 #include "clips/VideoFormat.h"
 #include "clips/VideoProbe.h"
 #include "clips/VideoSource.h"
-#include "tests/clips/ClipFixture.h"
+#include "tests/clips/VideoFixture.h"
 #include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
 
@@ -15,24 +15,7 @@ namespace {
 
 using namespace fxhost;
 
-class VideoClipTest : public ClipFixture {
-protected:
-    // A test pattern with a tone of the same length.
-    void makeVideo(const std::string& name, int frames, const std::string& rate, const std::string& more) {
-        const std::string seconds = std::to_string(FrameRate::Parse(rate).timeOf(frames));
-        shell("ffmpeg -v error -y -f lavfi -i testsrc2=size=64x48:duration=" + seconds + ":rate=" + rate +
-              " -f lavfi -i sine=frequency=440:duration=" + seconds + " " + more + " " + at(name));
-    }
-    std::string probe(const std::string& what, const std::string& name) const {
-        std::string text =
-            shell("ffprobe -v error -select_streams v:0 -count_frames -show_entries stream=" + what +
-                  " -of default=nk=1:nw=1 " + at(name));
-        return text.substr(0, text.find_last_not_of('\n') + 1);
-    }
-    std::string soundHash(const std::string& name) const {
-        return shell("ffmpeg -v error -i " + at(name) + " -map 0:a -c copy -f md5 -");
-    }
-};
+class VideoClipTest : public VideoFixture {};
 
 TEST_F(VideoClipTest, LosslessVideoKeepsEveryBitAndAlpha) {
     for (const unsigned depth : {8u, 16u}) {
