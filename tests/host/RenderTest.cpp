@@ -59,9 +59,11 @@ TEST(RenderTest, DescribesTheFrameToTheEngineInOrder) {
     EXPECT_EQ(frame.pixelAspect, 1.5f);
     EXPECT_EQ(TestHost::Record(instance).lastWidth, 0u) << "the size is recorded only after a resetup";
     instance.SaveAndReopen();
-    Render(instance, Picture(2, 1, 8));
+    host.before = [](Command& command) { command.in.time_scale = 0; };
+    Render(instance, Picture(2, 1, 16), request);
+    EXPECT_EQ(Engine().renders.back().time, 30) << "without a scale";
     const Adapter::SequenceRecord& record = TestHost::Record(instance);
-    EXPECT_THAT((std::vector{record.lastWidth, record.lastHeight, record.lastBpp}), ElementsAre(2, 1, 8));
+    EXPECT_THAT((std::vector{record.lastWidth, record.lastHeight, record.lastBpp}), ElementsAre(2, 1, 16));
 }
 
 TEST(RenderTest, FlipsTheResultAndNotTheInputAtEveryDepthAndStride) {
@@ -114,12 +116,15 @@ TEST(RenderTest, WorldsMayBeBottomUpButRowsShorterThanTheirPixelsAreRejected) {
     EXPECT_EQ(Engine().uploads.size(), 2u) << "a single row may have any stride";
 }
 
-std::uint32_t s_Code;
+std::uint32_t s_Code, s_NextCode; // the next one is 0 when the code stays
 
 template <class World, class Format>
 PF_Err AnswerWithCode(World*, Format* format) {
     *format = static_cast<Format>(s_Code ? s_Code : 0x62677261);
-    return s_Code ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+    const PF_Err err = s_Code ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+    if (s_NextCode)
+        std::swap(s_Code, s_NextCode);
+    return err;
 }
 
 TEST(RenderTest, DepthFollowsFromEveryFormatOfBothHosts) {
@@ -145,6 +150,14 @@ TEST(RenderTest, DepthFollowsFromEveryFormatOfBothHosts) {
         };
         Engine().result.assign(16, 1);
         EXPECT_EQ(Render(instance).error, PF_Err_INTERNAL_STRUCT_DAMAGED);
+        host.before = nullptr;
+        s_Code = 0x62677261;
+        s_NextCode = 0x61726762; // also 8 bits
+        EXPECT_EQ(Render(instance).error, PF_Err_NONE);
+        s_NextCode = 0x62677241;
+        EXPECT_EQ(Render(instance).error, PF_Err_INTERNAL_STRUCT_DAMAGED)
+            << "input and output differ in depth";
+        s_NextCode = 0;
     }
 }
 

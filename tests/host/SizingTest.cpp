@@ -84,6 +84,7 @@ TEST(FrameSetupTest, TheOutputIsSizedAndCentredByTheRulesOfEachHost) {
         {"almost rounded", Plain, 6, 7, 4, 4, {1, 1}, 6, 7, "1x2 -3,-2"}, // (6 + 1) / 4, (7 + 1) / 4
         {"scale without denominator", Plain, 6, 7, 0, 0, {1, 1}, 6, 7, "6x7 0,0"},
         {"scale without numerator", Plain, 8, 8, 1, 1, {0, 2}, 9, 8, "9x8 0,0"},
+        {"negative layer, which counts as empty", Plain, -4, -3, 1, 1, {1, 1}, 5, 6, "5x6 2,3"},
         {"product beyond 32 bits", Plain, 30000, 9, 1, 1, {768000, 702000}, 30001, 9, "32822x9 1411,0"},
     };
     Adapter::FrameData old = {};
