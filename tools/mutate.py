@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Puts one-line faults into the adapter, one at a time, and counts those that the tests do not catch.
 
-Usage: tools/mutate.py [--sample N] [--seed N] [--only TEXT] [--list]
+Usage: tools/mutate.py [--sample N] [--seed N] [--only TEXT] [--lines N,N...] [--list]
 
 The faults are in tools/adapter_faults.tsv. The tool works on a copy of the tree below build/mutants and leaves the tree
 itself alone. For each fault it builds and runs host_tests, and when these pass, plugin_tests. It prints every fault that
@@ -103,11 +103,15 @@ def main():
     parser.add_argument("--sample", type=int, metavar="N", help="put in only N faults, chosen at random")
     parser.add_argument("--seed", type=int, default=1, metavar="N", help="of the random choice")
     parser.add_argument("--only", default="", metavar="TEXT", help="put in only faults whose file or text contains TEXT")
+    parser.add_argument("--lines", metavar="N,N...", help="put in only the faults on these lines of the table")
     parser.add_argument("--list", action="store_true", help="check the table and print the faults")
     arguments = parser.parse_args()
 
     faults = read_faults(ROOT / "tools/adapter_faults.tsv")
     faults = [fault for fault in faults if arguments.only in fault.file + fault.old]
+    if arguments.lines:
+        lines = {int(line) for line in arguments.lines.split(",")}
+        faults = [fault for fault in faults if fault.number in lines]
     if arguments.sample is not None:
         faults = random.Random(arguments.seed).sample(faults, min(arguments.sample, len(faults)))
     if arguments.list:

@@ -165,6 +165,26 @@ TEST(ParameterUiTest, TheScriptUpdatesTheControlsOfTheRightInstanceBeforeTheHost
                                             "preUIUpdate", "getNumParams", "getParamDesc"));
 }
 
+std::vector<PF_ParamIndex> s_Updated;
+
+TEST(ParameterUiTest, ParametersWithoutAControlAreLeftAlone) {
+    TestHost host;
+    Instance& instance = host.Start({Declared(Parameter::FLOAT), Declared(Parameter::BOOL)});
+    Engine().params[0].flags = Parameter::NotPublished;    // hidden later
+    Engine().params.push_back(Declared(Parameter::FLOAT)); // made later
+    Engine().values.clear();
+    s_Updated.clear();
+    host.Replace(kPFParamUtilsSuite, &PF_ParamUtilsSuite3::PF_UpdateParamUI,
+                 [](PF_ProgPtr, PF_ParamIndex index, const PF_ParamDef*) -> PF_Err {
+                     s_Updated.push_back(index);
+                     return PF_Err_NONE;
+                 });
+    EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE);
+    EXPECT_THAT(s_Updated, ElementsAre(2));
+    EXPECT_EQ(Engine().Count("setParam 0"), 0u);
+    EXPECT_EQ(Engine().Count("setParam 1"), 1u);
+}
+
 TEST(ParameterUiTest, EveryNumberOfTheParamUtilsSuiteServes) {
     for (const std::int32_t number : {1, 2, 3}) {
         TestHost host;

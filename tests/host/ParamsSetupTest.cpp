@@ -1,4 +1,5 @@
 #include "AE_EffectUI.h"
+#include "host/EntryPoint.h"
 #include "host/HostState.h"
 #include "host/HostText.h"
 #include "tests/host/TestHost.h"
@@ -114,6 +115,9 @@ TEST(ParamsSetupTest, EveryTypeIsPublishedAsItsHostParameter) {
         EXPECT_THAT((std::vector{param.type, param.flags, static_cast<int>(param.id), param.uiFlags}),
                     ElementsAre(row.kind, row.flags, row.id, 0));
         EXPECT_EQ(Content(param.def), row.content);
+        if (row.kind == PF_Param_CHECKBOX) {
+            EXPECT_STREQ(param.def.u.bd.u.nameptr, "");
+        }
         EXPECT_EQ(param.label, row.parameter.type == Parameter::GROUP_END ? "" : "Label");
     }
 }
@@ -133,6 +137,21 @@ TEST(ParamsSetupTest, TheFirstIndexOfEachKindIsKept) {
                 ElementsAre(2, 3, 4, 5, 6));
     EXPECT_THAT((std::vector{s_TextureStart, s_PathsStart, s_BoolsStart, s_PopupsStart, s_AngleStart}),
                 ElementsAre(7, 8, 9, 10, 11));
+}
+
+TEST(ParamsSetupTest, ASecondSetUpForgetsTheParametersOfTheFirst) {
+    TestHost host;
+    host.before = [](Command& command) {
+        if (command.code != PF_Cmd_PARAMS_SETUP)
+            return;
+        PF_InData in = command.in;
+        in.inter.add_param = Fails<0>;
+        Engine().params.push_back(Declared(Parameter::BOOL));
+        EXPECT_EQ(EntryPointFunc(command.code, &in, &command.out, nullptr, nullptr, nullptr), PF_Err_NONE);
+        Engine().params.pop_back();
+    };
+    host.SetUp({Declared(Parameter::FLOAT)});
+    EXPECT_THAT(Adapter::s_MapPlugin2AEParam, ElementsAre(Pair(0, 1)));
 }
 
 TEST(ParamsSetupTest, LabelsAndChoicesArePublishedWithinTheHostsLimits) {
