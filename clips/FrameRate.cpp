@@ -1,6 +1,6 @@
 #include "clips/FrameRate.h"
 
-#include <charconv>
+#include <fast_float/fast_float.h>
 #include <cmath>
 #include <numeric>
 #include <optional>
@@ -36,7 +36,7 @@ std::optional<FrameRate> FromText(const std::string& text) {
         return frames && seconds ? std::optional(Reduced(*frames, *seconds)) : std::nullopt;
     }
     double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const auto [end, error] = fast_float::from_chars(text.data(), text.data() + text.size(), number);
     const bool isNumber = error == std::errc() && end == text.data() + text.size();
     return isNumber ? FromDecimal(number) : std::nullopt;
 }

@@ -1,4 +1,8 @@
 # The libraries from outside the tree, each with the headers that only the targets which link it may include.
+if(APPLE AND CMAKE_CROSSCOMPILING)
+  include(CrossLibraries)
+  return()
+endif()
 
 pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
 fx_library(PkgConfig::LIBZIP HEADERS zip.h)
@@ -19,6 +23,10 @@ fx_library(PkgConfig::OPENIMAGEIO HEADERS OpenImageIO/)
 
 find_path(NLOHMANN_JSON_INCLUDE_DIR nlohmann/json.hpp REQUIRED)
 fx_library(nlohmann_json HEADERS nlohmann/ INCLUDE ${NLOHMANN_JSON_INCLUDE_DIR})
+
+# Reads floating-point numbers, which std::from_chars of some standard libraries does not.
+find_path(FAST_FLOAT_INCLUDE_DIR fast_float/fast_float.h REQUIRED)
+fx_library(fast_float HEADERS fast_float/ INCLUDE ${FAST_FLOAT_INCLUDE_DIR})
 
 find_path(CLI11_INCLUDE_DIR CLI/CLI.hpp REQUIRED)
 fx_library(cli11 HEADERS CLI/ INCLUDE ${CLI11_INCLUDE_DIR})

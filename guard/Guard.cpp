@@ -17,6 +17,7 @@
 #include "guard/Memory.h"
 #include "guard/StopSignals.h"
 #include "guard/Watchdog.h"
+#include "platform/System.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -75,7 +76,7 @@ int RunParent(GuardChannel& channel, pid_t child, const GuardLimits& limits, con
     while (!HasEnded(channel.socket(), child, status)) {
         if (signals.count() > passedOn)
             kill(child, passedOn++ == 0 ? SIGTERM : SIGKILL);
-        switch (watchdog.check(DataBytes(child))) {
+        switch (watchdog.check(ProcessDataBytes(child))) {
         case Watchdog::Action::None:
             break;
         case Watchdog::Action::Stop:
@@ -124,7 +125,7 @@ int RunGuarded(const GuardLimits& limits, const std::string& effect, const std::
     if (effective.memoryBytes == 0)
         effective.memoryBytes = MachineMemory() / 4 * 3;
     // The limit does not count what the process uses before the work starts.
-    effective.memoryBytes += DataBytes(getpid()).value_or(0);
+    effective.memoryBytes += ProcessDataBytes(getpid()).value_or(0);
     if (!limits.fork) {
         const WatchdogThread watchdog(effective, effect);
         return RunAndReport(work);

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <new>
 #include <string>
 #include <sys/mman.h>
@@ -15,8 +16,10 @@ namespace fxhost {
 GuardChannel::GuardChannel() {
     void* memory =
         mmap(nullptr, sizeof(SharedStatus), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED || socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, m_Sockets) != 0)
+    if (memory == MAP_FAILED || socketpair(AF_UNIX, SOCK_STREAM, 0, m_Sockets) != 0)
         throw EffectFailure(std::string("cannot start a guarded process: ") + std::strerror(errno));
+    for (const int socket : m_Sockets)
+        fcntl(socket, F_SETFD, FD_CLOEXEC); // no other thread starts programs yet
     m_Status = new (memory) SharedStatus;
 }
 

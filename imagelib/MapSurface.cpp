@@ -67,18 +67,18 @@ void RunParts(const Mapping& mapping, unsigned parts) {
             failures[part] = std::current_exception();
         }
     };
-    {
-        std::vector<std::jthread> workers;
-        workers.reserve(parts);
-        for (unsigned part = 1; part < parts; ++part) {
-            try {
-                workers.emplace_back(run, part);
-            } catch (const std::system_error&) {
-                run(part); // the system has no thread left
-            }
+    std::vector<std::thread> workers;
+    workers.reserve(parts);
+    for (unsigned part = 1; part < parts; ++part) {
+        try {
+            workers.emplace_back(run, part);
+        } catch (const std::system_error&) {
+            run(part); // the system has no thread left
         }
-        run(0);
     }
+    run(0);
+    for (std::thread& worker : workers)
+        worker.join();
     for (const std::exception_ptr& failure : failures)
         if (failure)
             std::rethrow_exception(failure);

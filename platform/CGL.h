@@ -8,14 +8,13 @@
 // until the thread that uses the context makes another one current, destroys it or ends. The caller's own
 // context is released while it waits, so that two threads can swap contexts.
 
+#include "platform/GL.h" // first, because it switches deprecation warnings off
+
 #ifdef __APPLE__
 
 #include <OpenGL/OpenGL.h>
-#include <OpenGL/gl.h>
 
 #else
-
-#include "platform/GL.h"
 
 using CGLPixelFormatObj = struct PixelFormatRecord*;
 using CGLContextObj = struct ContextRecord*;

@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <limits>
 #include <cstring>
 
 #include "stricthost/HandleCallbacks.h"
@@ -95,10 +96,11 @@ PF_Err GetPlatformData(PF_ProgPtr effect, PF_PlatDataID which, void* data) {
     }
 }
 
+// The host API passes no size, so the caller must provide a buffer that is large enough.
 int HostSprintf(A_char* text, const A_char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsprintf(text, format, arguments);
+    const int length = std::vsnprintf(text, std::numeric_limits<int>::max(), format, arguments);
     va_end(arguments);
     return length;
 }

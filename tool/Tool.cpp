@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "guard/ErrorReport.h"
-#include "guard/Memory.h"
+#include "platform/System.h"
 #include "tool/Commands.h"
 #include "toolkit/Errors.h"
 

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <fast_float/fast_float.h>
 
 #include "pictures/Picture.h"
 #include "toolkit/Errors.h"
@@ -41,7 +42,7 @@ std::optional<double> ParseNumber(const std::string& text) {
         digits.erase(0, 1);
     double number = 0;
     const char* const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    const auto [stop, error] = fast_float::from_chars(digits.data(), end, number);
     if (error != std::errc() || stop != end || !std::isfinite(number))
         return std::nullopt;
     return number;

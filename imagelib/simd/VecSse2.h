@@ -2,6 +2,10 @@
 
 #include "imagelib/simd/X86Pixel.h"
 
+#if defined(__SSE4_1__)
+#include <smmintrin.h> // the baseline of compilers for macOS
+#endif
+
 // Four lanes of SSE2. The operations of all vector types are described in README.md.
 namespace ImageLib::Simd {
 namespace {

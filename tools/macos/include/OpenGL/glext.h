@@ -1,0 +1,4 @@
+#pragma once
+
+/* gl.h declares the extensions that are used. */
+#include <OpenGL/gl.h>
