@@ -104,7 +104,7 @@ public:
 private:
     void run() {
         while (!m_IsOver) {
-            const Watchdog::Action action = m_Watchdog.check(DataBytes(getpid()));
+            const Watchdog::Action action = m_Watchdog.check(ProcessDataBytes(getpid()));
             if (action == Watchdog::Action::Stop)
                 kill(getpid(), SIGTERM); // StopScope handles it, because the status says that it can drain.
             if (action == Watchdog::Action::Kill)
