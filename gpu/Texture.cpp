@@ -85,9 +85,10 @@ std::string SizeProblem(unsigned width, unsigned height) {
            " pixels in each direction";
 }
 
-std::string MemoryProblem(unsigned width, unsigned height, unsigned depth) {
-    return "OpenGL has no memory for a texture of " + std::to_string(width) + " x " + std::to_string(height) +
-           " pixels of " + std::to_string(PixelDepth::Stored(depth)) + " bits per channel";
+std::string StorageProblem(unsigned width, unsigned height, unsigned depth) {
+    return "OpenGL cannot store a texture of " + std::to_string(width) + " x " + std::to_string(height) +
+           " pixels of " + std::to_string(PixelDepth::Stored(depth)) +
+           " bits per channel; it has no memory for it, or does not support this depth";
 }
 
 } // namespace
@@ -177,7 +178,7 @@ void Texture::upload(const void* pixels, unsigned width, unsigned height, unsign
     }
     if (!allocate(source, width, height, depth)) {
         dropPixels();
-        m_ErrorText = MemoryProblem(width, height, depth);
+        m_ErrorText = StorageProblem(width, height, depth);
         return;
     }
     m_ErrorText.clear();
