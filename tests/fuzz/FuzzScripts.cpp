@@ -1,6 +1,8 @@
 // Generated scripts, run through the engine's interface with OpenGL as a host would: several instances,
 // frames of several sizes and depths, values, layers, and the script started again. FUZZ_PRINT=1 prints the
 // script of each input.
+#include <utility>
+
 #include "engine/FrameLock.h"
 #include "engine/IPlugin.h"
 #include "platform/CGL.h"
@@ -86,7 +88,7 @@ public:
 
     ~Host() {
         for (void* const instance : m_Instances)
-            WithLock([&] { m_Engine.releaseSequenceData(instance); });
+            WithoutLock([&] { m_Engine.releaseSequenceData(instance); });
     }
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -115,54 +117,79 @@ private:
         Context().RequireUntouched();
     }
 
+    // For operations that take the lock themselves.
+    template <class Work>
+    void WithoutLock(Work work) {
+        work();
+        Context().RequireUntouched();
+    }
+
     static HostContext& Context() {
         static HostContext s_Context;
         return s_Context;
     }
 
     void StartScript() {
-        Context().MakeCurrent();
-        static const bool s_IsSetUp = m_Engine.globalSetup(nullptr, nullptr);
+        static const bool s_IsSetUp = SetUp();
         Require(s_IsSetUp, "there is OpenGL: install libegl-mesa0 libgl1-mesa-dri");
         Context().MakeCurrent();
-        Restart();
+        WithoutLock([&] { m_Engine.resetup(); });
     }
 
-    // The engine takes the lock itself.
-    void Restart() {
-        m_Engine.resetup();
+    bool SetUp() {
+        Context().MakeCurrent();
+        return m_Engine.globalSetup(nullptr, nullptr);
+    }
+
+    // Ends the engine and sets it up again, as when the host's last effect is removed and another one
+    // applied.
+    void SetUpAgain() {
+        m_Engine.release();
+        Require(SetUp(), "the engine can be set up again");
         Context().RequireUntouched();
     }
 
     void AddInstance() {
         if (m_Instances.size() < s_MostInstances)
-            WithLock([&] { m_Instances.push_back(m_Current = m_Engine.initSequenceData()); });
+            WithoutLock([&] { m_Instances.push_back(m_Current = m_Engine.initSequenceData()); });
     }
 
     void Act() {
         if (!m_Instances.empty())
             m_Current = m_Instances[m_Input.Below(static_cast<unsigned>(m_Instances.size()))];
-        switch (m_Input.Below(12)) {
+        switch (m_Input.Below(16)) {
         case 0:
             return AddInstance();
         case 1:
             return RemoveInstance();
         case 2:
-            return Restart();
+            return WithoutLock([&] { m_Engine.resetup(); });
         case 3:
         case 4:
             return UpdateControls();
         case 5:
             return Inspect();
+        case 6:
+            return SaveInstance();
+        case 7:
+            if (!std::exchange(m_WasSetUpAgain,
+                               true)) // once, as OpenGL takes long to compile the shaders again
+                SetUpAgain();
+            return;
         default:
             return RenderFrame();
         }
     }
 
+    void SaveInstance() {
+        WithLock([&] { m_Engine.setSequenceData(m_Current); });
+        WithoutLock([&] { m_Engine.flatten(nullptr); });
+    }
+
     void RemoveInstance() {
         if (m_Instances.empty())
             return;
-        WithLock([&] { m_Engine.releaseSequenceData(m_Current); });
+        WithoutLock([&] { m_Engine.releaseSequenceData(m_Current); });
         std::erase(m_Instances, m_Current);
         m_Current = nullptr;
     }
@@ -239,6 +266,7 @@ private:
     FuzzInput& m_Input;
     std::vector<void*> m_Instances;
     void* m_Current = nullptr;
+    bool m_WasSetUpAgain = false;
 };
 
 } // namespace
