@@ -134,7 +134,7 @@ TEST(ExceptionTest, CommandsOfManyThreadsRunOneAtATime) {
 }
 
 // The commands of the inner instance are sent from inside a callback of the outer instance.
-PF_InData s_Outer, s_Inner;
+PF_InData s_Outer, s_Inner, s_Other;
 
 void Send(PF_InData& in, PF_Cmd command) {
     PF_OutData out = {};
@@ -148,9 +148,11 @@ std::vector<std::string> CallsOfAnOuterUpdate(decltype(PF_InteractCallbacks::che
     Instance& instance = host.Start({Declared(Parameter::FLOAT)});
     std::vector<std::string> calls;
     host.before = [&](Command& command) {
-        s_Outer = s_Inner = command.in;
-        s_Outer.sequence_data = s_Inner.sequence_data = nullptr;
+        s_Outer = command.in;
+        s_Outer.sequence_data = nullptr;
+        s_Inner = s_Other = s_Outer;
         Send(s_Outer, PF_Cmd_SEQUENCE_SETUP);
+        Send(s_Other, PF_Cmd_SEQUENCE_SETUP); // so that the outer instance is not the last one made
         PF_InData update = s_Outer;
         update.inter.checkout_param = callback;
         auto& record = **reinterpret_cast<Adapter::SequenceRecord**>(s_Outer.sequence_data);
@@ -161,6 +163,7 @@ std::vector<std::string> CallsOfAnOuterUpdate(decltype(PF_InteractCallbacks::che
         Send(update, PF_Cmd_UPDATE_PARAMS_UI);
         calls = Engine().calls;
         Send(s_Outer, PF_Cmd_SEQUENCE_SETDOWN);
+        Send(s_Other, PF_Cmd_SEQUENCE_SETDOWN);
     };
     EXPECT_EQ(instance.UpdateUI(), PF_Err_NONE);
     std::erase_if(calls, [](const std::string& call) {
@@ -171,13 +174,17 @@ std::vector<std::string> CallsOfAnOuterUpdate(decltype(PF_InteractCallbacks::che
 
 TEST(ReentryTest, AnInnerCommandSelectsTheOuterInstanceAgainUnlessItWasReleased) {
     const auto besides = CallsOfAnOuterUpdate([](auto, auto, auto, auto, auto, PF_ParamDef*) -> PF_Err {
-        Send(s_Inner, PF_Cmd_SEQUENCE_SETUP);
-        Send(s_Inner, PF_Cmd_SEQUENCE_SETDOWN);
+        for (int i = 0; i < 2; ++i) {
+            Send(s_Inner, PF_Cmd_SEQUENCE_SETUP);
+            Send(s_Inner, PF_Cmd_SEQUENCE_SETDOWN);
+        }
         return PF_Err_BAD_CALLBACK_PARAM;
     });
     const std::string composition = "setCompositionSize 640 360 1.5";
-    EXPECT_THAT(besides, ElementsAre("setSequenceData 2", composition, "initSequenceData",
-                                     "setSequenceData 2", composition, "releaseSequenceData 3"));
+    EXPECT_THAT(besides,
+                ElementsAre("setSequenceData 2", composition, "initSequenceData", "setSequenceData 2",
+                            composition, "releaseSequenceData 4", "initSequenceData", "setSequenceData 2",
+                            composition, "releaseSequenceData 5"));
     const auto released = CallsOfAnOuterUpdate([](auto, auto, auto, auto, auto, PF_ParamDef*) -> PF_Err {
         Send(s_Outer, PF_Cmd_SEQUENCE_SETDOWN);
         return PF_Err_BAD_CALLBACK_PARAM;

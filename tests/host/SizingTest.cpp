@@ -14,8 +14,12 @@ std::vector<A_long> Edges(const PF_LRect& rect) {
 
 TEST(ScalingTest, UnionsIgnoreEmptyRectangles) {
     PF_LRect sum = {5, 5, 5, 9};
-    for (const PF_LRect& rect :
-         {PF_LRect{20, 20, 20, 30}, {-1, 0, 10, 10}, {3, -4, 12, 5}, {20, 20, 20, 30}, {4, -8, 5, 20}})
+    for (const PF_LRect& rect : {PF_LRect{20, 20, 20, 30},
+                                 {-1, 0, 10, 10},
+                                 {3, -4, 12, 5},
+                                 {20, 20, 20, 30},
+                                 {4, -8, 5, 20},
+                                 {0, 0, 1, 1}})
         Adapter::UnionLRect(&rect, &sum);
     EXPECT_THAT(Edges(sum), ElementsAre(-1, -8, 12, 20));
 }
