@@ -4,6 +4,7 @@
 #include "AE_EffectCBSuites.h"
 #include "PrSDKAESupport.h"
 #include "host/CopyOut.h"
+#include "host/EntryPoint.h"
 #include "host/InputFrames.h"
 #include "host/WorldPixels.h"
 #include "tests/host/TestHost.h"
@@ -197,6 +198,30 @@ TEST(RenderTest, AnEmptyLayerCountsAsTransparent) {
     EXPECT_EQ(Engine().uploads.at(0).bytes, Bytes(16)) << "one pixel";
     Engine().result = BytesOf<float>({1, 2, 3, 4, 5, 6, 7, 8});
     EXPECT_EQ(instance.Render(request).picture.bytes, Engine().result);
+}
+
+// The error of a render command with these arguments.
+PF_Err ErrorOfRender(const Instance& instance, PF_ParamDef** params, PF_LayerDef* output) {
+    PF_InData in = {};
+    PF_OutData out = {};
+    instance.FillIn(in);
+    return EntryPointFunc(PF_Cmd_RENDER, &in, &out, params, output, nullptr);
+}
+
+TEST(RenderTest, WorldsComeFromTheSmartCheckoutsOrFromTheArgumentsOfTheCommand) {
+    Picture input(2, 1, 8);
+    input.bytes = Numbered(2);
+    TestHost smart;
+    Instance& instance = smart.Start();
+    PF_ParamDef layer = {};
+    PF_ParamDef* params[] = {&layer, nullptr};
+    smart.before = [&](Command& command) { command.params = params; };
+    EXPECT_EQ(Render(instance, input).picture.bytes, input.bytes) << "not the layer in params";
+    smart.before = nullptr;
+
+    PF_LayerDef world = {};
+    EXPECT_EQ(ErrorOfRender(instance, params, nullptr), PF_Err_BAD_CALLBACK_PARAM);
+    EXPECT_EQ(ErrorOfRender(instance, nullptr, &world), PF_Err_BAD_CALLBACK_PARAM);
 }
 
 // Fails the first of two checkouts, which only asks for the extent.

@@ -123,7 +123,7 @@ PF_Err TestHost::Enter(PF_Cmd code, PF_InData* in, PF_OutData* out, PF_ParamDef*
     Command command{code, *in, *out, params, output, extra};
     if (s_Current->before)
         s_Current->before(command);
-    const PF_Err err = EntryPointFunc(code, in, out, params, output, extra);
+    const PF_Err err = EntryPointFunc(code, in, out, command.params, command.output, extra);
     if (s_Current->after)
         s_Current->after(command);
     return err;
