@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "drivers/EffectDiagnostics.h"
+#include "engine/Config.h"
 #include "engine/FrameLock.h"
 #include "guard/Stage.h"
 #include "host/CopyOut.h"
@@ -54,8 +55,8 @@ EngineDriver::EngineDriver(const EffectSource& source) : m_Engine(*GetPlugin()) 
         // The engine reads the path as narrow text when there is no bundle.
         ready = m_Engine.globalSetup(nullptr,
                                      reinterpret_cast<const unsigned short*>(source.BundlePath().c_str()));
-    } catch (const std::exception& error) {
-        throw EffectFailure(source.DisplayPath("config.xml"),
+    } catch (const ConfigError& error) {
+        throw EffectFailure(source.DisplayPath("config.xml"), error.line(),
                             std::string("not well-formed XML: ") + error.what());
     }
     if (!ready)

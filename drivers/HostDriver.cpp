@@ -74,8 +74,8 @@ std::string SetupProblem(const EffectSource* source, const stricthost::CommandEr
     if (source) {
         try {
             const Config config(nullptr);
-        } catch (const std::exception& problem) {
-            throw EffectFailure(source->DisplayPath("config.xml"),
+        } catch (const ConfigError& problem) {
+            throw EffectFailure(source->DisplayPath("config.xml"), problem.line(),
                                 std::string("not well-formed XML: ") + problem.what());
         }
     }

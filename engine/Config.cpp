@@ -1,5 +1,6 @@
 #include "engine/Config.h"
 
+#include <algorithm>
 #include <rapidxml.hpp>
 
 #include "engine/XmlDepth.h"
@@ -17,9 +18,16 @@ struct Config::Document {
 };
 
 Config::Config(void*) : m_Document(std::make_unique<Document>()) {
-    m_Document->text = Utils::ReadWholeTextFile(L"config.xml");
-    CheckXmlDepth(m_Document->text, s_DeepestElement);
-    m_Document->xml.parse<rapidxml::parse_default>(m_Document->text.data());
+    std::string& text = m_Document->text;
+    text = Utils::ReadWholeTextFile(L"config.xml");
+    const std::string original = text; // the parser changes the text
+    try {
+        CheckXmlDepth(text, s_DeepestElement);
+        m_Document->xml.parse<rapidxml::parse_default>(text.data());
+    } catch (const rapidxml::parse_error& error) {
+        const auto end = original.begin() + (error.where<char>() - text.data());
+        throw ConfigError(error.what(), 1 + static_cast<int>(std::count(original.begin(), end, '\n')));
+    }
 }
 
 Config::~Config() = default;

@@ -30,15 +30,16 @@ enum class PluginString : std::uint32_t {
 // the depth in bits per channel: 8 (0 to 255), 16 (0 to 32768 in, 0 to 65535 out) or 32 (float). The origin
 // is the upper left corner, except where rows are stated to be bottom-up.
 //
-// Failures: no operation throws, except that globalSetup passes on the exception of the XML parser. Script
-// errors are discarded (tools can observe them, see Scripting.h). Shader errors are kept, see getErrorText().
+// Failures: no operation throws, except that globalSetup passes on the exception of a malformed config.xml.
+// Script errors are discarded (tools can observe them, see Scripting.h). Shader errors are kept, see
+// getErrorText().
 class IPlugin {
 public:
     // Opens the effect, reads its configuration, creates the GL context and runs the script. Releases the
     // effect of an earlier call first; its instances remain, with the default values of the new script. Takes
     // the frame lock itself. `module` is the bundle of the plug-in (a CFBundleRef) or null; then `path` is
     // the path of the bundle, as zero-terminated UTF-8 text in spite of its type, or null. The caller keeps
-    // both. Returns false when the GL context cannot be created. Throws rapidxml::parse_error when config.xml
+    // both. Returns false when the GL context cannot be created. Throws ConfigError when config.xml
     // is malformed.
     virtual bool globalSetup(void* module, const unsigned short* path) = 0;
 

@@ -3,8 +3,10 @@
 namespace {
 
 ScriptResult InitRenderTarget(std::int32_t width, std::int32_t height, std::int32_t depth) {
-    return ScriptResult::Number(Context::Current().InitResource<RenderTarget>(
-        static_cast<unsigned>(width), static_cast<unsigned>(height), static_cast<unsigned>(depth)));
+    const unsigned created = Context::Current().InitResource<RenderTarget>(
+        static_cast<unsigned>(width), static_cast<unsigned>(height), static_cast<unsigned>(depth));
+    ReportProblem("SV_initRenderTarget", Context::Current().GetResource<RenderTarget>(created));
+    return ScriptResult::Number(created);
 }
 
 ScriptResult BlitRenderTarget(RenderTarget& source, RenderTarget& destination, bool flip, bool linear) {

@@ -71,6 +71,7 @@ ScriptResult SurfaceToTexture(const Surface* found) {
     if (Texture& texture = context.GetResource<Texture>(created); texture.id() != 0)
         texture.grabPixels(surface.pixels(), surface.width(), surface.height(), surface.depth(),
                            static_cast<long>(surface.stride()), true, false);
+    ReportProblem("SV_surfaceToTexture", context.GetResource<Texture>(created));
     return ScriptResult::Number(created);
 }
 
@@ -95,6 +96,7 @@ ScriptResult SurfaceQuantize(Surface& surface, std::nullptr_t, std::int32_t sele
 
 ScriptResult SurfaceCopyTo(const Surface& surface, Texture& target, bool flip) {
     target.grabSurface(surface, flip);
+    ReportProblem("SV_surfaceCopyTo", target);
     return ScriptResult::Bool(true);
 }
 

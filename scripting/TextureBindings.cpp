@@ -3,7 +3,11 @@
 namespace {
 
 ScriptResult InitTexture(const std::string& file, const std::string&) {
-    return ScriptResult::Number(Context::Current().InitResource<Texture>(file));
+    const unsigned created = Context::Current().InitResource<Texture>(file);
+    const Texture& texture = Context::Current().GetResource<Texture>(created);
+    if (!texture.fileName().empty()) // tools find missing files without the script
+        ReportProblem("SV_initTexture", texture);
+    return ScriptResult::Number(created);
 }
 
 ScriptResult SetTextureParam(Texture& texture, std::int32_t name, std::int32_t value) {

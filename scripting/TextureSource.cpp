@@ -1,6 +1,7 @@
 #include "scripting/TextureSource.h"
 
 #include "context/Context.h"
+#include "scripting/Scripting.h"
 
 namespace {
 
@@ -24,4 +25,9 @@ std::uint32_t TextureNameOf(std::uint32_t handle) {
         tag == Parameter::Tag || tag == RenderTarget::Tag || tag == Texture::Tag || tag == s_UnusedTag;
     const Texture* const texture = isTextureTag ? ResolveTexture(handle) : nullptr;
     return texture ? texture->id() : 0;
+}
+
+void ReportProblem(const char* function, const Texture& texture) {
+    if (!texture.errorText().empty())
+        Scripting::Instance().Report(std::string(function) + ": " + texture.errorText());
 }

@@ -62,17 +62,17 @@ private:
 };
 
 int CheckInChild(const std::string& effect, DiagnosticFile& findings) {
-    const auto fail = [&](const std::string& file, const std::string& text, int status) {
-        findings.add({file.empty() ? effect : file, 0, Severity::Error, text, {}});
+    const auto fail = [&](const std::string& file, int line, const std::string& text, int status) {
+        findings.add({file.empty() ? effect : file, line, Severity::Error, text, {}});
         return status;
     };
     try {
         CheckEffect(effect, [&](const Diagnostic& finding) { findings.add(finding); });
         return ExitOk;
     } catch (const WrongUse& error) {
-        return fail("fxhost", error.what(), ExitWrongUse);
+        return fail("fxhost", 0, error.what(), ExitWrongUse);
     } catch (const EffectFailure& error) {
-        return fail(error.file(), error.text(), ExitEffectFailed);
+        return fail(error.file(), error.line(), error.text(), ExitEffectFailed);
     }
 }
 

@@ -42,12 +42,17 @@ public:
     explicit EffectFailure(const std::string& text) : std::runtime_error(text), m_Text(text) {}
     EffectFailure(const std::string& file, const std::string& text)
         : std::runtime_error(file + ": error: " + text), m_File(file), m_Text(text) {}
+    EffectFailure(const std::string& file, int line, const std::string& text)
+        : std::runtime_error(file + ":" + std::to_string(line) + ": error: " + text), m_File(file),
+          m_Text(text), m_Line(line) {}
 
     const std::string& file() const { return m_File; } // the file that caused it; may be empty
     const std::string& text() const { return m_Text; }
+    int line() const { return m_Line; } // from 1; 0 when unknown
 
 private:
     std::string m_File, m_Text;
+    int m_Line = 0;
 };
 
 } // namespace fxhost

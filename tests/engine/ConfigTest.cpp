@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "engine/AEShaderVexel2.h"
@@ -51,6 +52,9 @@ TEST_F(ConfigTest, ElementsNestedTooDeepThrowAndManySiblingsDoNot) {
 }
 
 TEST_F(ConfigTest, MalformedXmlThrowsAndLeavesTheEngineUnusable) {
+    s_Xml = "<FLAGS>1</FLAGS>\n<a>&#10;\n</b x>\n";
+    EXPECT_THAT([] { Config(nullptr); },
+                testing::Throws<ConfigError>(testing::Property(&ConfigError::line, 3)));
     for (const char* const xml : {"popa", "<FLAGS>", "<a", "<FLAGS>1"}) {
         s_Xml = xml;
         EXPECT_ANY_THROW(Config(nullptr)) << xml;

@@ -26,7 +26,7 @@ TEST(CheckGLTest, EveryMistakeIsReportedOnItsLine) {
         {"inline-shader-error", 1, {"fx.js:4:error"}, "shader \\\"made\\\", line 2: "},
         {"missing-shader", 1, {"gone.frag:0:error"}, "not found"},
         {"missing-image", 1, {"fx.js:2:error", "fx.js:0:error"}, "frame3.png"},
-        {"bad-config", 1, {"config.xml:0:error"}, "not well-formed"},
+        {"bad-config", 1, {"config.xml:1:error"}, "not well-formed"},
         {"unswizzled-read", 0, {"mix.frag:6:warning"}, "alpha, red, green, blue"},
         {"unset-uniform", 0, {"scale.frag:2:warning", "scale.frag:3:warning"}, "never set"},
         {"wrong-type", 0, {"tint.frag:2:warning", "tint.frag:3:warning"}, "declare parameters first"},
