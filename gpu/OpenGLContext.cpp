@@ -1,5 +1,8 @@
 #include "gpu/OpenGLContext.h"
 
+#include <memory>
+#include <type_traits>
+
 #include "platform/GL.h"
 
 namespace {
@@ -15,17 +18,22 @@ int FaultNumber(Steps steps) {
     return OpenGLContext::NoError;
 }
 
+struct PixelFormatDestroyer {
+    void operator()(CGLPixelFormatObj format) const { CGLDestroyPixelFormat(format); }
+};
+using PixelFormat = std::unique_ptr<std::remove_pointer_t<CGLPixelFormatObj>, PixelFormatDestroyer>;
+
 CGLContextObj CreateContext() {
     const CGLPixelFormatAttribute attributes[] = {kCGLPFAAccelerated,
                                                   static_cast<CGLPixelFormatAttribute>(0)};
-    CGLPixelFormatObj format = nullptr;
+    CGLPixelFormatObj chosen = nullptr;
     GLint count = 0;
-    CGLChoosePixelFormat(attributes, &format, &count);
-    if (!format)
+    CGLChoosePixelFormat(attributes, &chosen, &count);
+    if (!chosen)
         throw OpenGLFault::NoPixelFormat;
+    const PixelFormat format(chosen);
     CGLContextObj context = nullptr;
-    CGLCreateContext(format, nullptr, &context);
-    CGLDestroyPixelFormat(format);
+    CGLCreateContext(format.get(), nullptr, &context);
     if (!context)
         throw OpenGLFault::CreationFailed;
     return context;

@@ -36,21 +36,25 @@ bool RenderTarget::init(unsigned width, unsigned height, unsigned depth) {
     if (!Texture::init(width, height, depth, true))
         return false;
     glGenFramebuffers(1, &m_Framebuffer);
-    glBindFramebuffer(GL_FRAMEBUFFER, m_Framebuffer);
-    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, id(), 0);
-    const bool isComplete = glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
-    if (isComplete && m_Framebuffer) {
-        glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
-        glClear(GL_COLOR_BUFFER_BIT);
-    }
-    glBindFramebuffer(GL_FRAMEBUFFER, 0);
-    if (!isComplete || !m_Framebuffer) {
+    if (!m_Framebuffer || !attachAndClear()) {
         release();
         fail("OpenGL cannot draw into textures of " + std::to_string(PixelDepth::Stored(depth)) +
              " bits per channel");
     }
     GLErrors::Check("RenderTarget::init");
     return usable();
+}
+
+bool RenderTarget::attachAndClear() {
+    glBindFramebuffer(GL_FRAMEBUFFER, m_Framebuffer);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, id(), 0);
+    const bool isComplete = glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
+    if (isComplete) {
+        glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+        glClear(GL_COLOR_BUFFER_BIT);
+    }
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    return isComplete;
 }
 
 void RenderTarget::release() {

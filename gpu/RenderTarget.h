@@ -30,8 +30,8 @@ public:
 
     // Reads the whole target into a pack buffer and maps it into memory until grabEnd. The mapped memory has
     // height() rows of PixelDepth::RowBytes(width(), depth()) bytes without padding, bottom row first.
-    // Returns null, with an error text and no buffer bound or mapped, when the target is not usable or OpenGL has
-    // no memory.
+    // Returns null, with an error text and no buffer bound or mapped, when the target is not usable or OpenGL
+    // has no memory.
     const void* grabBegin();
     // Ends the mapping. Does nothing when there is none.
     void grabEnd(void* pointer);
@@ -49,6 +49,8 @@ public:
     static unsigned m_CurrentFBO; // the framebuffer that set or grabBegin bound last
 
 private:
+    // Attaches the texture to the framebuffer and clears it. False when OpenGL cannot draw into it.
+    bool attachAndClear();
     void bind(int x, int y, int width, int height);
 
     unsigned m_Framebuffer = 0;

@@ -65,25 +65,26 @@ CGLContextObj ContextRegistry::Create(CGLContextObj share) {
     if ((share && !shared) || !OpenDisplay())
         return nullptr;
     const EGLContext shareContext = shared ? shared->context : EGL_NO_CONTEXT;
-    EGLContext context = CreateGLContext(m_Display, shareContext);
-    if (context == EGL_NO_CONTEXT) {
+    // The record comes first, so that no context is lost when there is no memory for it.
+    const auto record = std::make_shared<ContextRecord>();
+    const CGLContextObj name = record.get();
+    m_Records.emplace(name, record);
+    record->context = CreateGLContext(m_Display, shareContext);
+    if (record->context == EGL_NO_CONTEXT) {
         // The whole process shares the display, and other code may have terminated it.
         m_Display = {};
-        if (!OpenDisplay())
-            return nullptr;
-        context = CreateGLContext(m_Display, shareContext);
+        if (OpenDisplay())
+            record->context = CreateGLContext(m_Display, shareContext);
     }
-    if (context == EGL_NO_CONTEXT) {
-        m_Problem = "EGL refuses another OpenGL context: " + EglErrorName(eglGetError());
-        return nullptr;
-    }
-    m_Problem.clear();
-    auto record = std::make_shared<ContextRecord>();
     record->display = m_Display.display;
-    record->context = context;
-    const CGLContextObj name = record.get();
-    m_Records.emplace(name, std::move(record));
-    return name;
+    if (record->context != EGL_NO_CONTEXT) {
+        m_Problem.clear();
+        return name;
+    }
+    if (m_Display.display != EGL_NO_DISPLAY)
+        m_Problem = "EGL refuses another OpenGL context: " + EglErrorName(eglGetError());
+    m_Records.erase(name);
+    return nullptr;
 }
 
 CGLError ContextRegistry::Destroy(CGLContextObj context) {

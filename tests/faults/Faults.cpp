@@ -95,6 +95,13 @@ void* Allocate(std::size_t size) {
     return std::malloc(size == 0 ? 1 : size);
 }
 
+void* AllocateFor(const void* caller, std::size_t size) {
+    void* const memory = AllocationFails(caller) ? nullptr : Allocate(size);
+    if (!memory)
+        throw std::bad_alloc();
+    return memory;
+}
+
 } // namespace
 
 void Faults::FailAt(Kind kind, std::size_t number) {
@@ -115,10 +122,20 @@ long Faults::LiveGLObjects() {
 }
 
 void* operator new(std::size_t size) {
-    void* const memory = AllocationFails(__builtin_return_address(0)) ? nullptr : Allocate(size);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
+    return AllocateFor(__builtin_return_address(0), size);
+}
+
+// All forms are replaced, so that sanitizers see the same allocator on both ends.
+void* operator new[](std::size_t size) {
+    return AllocateFor(__builtin_return_address(0), size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size);
 }
 
 void operator delete(void* memory) noexcept {
@@ -126,6 +143,14 @@ void operator delete(void* memory) noexcept {
 }
 
 void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
