@@ -6,6 +6,7 @@
 #include "clips/FrameDigests.h"
 #include "clips/NumberPattern.h"
 #include "guard/StopRequest.h"
+#include "toolkit/ContentDigest.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -70,7 +71,11 @@ PipelineResult Clip::renderAll(const RenderFunction& render, Progress& progress)
 }
 
 void Clip::startSink(const Animation& animation, const std::vector<LayerInput>& layers) {
-    const FrameDigests digests(m_Request.identity, *m_Input.source, animation, layers);
+    ContentDigest common;
+    common.add(m_Request.identity);
+    common.add(static_cast<std::uint64_t>(m_Request.alphaIn));
+    common.add(static_cast<std::uint64_t>(m_Request.alphaOut));
+    const FrameDigests digests(common.value(), *m_Input.source, animation, layers);
     for (FrameId& frame : m_Input.plan.frames)
         frame.digest = digests.of(frame.number, timeOf(frame.number));
     m_Sink->start(m_Input.plan);

@@ -60,7 +60,7 @@ private:
                            " nor one with another number");
         m_Input.zeroFrame = numbers.front();
         listFrames(FrameRange{numbers.front(), numbers.back(), 1});
-        m_Input.source = OpenPictures(pattern, m_Input.range->first, m_Request.depth);
+        m_Input.source = OpenPictures(pattern, m_Input.range->first, m_Request.depth, m_Request.alphaIn);
     }
 
     void openVideo() {
@@ -75,7 +75,8 @@ private:
         const long count = frames.empty() ? std::max({video.packets, video.declaredFrames, 1L})
                                           : static_cast<long>(frames.size());
         listFrames(FrameRange{1, count, 1});
-        m_Input.source = OpenVideo(m_Request.input, video, m_Request.depth, required, frames);
+        m_Input.source =
+            OpenVideo(m_Request.input, video, m_Request.depth, required, frames, m_Request.alphaIn);
     }
 
     // A variable frame rate becomes a constant one, which is the rate of --fps when that is given.
@@ -99,7 +100,8 @@ private:
         m_Input.plan.endless = !m_Input.range;
         if (m_Input.range)
             listFrames(*m_Input.range);
-        m_Input.source = ReadRawFrames(STDIN_FILENO, width, height, m_Request.depth.value_or(8), required);
+        m_Input.source = ReadRawFrames(STDIN_FILENO, width, height, m_Request.depth.value_or(8), required,
+                                       m_Request.alphaIn);
     }
 
     void openStill() {
@@ -112,7 +114,7 @@ private:
         listFrames(*m_Input.range);
         m_Input.source = RepeatPicture(
             m_Request.input.empty() ? Picture(m_Request.width, m_Request.height, m_Request.depth.value_or(8))
-                                    : ReadPicture(m_Request.input, m_Request.depth),
+                                    : ReadPicture(m_Request.input, m_Request.depth, m_Request.alphaIn),
             m_Request.input);
     }
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "toolkit/Alpha.h"
+
 namespace fxhost {
 
 // The command-line options of a clip, as the user wrote them; empty where not given.
@@ -19,10 +21,11 @@ struct ClipOptions {
 
 // The options that a clip shares with a single picture.
 struct ClipRequest {
-    std::string input;                    // file, number pattern, "-", or empty for an empty layer
-    unsigned width = 0, height = 0;       // of the empty layer, in pixels
-    std::string output;                   // number pattern, video, "-", or /dev/null
-    std::optional<unsigned> depth;        // bits per channel; the input's own when not given
+    std::string input;              // file, number pattern, "-", or empty for an empty layer
+    unsigned width = 0, height = 0; // of the empty layer, in pixels
+    std::string output;             // number pattern, video, "-", or /dev/null
+    std::optional<unsigned> depth;  // bits per channel; the input's own when not given
+    AlphaMode alphaIn = AlphaMode::Auto, alphaOut = AlphaMode::Auto; // how the files store colours
     double time = 0;                      // seconds that are added to the time of every frame
     std::uint64_t identity = 0;           // digest of the effect and everything else that frames depend on
     std::vector<std::string> otherInputs; // files that are read besides the input

@@ -66,6 +66,7 @@ std::unique_ptr<FrameSink> OpenVideoOutput(const ClipOptions& options, const Cli
     job.path = request.output;
     job.options = {options.codec, options.pixelFormat, options.codecOptions};
     job.content.rate = input.rate;
+    job.alpha = request.alphaOut;
     job.content.hasAlpha = input.source->hasAlpha();
     if (input.video) {
         job.content.matrix = input.video->matrix;
@@ -109,11 +110,12 @@ std::unique_ptr<FrameSink> OpenClipOutput(const ClipOptions& options, const Clip
                                           const ClipInput& input) {
     RequireNoInputAsOutput(request, input);
     if (request.output == "-")
-        return WriteRawFrames(STDOUT_FILENO);
+        return WriteRawFrames(STDOUT_FILENO, request.alphaOut);
     if (request.output == DiscardPath)
         return DiscardFrames();
     if (const auto pattern = NumberPattern::Parse("--output", request.output))
-        return WritePictures({*pattern, PlannedNumbers(input.plan), options.resume, !options.keepExisting});
+        return WritePictures(
+            {*pattern, PlannedNumbers(input.plan), request.alphaOut, options.resume, !options.keepExisting});
     return OpenVideoOutput(options, request, input);
 }
 

@@ -41,7 +41,7 @@ public:
         return same ? Earlier::Complete : Earlier::Outdated;
     }
     void write(const FrameId& frame, const Picture& picture) override {
-        WritePicture(path(frame), picture);
+        WritePicture(path(frame), picture, m_Job.alpha);
         m_Record.append(frame.number, frame.digest, path(frame));
         RemoveFailedPicture(path(frame));
     }

@@ -5,14 +5,16 @@
 
 #include "clips/FrameSink.h"
 #include "clips/NumberPattern.h"
+#include "toolkit/Alpha.h"
 
 namespace fxhost {
 
 struct PictureJob {
     NumberPattern pattern;
-    std::set<long> planned; // numbers of this run; empty when they are not known
-    bool resume = false;    // frames of earlier runs count when their record has the same digest
-    bool replace = true;    // false: throw WrongUse when a file would be replaced
+    std::set<long> planned;            // numbers of this run; empty when they are not known
+    AlphaMode alpha = AlphaMode::Auto; // how the files store colours
+    bool resume = false;               // frames of earlier runs count when their record has the same digest
+    bool replace = true;               // false: throw WrongUse when a file would be replaced
 };
 
 // Writes numbered pictures, holds the lock on their numbers and records their digests. Temporary files that

@@ -16,8 +16,8 @@ std::string SizeText(unsigned width, unsigned height) {
 
 class PictureSource final : public FrameSource {
 public:
-    PictureSource(const NumberPattern& pattern, long first, std::optional<unsigned> depth)
-        : m_Pattern(pattern) {
+    PictureSource(const NumberPattern& pattern, long first, std::optional<unsigned> depth, AlphaMode alpha)
+        : m_Pattern(pattern), m_Alpha(alpha) {
         const Picture picture = readFile(first, depth);
         m_Width = picture.width;
         m_Height = picture.height;
@@ -43,10 +43,11 @@ private:
         if (!std::filesystem::exists(path))
             throw WrongUse(path + ": no such file; --input " + m_Pattern.text() + " needs it for frame " +
                            std::to_string(number));
-        return ReadPicture(path, depth);
+        return ReadPicture(path, depth, m_Alpha);
     }
 
     const NumberPattern m_Pattern;
+    const AlphaMode m_Alpha;
 };
 
 class StillSource final : public FrameSource {
@@ -68,8 +69,8 @@ private:
 } // namespace
 
 std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, long first,
-                                          std::optional<unsigned> depth) {
-    return std::make_unique<PictureSource>(pattern, first, depth);
+                                          std::optional<unsigned> depth, AlphaMode alpha) {
+    return std::make_unique<PictureSource>(pattern, first, depth, alpha);
 }
 
 std::unique_ptr<FrameSource> RepeatPicture(Picture picture, const std::string& file) {

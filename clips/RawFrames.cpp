@@ -16,8 +16,9 @@ static_assert(std::endian::native == std::endian::little, "raw frames are little
 
 class RawSource final : public FrameSource {
 public:
-    RawSource(int descriptor, unsigned frameWidth, unsigned frameHeight, unsigned bits, long required)
-        : m_Descriptor(descriptor), m_Required(required) {
+    RawSource(int descriptor, unsigned frameWidth, unsigned frameHeight, unsigned bits, long required,
+              AlphaMode alpha)
+        : m_Descriptor(descriptor), m_Required(required), m_Alpha(alpha) {
         m_Width = frameWidth;
         m_Height = frameHeight;
         m_Depth = bits;
@@ -30,7 +31,10 @@ public:
         const auto frame = readNext();
         if (!frame)
             return std::nullopt;
-        return ToPicture(*frame, m_Depth);
+        Picture picture = ToPicture(*frame, m_Depth);
+        if (m_Alpha == AlphaMode::Premultiplied)
+            Unpremultiply(picture);
+        return picture;
     }
     std::string file(long) const override { return {}; }
     bool isParallel() const override { return false; }
@@ -60,15 +64,18 @@ private:
 
     const int m_Descriptor;
     const long m_Required;
+    const AlphaMode m_Alpha;
     long m_Next = 1;
 };
 
 class RawSink final : public FrameSink {
 public:
-    explicit RawSink(int descriptor) : m_Descriptor(descriptor) {}
+    RawSink(int descriptor, AlphaMode alpha) : m_Descriptor(descriptor), m_Alpha(alpha) {}
 
     void write(const FrameId& frame, const Picture& picture) override {
-        const FilePixels pixels = ToFilePixels(picture, true);
+        const FilePixels pixels = m_Alpha == AlphaMode::Premultiplied
+                                      ? ToFilePixels(Premultiplied(picture), true)
+                                      : ToFilePixels(picture, true);
         const int error = WriteFully(m_Descriptor, pixels.bytes.data(), pixels.bytes.size());
         if (error == 0)
             return;
@@ -80,6 +87,7 @@ public:
 
 private:
     const int m_Descriptor;
+    const AlphaMode m_Alpha;
 };
 
 } // namespace
@@ -89,12 +97,12 @@ std::size_t RawFrameBytes(unsigned width, unsigned height, unsigned depth) {
 }
 
 std::unique_ptr<FrameSource> ReadRawFrames(int descriptor, unsigned width, unsigned height, unsigned depth,
-                                           long required) {
-    return std::make_unique<RawSource>(descriptor, width, height, depth, required);
+                                           long required, AlphaMode alpha) {
+    return std::make_unique<RawSource>(descriptor, width, height, depth, required, alpha);
 }
 
-std::unique_ptr<FrameSink> WriteRawFrames(int descriptor) {
-    return std::make_unique<RawSink>(descriptor);
+std::unique_ptr<FrameSink> WriteRawFrames(int descriptor, AlphaMode alpha) {
+    return std::make_unique<RawSink>(descriptor, alpha);
 }
 
 } // namespace fxhost

@@ -4,6 +4,7 @@
 
 #include "clips/FrameSink.h"
 #include "clips/FrameSource.h"
+#include "toolkit/Alpha.h"
 
 namespace fxhost {
 
@@ -13,11 +14,11 @@ namespace fxhost {
 std::size_t RawFrameBytes(unsigned width, unsigned height, unsigned depth);
 
 // Reads raw frames from a descriptor, which stays open. The first frame has number 1. `required`: last frame
-// that must exist; 0 when the stream may end after any frame.
+// that must exist; 0 when the stream may end after any frame. `alpha`: how the stream stores colours.
 std::unique_ptr<FrameSource> ReadRawFrames(int descriptor, unsigned width, unsigned height, unsigned depth,
-                                           long required);
+                                           long required, AlphaMode alpha = AlphaMode::Auto);
 
 // Writes raw frames to a descriptor, which stays open. SIGPIPE must be ignored.
-std::unique_ptr<FrameSink> WriteRawFrames(int descriptor);
+std::unique_ptr<FrameSink> WriteRawFrames(int descriptor, AlphaMode alpha = AlphaMode::Auto);
 
 } // namespace fxhost

@@ -39,7 +39,9 @@ public:
         m_Part = frame.place / PartFrames;
         if (!m_Encoder)
             m_Encoder = std::make_unique<ChildProcess>(arguments(), ChildProcess::Pipe::ToStdin);
-        const auto bytes = FrameOf(picture, pipeFormat());
+        const bool premultiplies = m_Job.alpha == AlphaMode::Premultiplied && m_Format.keepsAlpha;
+        const auto bytes =
+            premultiplies ? FrameOf(Premultiplied(picture), pipeFormat()) : FrameOf(picture, pipeFormat());
         const int error = WriteFully(m_Encoder->pipe(), bytes.data(), bytes.size());
         if (error)
             failed(*m_Encoder, frame.number, error);

@@ -5,6 +5,7 @@
 
 #include "clips/FrameSink.h"
 #include "clips/VideoFormat.h"
+#include "toolkit/Alpha.h"
 
 namespace fxhost {
 
@@ -18,6 +19,7 @@ struct SoundTrack {
 struct VideoJob {
     std::string path;
     EncoderOptions options;
+    AlphaMode alpha = AlphaMode::Auto; // how the video stores colours; Auto is straight
     VideoContent content;
     SoundTrack sound;
     std::string identity;      // everything besides the frames that decides what the parts look like

@@ -14,8 +14,8 @@ namespace {
 class VideoSource final : public FrameSource {
 public:
     VideoSource(const std::string& path, const VideoInfo& info, std::optional<unsigned> depth, long required,
-                const std::vector<long>& frames)
-        : m_Path(path), m_Info(info), m_Required(required), m_Frames(frames) {
+                const std::vector<long>& frames, AlphaMode alpha)
+        : m_Path(path), m_Info(info), m_Required(required), m_Frames(frames), m_Alpha(alpha) {
         m_Width = info.width;
         m_Height = info.height;
         m_Depth = depth.value_or(info.bits > 8 ? 16 : 8);
@@ -66,7 +66,10 @@ private:
             return std::nullopt;
         }
         ++m_Next;
-        return PictureOf(std::move(frame), m_Pipe, m_Depth);
+        Picture picture = PictureOf(std::move(frame), m_Pipe, m_Depth);
+        if (m_Alpha == AlphaMode::Premultiplied && m_HasAlpha)
+            Unpremultiply(picture);
+        return picture;
     }
 
     // Returns when the video may end here, otherwise throws.
@@ -88,6 +91,7 @@ private:
     const VideoInfo m_Info;
     const long m_Required;
     const std::vector<long> m_Frames; // empty, or numbers in the file by number in the clip - 1
+    const AlphaMode m_Alpha;
     std::optional<Picture> m_Last;
     PipeFormat m_Pipe;
     std::unique_ptr<ChildProcess> m_Decoder;
@@ -98,8 +102,8 @@ private:
 
 std::unique_ptr<FrameSource> OpenVideo(const std::string& path, const VideoInfo& info,
                                        std::optional<unsigned> depth, long required,
-                                       const std::vector<long>& frames) {
-    return std::make_unique<VideoSource>(path, info, depth, required, frames);
+                                       const std::vector<long>& frames, AlphaMode alpha) {
+    return std::make_unique<VideoSource>(path, info, depth, required, frames, alpha);
 }
 
 } // namespace fxhost

@@ -24,6 +24,11 @@ CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options) {
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     command.add_option("-t,--time", options.time, "Time of the frame")->type_name("SECONDS");
     command
+        .add_option("--alpha", options.alpha,
+                    "How files store colours: straight, premultiplied by alpha, or as the format defines it")
+        ->transform(CLI::CheckedTransformer(AlphaModes()))
+        ->type_name("auto|straight|premultiplied");
+    command
         .add_option("-d,--depth", options.depth,
                     "Bits per channel, 32 is float; the depth of the input by default")
         ->check(CLI::IsMember({8, 16, 32}))
@@ -31,6 +36,13 @@ CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options) {
     command.add_option("-s,--size", options.size, "Without --input: size of a transparent black layer")
         ->type_name("WxH");
     return effect;
+}
+
+const std::map<std::string, AlphaMode>& AlphaModes() {
+    static const std::map<std::string, AlphaMode> modes = {{"auto", AlphaMode::Auto},
+                                                           {"straight", AlphaMode::Straight},
+                                                           {"premultiplied", AlphaMode::Premultiplied}};
+    return modes;
 }
 
 Picture EmptyLayer(const std::string& size, unsigned depth) {
@@ -50,11 +62,12 @@ Picture InputLayer(const FrameOptions& options) {
     RequireOneInput(options);
     if (options.input.empty())
         return EmptyLayer(options.size, options.depth.value_or(8));
-    return ReadPicture(options.input, options.depth);
+    return ReadPicture(options.input, options.depth, options.alpha);
 }
 
 std::vector<LayerInput> ReadLayers(const std::vector<std::string>& assignments,
-                                   const std::vector<Parameter>& parameters, unsigned depth) {
+                                   const std::vector<Parameter>& parameters, unsigned depth,
+                                   AlphaMode alpha) {
     std::vector<LayerInput> layers;
     for (const auto& text : assignments) {
         const auto [name, path] = SplitAssignment("--layer", text);
@@ -62,7 +75,7 @@ std::vector<LayerInput> ReadLayers(const std::vector<std::string>& assignments,
         if (parameters[index].type != Parameter::LAYER)
             throw WrongUse("--layer " + text + ": \"" + name + "\" is a " +
                            TraitsOf(parameters[index].type).name + ", not a layer; use --param");
-        layers.push_back({index, ReadPicture(path, depth)});
+        layers.push_back({index, ReadPicture(path, depth, alpha)});
     }
     return layers;
 }
@@ -74,7 +87,7 @@ FrameInputs MakeFrameInputs(const FrameOptions& options, Picture input,
     request.time = options.time;
     for (const auto& text : options.parameters)
         request.settings.push_back(ParseSetting(text, parameters));
-    request.layers = ReadLayers(options.layers, parameters, request.input.depth);
+    request.layers = ReadLayers(options.layers, parameters, request.input.depth, options.alpha);
     return request;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "toolkit/Alpha.h"
 #include "toolkit/FrameRenderer.h"
 
 namespace fxhost {
@@ -15,10 +17,11 @@ struct FrameOptions {
     std::vector<std::string> parameters, layers;
     double time = 0;
     std::optional<unsigned> depth;
+    AlphaMode alpha = AlphaMode::Auto; // of input files
 };
 
-// Adds EFFECT, --input, --param, --layer, --time, --depth and --size. Returns EFFECT, so that a command can
-// make it required.
+// Adds EFFECT, --input, --param, --layer, --time, --depth, --alpha and --size. Returns EFFECT, so that a
+// command can make it required.
 CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options);
 
 // Throws WrongUse unless exactly one of --input and --size is given.
@@ -35,8 +38,11 @@ FrameInputs MakeFrameInputs(const FrameOptions& options, Picture input,
 // Makes a transparent black layer of size "WxH". Throws WrongUse when `size` is not of this form.
 Picture EmptyLayer(const std::string& size, unsigned depth);
 
+// The names of the modes, for options.
+const std::map<std::string, AlphaMode>& AlphaModes();
+
 // Reads the pictures of "NAME=IMAGE" options at this depth. Throws WrongUse.
 std::vector<LayerInput> ReadLayers(const std::vector<std::string>& assignments,
-                                   const std::vector<Parameter>& parameters, unsigned depth);
+                                   const std::vector<Parameter>& parameters, unsigned depth, AlphaMode alpha);
 
 } // namespace fxhost

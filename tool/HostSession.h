@@ -15,8 +15,8 @@ public:
     HostSession(const HostSettings& settings, const std::string& effect);
 
     HostDriver& driver() { return *m_Driver; }
-    // Prints the script errors of a frame. Returns true when the frame is wrong because of an error. Errors in
-    // a bundle are not known.
+    // Prints the script errors of a frame. Returns true when the frame is wrong because of an error. Errors
+    // in a bundle are not known.
     bool reportFrame();
     // Prints the remaining errors, shuts down the plug-in and prints its violations of the protocol. Returns
     // the exit status. Call it once, after the last frame.

@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "clips/Clip.h"
 #include "clips/FailedPicture.h"
@@ -21,6 +22,7 @@ namespace {
 struct RenderOptions {
     FrameOptions frame;
     std::string output;
+    std::optional<AlphaMode> alphaOut; // the mode of the input by default
     ClipOptions clip;
     HostOptions host;
     GuardLimits limits;
@@ -58,7 +60,7 @@ int RenderPicture(const RenderOptions& options) {
     FrameInputs request;
     request.settings =
         ReadAnimation(options.clip.keys, options.frame.parameters, parameters, rate).at(options.frame.time);
-    request.layers = ReadLayers(options.frame.layers, parameters, input.depth);
+    request.layers = ReadLayers(options.frame.layers, parameters, input.depth, options.frame.alpha);
     request.input = std::move(input);
     request.time = options.frame.time;
 
@@ -66,7 +68,7 @@ int RenderPicture(const RenderOptions& options) {
     if (session.reportFrame()) {
         KeepFailedPicture(options.output, picture);
     } else {
-        WritePicture(options.output, picture);
+        WritePicture(options.output, picture, options.alphaOut.value_or(options.frame.alpha));
         RemoveFailedPicture(options.output);
     }
     return session.finish();
@@ -92,6 +94,8 @@ int RenderClip(const RenderOptions& options) {
     request.output = options.output;
     request.depth = options.frame.depth;
     request.time = options.frame.time;
+    request.alphaIn = options.frame.alpha;
+    request.alphaOut = options.alphaOut.value_or(options.frame.alpha);
     if (options.frame.input.empty()) {
         const Picture layer = EmptyLayer(options.frame.size, 8);
         request.width = layer.width;
@@ -105,7 +109,7 @@ int RenderClip(const RenderOptions& options) {
     const auto parameters = session.driver().parameters();
     const Animation animation =
         ReadAnimation(options.clip.keys, options.frame.parameters, parameters, clip.rate());
-    const auto layers = ReadLayers(options.frame.layers, parameters, clip.depth());
+    const auto layers = ReadLayers(options.frame.layers, parameters, clip.depth(), options.frame.alpha);
     const int status = clip.run(session.driver(), animation, layers, [&] { return session.reportFrame(); });
     const int effectStatus = session.finish();
     return status == ExitOk ? effectStatus : status;
@@ -134,6 +138,9 @@ Command AddRender(CLI::App& tool) {
                     "Picture to write, in the format of its extension; for clips out_####.png, a video, or -")
         ->required()
         ->type_name("FILE");
+    app->add_option("--alpha-out", options->alphaOut, "The same as --alpha, for the output only")
+        ->transform(CLI::CheckedTransformer(AlphaModes()))
+        ->type_name("auto|straight|premultiplied");
     AddClipOptions(*app, options->clip);
     AddHostOptions(*app, options->host);
     AddGuardOptions(*app, options->limits);

@@ -2,6 +2,7 @@
 
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 
@@ -38,16 +39,56 @@ std::string Reason(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
 
-void Write(const std::string& name, const Picture& picture) {
+Picture AtDepth(const Picture& picture, unsigned depth) {
+    return depth == picture.depth ? picture : ToPicture(ToFilePixels(picture, true), depth);
+}
+
+// The pixels of a file with premultiplied alpha. They are divided at the higher of both depths.
+Picture ReadPremultiplied(const FilePixels& file, unsigned depth) {
+    Picture picture = ToPicture(file, std::max(file.depth, depth));
+    Unpremultiply(picture);
+    return AtDepth(picture, depth);
+}
+
+// OpenEXR defines its pixels as premultiplied. Pixels of TIFF are premultiplied unless their tag says
+// otherwise.
+bool IsPremultiplied(const OIIO::ImageInput& input, AlphaMode mode) {
+    const OIIO::ImageSpec& spec = input.spec();
+    if (spec.alpha_channel < 0 || mode != AlphaMode::Auto)
+        return spec.alpha_channel >= 0 && mode == AlphaMode::Premultiplied;
+    const std::string format = input.format_name();
+    return format == "openexr" || (format == "tiff" && !spec.get_int_attribute("oiio:UnassociatedAlpha"));
+}
+
+bool WritesPremultiplied(const OIIO::ImageOutput& output, AlphaMode mode) {
+    const bool isDefault = std::string(output.format_name()) == "openexr";
+    return mode == AlphaMode::Premultiplied || (mode == AlphaMode::Auto && isDefault);
+}
+
+// Pixels for a file. Premultiplied OpenEXR is multiplied as float, because it stores half or float.
+FilePixels PixelsFor(const OIIO::ImageOutput& output, const Picture& picture, bool premultiplied) {
+    const bool withAlpha = output.supports("alpha");
+    if (!premultiplied || !withAlpha)
+        return ToFilePixels(picture, withAlpha);
+    const bool isFloat = std::string(output.format_name()) == "openexr";
+    Picture multiplied = AtDepth(picture, isFloat ? 32 : picture.depth);
+    Premultiply(multiplied);
+    return ToFilePixels(multiplied, true);
+}
+
+void Write(const std::string& name, const Picture& picture, AlphaMode mode) {
     const auto fail = [](const std::string& why) { throw EffectFailure(Reason(why)); };
     const auto output = OIIO::ImageOutput::create(name);
     if (!output)
         fail(OIIO::geterror());
-    const FilePixels file = ToFilePixels(picture, output->supports("alpha"));
+    const bool premultiplied = WritesPremultiplied(*output, mode);
+    const FilePixels file = PixelsFor(*output, picture, premultiplied);
     const OIIO::TypeDesc type = TypeOf(file.depth);
     OIIO::ImageSpec spec(static_cast<int>(file.width), static_cast<int>(file.height),
-                         static_cast<int>(file.channels), type);
-    spec.attribute("oiio:UnassociatedAlpha", 1);
+                         static_cast<int>(file.channels), TypeOf(picture.depth));
+    // Without this attribute, TIFF is tagged as premultiplied, and other formats would divide by alpha.
+    if (!premultiplied || std::string(output->format_name()) != "tiff")
+        spec.attribute("oiio:UnassociatedAlpha", 1);
     // Some format writers do not report a full disk. Where the format allows it, the file is encoded in
     // memory and written here; otherwise the finished file is read back.
     std::vector<unsigned char> bytes;
@@ -63,7 +104,7 @@ void Write(const std::string& name, const Picture& picture) {
 
 } // namespace
 
-Picture ReadPicture(const std::string& path, std::optional<unsigned> depth) {
+Picture ReadPicture(const std::string& path, std::optional<unsigned> depth, AlphaMode mode) {
     const auto fail = [&](const std::string& why) {
         throw WrongUse(path + ": cannot be read as a picture: " + Reason(why));
     };
@@ -89,13 +130,15 @@ Picture ReadPicture(const std::string& path, std::optional<unsigned> depth) {
     file.bytes.resize(std::size_t{file.width} * file.height * file.channels * file.depth / 8);
     if (!input->read_image(0, 0, 0, spec.nchannels, TypeOf(file.depth), file.bytes.data()))
         fail(input->geterror());
+    if (IsPremultiplied(*input, mode))
+        return ReadPremultiplied(file, depth.value_or(file.depth));
     return ToPicture(file, depth.value_or(file.depth));
 }
 
-void WritePicture(const std::string& path, const Picture& picture) {
+void WritePicture(const std::string& path, const Picture& picture, AlphaMode mode) {
     try {
         const AtomicFile file(path);
-        Write(file.unfinished().string(), picture);
+        Write(file.unfinished().string(), picture, mode);
         file.commit();
     } catch (const std::exception& error) {
         throw EffectFailure(path, std::string("cannot be written: ") + error.what());

@@ -4,18 +4,21 @@
 #include <string>
 
 #include "pictures/Picture.h"
+#include "toolkit/Alpha.h"
 
 namespace fxhost {
 
 // Reads a picture file at `depth` bits per channel, or at the depth of the file (8, 16, otherwise float).
-// Values are not colour managed, and straight alpha stays straight. Throws WrongUse with the file and the
-// reason.
-Picture ReadPicture(const std::string& path, std::optional<unsigned> depth);
+// Values are not colour managed. `alpha`: how the file stores colours; premultiplied ones are divided by
+// alpha. Throws WrongUse with the file and the reason.
+Picture ReadPicture(const std::string& path, std::optional<unsigned> depth,
+                    AlphaMode alpha = AlphaMode::Auto);
 
 // Writes a picture in the format of the file name's extension. The depth is kept where the format supports
-// it: PNG and TIFF have 8 and 16 bits, EXR and TIFF have float. The file appears under its name only when it
-// is complete. Throws EffectFailure with the file and the reason.
-void WritePicture(const std::string& path, const Picture& picture);
+// it: PNG and TIFF have 8 and 16 bits, EXR and TIFF have float. `alpha`: how the file stores colours; Auto
+// multiplies them by alpha for EXR only. The file appears under its name only when it is complete. Throws
+// EffectFailure with the file and the reason.
+void WritePicture(const std::string& path, const Picture& picture, AlphaMode alpha = AlphaMode::Auto);
 
 // Throws WrongUse when no picture can be written under this name: unknown extension, or missing folder.
 void RequireWritable(const std::string& path);

@@ -53,7 +53,15 @@ TEST_F(PictureClipTest, PicturesOf16BitsAndFloatKeepTheirDepth) {
         EXPECT_EQ(run({}, std::string("in_#") + ending, std::string("out_#") + ending), ExitOk);
         const Picture after = ReadPicture(at(std::string("out_2") + ending), {});
         EXPECT_EQ(after.depth, depth) << ending;
-        EXPECT_EQ(after.bytes, SomePicture(7, 5, depth, 2).bytes) << ending;
+        const Picture before = SomePicture(7, 5, depth, 2);
+        if (depth == 16) {
+            EXPECT_EQ(after.bytes, before.bytes) << ending;
+            continue;
+        }
+        // EXR stores premultiplied colours, which rounds them.
+        for (std::size_t i = 0; i < before.bytes.size() / sizeof(float); ++i)
+            EXPECT_FLOAT_EQ(reinterpret_cast<const float*>(after.bytes.data())[i],
+                            reinterpret_cast<const float*>(before.bytes.data())[i]);
     }
 }
 

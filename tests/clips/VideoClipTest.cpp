@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -83,6 +84,43 @@ TEST_F(VideoClipTest, OtherDecodersSeeTheRenderedColours) {
         EXPECT_NEAR(seen.Row(20)[83], 50, 3) << output;
         EXPECT_EQ(probe("color_space", output), "smpte170m") << output;
     }
+}
+
+// Half-transparent pixels with the straight colour 200, 100, 50, which premultiplied is 100, 50, 25.
+TEST_F(VideoClipTest, OutputsStoreTheAssociationOfTheirFormatOrTheOneAskedFor) {
+    Picture flat(64, 48, 8);
+    for (std::size_t i = 0; i < flat.bytes.size(); i += 4) {
+        const std::uint8_t pixel[] = {128, 55, 155, 205}; // The renderer inverts colours.
+        std::copy(pixel, pixel + 4, flat.bytes.begin() + static_cast<long>(i));
+    }
+    WritePicture(at("in.png"), flat);
+    ClipOptions options;
+    options.frames = "1";
+    const struct {
+        const char* output;
+        AlphaMode alpha;
+        bool premultiplied;
+    } rows[] = {{"a_#.png", AlphaMode::Auto, false},  {"b_#.png", AlphaMode::Premultiplied, true},
+                {"a_#.tif", AlphaMode::Auto, false},  {"b_#.tif", AlphaMode::Premultiplied, true},
+                {"a_#.exr", AlphaMode::Auto, true},   {"b_#.exr", AlphaMode::Straight, false},
+                {"a.mov", AlphaMode::Auto, false},    {"b.mov", AlphaMode::Premultiplied, true},
+                {"a.mkv", AlphaMode::Straight, false}};
+    for (const auto& row : rows) {
+        m_Request.alphaOut = row.alpha;
+        ASSERT_EQ(run(options, "in.png", row.output), ExitOk);
+        std::string file = row.output;
+        std::replace(file.begin(), file.end(), '#', '1');
+        shell("ffmpeg -v error -y -i " + at(file) + " -frames:v 1 -f rawvideo -pix_fmt rgba " + at("pixels"));
+        const std::string pixels = bytes("pixels");
+        const int expected[] = {row.premultiplied ? 100 : 200, row.premultiplied ? 50 : 100,
+                                row.premultiplied ? 25 : 50, 128};
+        for (std::size_t c = 0; c < 4; ++c)
+            EXPECT_NEAR(static_cast<std::uint8_t>(pixels[4 * 650 + c]), expected[c], 3) << file << " " << c;
+    }
+    m_Request.alphaIn = AlphaMode::Premultiplied;
+    m_Request.alphaOut = AlphaMode::Auto;
+    ASSERT_EQ(run(options, "b.mov", "c_#.png"), ExitOk);
+    EXPECT_NEAR(ReadPicture(at("c_1.png"), 8).Row(20)[81], 200, 3); // Deep pictures are not inverted.
 }
 
 TEST_F(VideoClipTest, DepthAndAlphaChooseThePixelFormat) {
