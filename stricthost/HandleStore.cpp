@@ -148,6 +148,17 @@ std::vector<char> HandleStore::Bytes(PF_Handle handle) const {
     return {block.Data(), block.Data() + block.size};
 }
 
+std::size_t HandleStore::TotalBytes() const {
+    const std::lock_guard lock(m_Mutex);
+    std::size_t bytes = 0;
+    for (const auto& [handle, block] : m_Blocks) {
+        bytes += sizeof *block + block->memory.capacity();
+        for (const auto& memory : block->outgrown)
+            bytes += memory.capacity();
+    }
+    return bytes;
+}
+
 void HandleStore::Poison(Block& block) {
     CheckGuards(block);
     block.live = false;

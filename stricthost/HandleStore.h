@@ -38,6 +38,9 @@ public:
     void DisposeOwn(PF_Handle handle);
     std::vector<char> Bytes(PF_Handle handle) const;
 
+    // Bytes of all blocks, those that were disposed of included.
+    std::size_t TotalBytes() const;
+
     // Reports blocks that are still live, writes outside blocks and writes into disposed blocks.
     void CheckAtEnd();
 

@@ -40,7 +40,10 @@ WorldShape HostCore::Shape(A_long width, A_long height, std::uint32_t format) co
 }
 
 bool HostCore::Interrupted(const HostCall& call) {
-    return options.interruptAt != 0 && call.frame && ++m_FrameCallbacks >= options.interruptAt;
+    if (!call.frame)
+        return false;
+    const unsigned count = ++m_FrameCallbacks;
+    return options.interruptAt != 0 && count >= options.interruptAt;
 }
 
 void HostCore::FillIn(HostCall& call) {

@@ -43,6 +43,7 @@ public:
     bool Interrupted(const HostCall& call);
     // Restarts that count for a new frame.
     void StartFrame() { m_FrameCallbacks = 0; }
+    unsigned FrameCallbacks() const { return m_FrameCallbacks; }
     // True when the plug-in's sequence data may be copied as bytes under the quirk "byte-copies".
     bool CopiesBytes() const {
         return options.quirks.byteCopies && (outFlags & PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING) == 0;

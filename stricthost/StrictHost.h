@@ -49,6 +49,12 @@ public:
     // The same from the bytes of a saved instance. Null: a project that stored no data.
     Instance& OpenInstance(const std::vector<char>* flat, A_long width = 640, A_long height = 360);
 
+    // Memory that the host itself keeps for handles, disposed ones included, in bytes.
+    std::size_t HandleBytes() const { return m_Core.handles.TotalBytes(); }
+    // Number of interruptible callbacks in the last frame (see Options::interruptAt), when one thread
+    // renders.
+    unsigned LastFrameCallbacks() const { return m_Core.FrameCallbacks(); }
+
     // Sets down the remaining instances and the plug-in, and looks for what was not given back. Errors of the
     // set-down commands become violations. Further calls do nothing.
     void Finish();

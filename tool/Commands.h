@@ -22,5 +22,6 @@ Command AddNew(CLI::App& tool);
 Command AddPack(CLI::App& tool);
 Command AddSheet(CLI::App& tool);
 Command AddUnpack(CLI::App& tool);
+Command AddValidate(CLI::App& tool);
 
 } // namespace fxhost

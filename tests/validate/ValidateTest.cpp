@@ -1,0 +1,161 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <iterator>
+
+#include "toolkit/Errors.h"
+#include "validate/CommandSequence.h"
+#include "validate/Report.h"
+#include "validate/TestTable.h"
+#include "validate/Validator.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using validate::Step;
+using validate::TestResult;
+using Status = TestResult::Status;
+
+std::vector<TestResult> RunOn(const std::string& plugin, int level, const std::string& only,
+                              double timeout = 60) {
+    validate::ValidateOptions options;
+    options.plugin = plugin;
+    options.level = level;
+    options.only = only;
+    options.timeout = timeout;
+    return validate::Validate(options, [](std::size_t, std::size_t, const std::string&) {});
+}
+
+TEST(ValidateTest, PlainInvertWrittenAgainstTheInterfaceAlonePassesEveryLevel) {
+    const auto results = RunOn(FX_INVERT_MODULE, 10, "");
+    EXPECT_EQ(validate::ExitStatusOf(results), 0) << validate::ToText(results);
+    EXPECT_EQ(results.back().name, "shuffled-commands");
+}
+
+// A plug-in with one fault, the test that must find it, and a part of what it must say.
+struct Fault {
+    const char* name;
+    const char* test;
+    const char* finding;
+    Status status = Status::Failed;
+};
+
+void PrintTo(const Fault& fault, std::ostream* out) {
+    *out << fault.name;
+}
+
+constexpr Fault s_Faults[] = {
+    {"fails-global-setup", "loads", "GLOBAL_SETUP returned error 512"},
+    {"lies-about-count", "loads", "reported 9 parameters, but added 1"},
+    {"leaks-handle", "renders", "a handle of 64 bytes made in RENDER was never disposed of"},
+    {"writes-past-row", "renders", "was written outside its rows, after the pixels of row 0"},
+    {"writes-input", "renders", "RENDER wrote into its input"},
+    {"skips-last-row", "renders", "an output pixel was never written"},
+    {"keeps-world", "renders", "a world made in RENDER was never disposed of"},
+    {"forgets-checkin", "renders", "did not check parameter 1 in"},
+    {"throws", "renders", "let an exception reach the host"},
+    {"hangs", "renders", "RENDER at time 0/25, layer 64x36, thread 1: did not return", Status::RanAway},
+    {"crashes", "renders", "RENDER at time 0/25, layer 64x36, thread 1: did not return", Status::RanAway},
+    {"crashes-with-one-pixel", "sizes", "layer 1x1, thread 1: did not return", Status::RanAway},
+    {"claims-depths", "depths", "an output pixel was never written"},
+    {"reads-past-row", "row-padding", "differs from the one of rows without a border"},
+    {"fails-at-half-resolution", "downsampling", "error 512 (at 1/2"},
+    {"fails-with-wide-pixels", "pixel-aspect", "error 512 (with a pixel aspect"},
+    {"counts-frames", "same-frame-twice", "differs when the frame is rendered again"},
+    {"forgets-on-reopen", "save-and-reopen", "differs after the project is saved and reopened"},
+    {"loses-data-of-copies", "duplicate", "differs in a duplicate"},
+    {"forgets-on-reopen", "undo", "differs after deleting the effect and undoing that"},
+    {"depends-on-thread", "other-thread", "differs on another thread"},
+    {"remembers-last-time", "frame-order", "differs after the frame at time 0"},
+    {"shares-values", "several-instances", "differs after another instance rendered"},
+    {"repeats-name", "parameter-names", "parameter 2 \"Amount\" has the name of an earlier one"},
+    {"repeats-id", "parameter-names", "has the id of an earlier one, 1"},
+    {"starts-out-of-range", "parameter-defaults", "has the default 5.000000 outside its range"},
+    {"fails-at-zero", "parameter-extremes", "an extreme value of parameter 1 \"Amount\" gives error 512"},
+    {"ignores-time", "animated-parameters", "differs when parameter 1 \"Amount\" is animated, at time 25"},
+    {"leaks-memory", "life-cycles", "memory grows by"},
+    {"leaks-files", "life-cycles", "the number of open files grows"},
+    {"crashes-without-memory", "out-of-memory", "SEQUENCE_SETUP", Status::RanAway},
+    {"leaks-when-interrupted", "interruptions", "a handle of 32 bytes made in RENDER was never disposed of"},
+    {"needs-data", "host-quirks", "SEQUENCE_RESETUP returned error 512"},
+    {"uses-shared-scratch", "parallel-rendering", "differs while other threads render"},
+    {"breaks-after-deletions", "shuffled-commands", "fails with these"},
+};
+
+class FaultTest : public testing::TestWithParam<Fault> {};
+
+TEST_P(FaultTest, IsFoundByItsTest) {
+    const Fault& fault = GetParam();
+    const fs::path link = fs::path(testing::TempDir()) / (std::string(fault.name) + ".so");
+    fs::remove(link);
+    fs::create_symlink(FX_FAULTY_MODULE, link);
+    const auto results = RunOn(link.string(), 1, fault.test, fault.status == Status::RanAway ? 1 : 60);
+    ASSERT_EQ(results.size(), 1u);
+    EXPECT_EQ(results[0].status, fault.status) << validate::ToText(results);
+    EXPECT_THAT(results[0].findings, testing::Contains(HasSubstr(fault.finding)))
+        << validate::ToText(results);
+    fs::remove(link);
+}
+
+std::string NameOf(const testing::TestParamInfo<Fault>& info) {
+    std::string name = std::string(info.param.name) + "_" + info.param.test;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Plugins, FaultTest, testing::ValuesIn(s_Faults), NameOf);
+
+TEST(ValidateTest, EveryTestHasAFaultThatItFindsAndARowInTheDocs) {
+    std::ifstream file("docs/validate.md");
+    const std::string page{std::istreambuf_iterator<char>(file), {}};
+    for (const validate::TestRow* row = validate::TestTable(); row->name; ++row) {
+        EXPECT_THAT(
+            page, HasSubstr("| " + std::to_string(row->level) + " | `" + row->name + "` | " + row->protects))
+            << row->name;
+        const bool found = std::any_of(std::begin(s_Faults), std::end(s_Faults), [row](const Fault& fault) {
+            return std::string(fault.test) == row->name;
+        });
+        const bool isTestedElsewhere =
+            std::string(row->name) == "unloads" || std::string(row->name) == "pipl-flags";
+        EXPECT_TRUE(found || isTestedElsewhere) << row->name;
+    }
+}
+
+TEST(ValidateTest, SequencesShrinkToTheStepsThatFail) {
+    const auto steps = validate::ShuffledSteps(3, 100);
+    EXPECT_EQ(validate::Describe(steps[0]), validate::Describe(validate::ShuffledSteps(3, 100)[0]));
+    const auto fails =
+        [](const std::vector<Step>& some) { // needs a deletion and a later copy of another slot
+            const auto deletion =
+                std::find_if(some.begin(), some.end(), [](const Step& s) { return s.kind == Step::Delete; });
+            return std::any_of(deletion, some.end(), [](const Step& s) { return s.kind == Step::Duplicate; });
+        };
+    ASSERT_TRUE(fails(steps));
+    const auto few = validate::Shorten(steps, 1000, fails);
+    ASSERT_EQ(few.size(), 2u);
+    EXPECT_EQ(few[0].kind, Step::Delete);
+    EXPECT_EQ(few[1].kind, Step::Duplicate);
+}
+
+TEST(ValidateTest, WrongUseNamesTheOption) {
+    EXPECT_THROW(RunOn("none.plugin", 1, ""), fxhost::WrongUse);
+    EXPECT_THROW(RunOn(FX_INVERT_MODULE, 11, ""), fxhost::WrongUse);
+    EXPECT_THROW(RunOn(FX_INVERT_MODULE, 1, "kindness"), fxhost::WrongUse);
+}
+
+TEST(ValidateTest, ReportsCarryFindingsEscapedForTheirFormat) {
+    const std::vector<TestResult> results = {
+        {"sizes", "a crash", 2, 7, Status::Failed, 0.5, {"1 < 2 & \"3\""}, {"1 RENDER"}}};
+    EXPECT_THAT(
+        validate::ToJunit("a&b", results),
+        testing::AllOf(HasSubstr("<testsuite name=\"a&amp;b\" tests=\"1\" failures=\"1\" errors=\"0\">"),
+                       HasSubstr("message=\"1 &lt; 2 &amp; &quot;3&quot;\"")));
+    EXPECT_THAT(validate::ToJson("plugin", results),
+                testing::AllOf(HasSubstr("\"verdict\": \"invalid\""), HasSubstr("1 < 2 & \\\"3\\\"")));
+    EXPECT_EQ(validate::ExitStatusOf(results), 1);
+    EXPECT_THAT(validate::ToText(results), HasSubstr("protects from a crash"));
+}
+
+} // namespace
