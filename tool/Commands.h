@@ -14,6 +14,7 @@ struct Command {
 Command AddBench(CLI::App& tool);
 Command AddBundle(CLI::App& tool);
 Command AddCheck(CLI::App& tool);
+Command AddCompareTrace(CLI::App& tool);
 Command AddCompletion(CLI::App& tool);
 Command AddMan(CLI::App& tool);
 Command AddRender(CLI::App& tool);

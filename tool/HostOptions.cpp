@@ -44,6 +44,13 @@ std::string QuirkHelp() {
     return text;
 }
 
+bool IsBundle(const std::string& path) {
+    return std::filesystem::path(path).lexically_normal().extension() == ".plugin" ||
+           std::filesystem::path(path).parent_path().extension() == ".plugin";
+}
+
+} // namespace
+
 stricthost::Quirks ParseQuirks(const std::vector<std::string>& names) {
     stricthost::Quirks quirks;
     for (const std::string& name : names) {
@@ -62,12 +69,9 @@ stricthost::Quirks ParseQuirks(const std::vector<std::string>& names) {
     return quirks;
 }
 
-bool IsBundle(const std::string& path) {
-    return std::filesystem::path(path).lexically_normal().extension() == ".plugin" ||
-           std::filesystem::path(path).parent_path().extension() == ".plugin";
+void AddStrictHostOption(CLI::App& command, std::vector<std::string>& names) {
+    command.add_option("--strict-host", names, QuirkHelp())->delimiter(',')->type_name("NAME,...|seed:N");
 }
-
-} // namespace
 
 void AddHostOptions(CLI::App& command, HostOptions& options) {
     command
@@ -85,9 +89,7 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
         ->type_name("RATIO");
     command.add_option("--plugin", options.plugin, "Bundle to load as a host does, instead of EFFECT")
         ->type_name("NAME.plugin");
-    command.add_option("--strict-host", options.strictHost, QuirkHelp())
-        ->delimiter(',')
-        ->type_name("NAME,...|seed:N");
+    AddStrictHostOption(command, options.strictHost);
 }
 
 HostSettings ToHostSettings(const HostOptions& options, const std::string& effect) {

@@ -17,6 +17,10 @@ struct HostOptions {
     std::vector<std::string> strictHost; // names of quirks, or "seed:N"
 };
 
+// Adds --strict-host, and reads it. ParseQuirks throws WrongUse for an unknown name.
+void AddStrictHostOption(CLI::App& command, std::vector<std::string>& names);
+stricthost::Quirks ParseQuirks(const std::vector<std::string>& names);
+
 // Adds --host, --downsample, --pixel-aspect, --plugin and --strict-host.
 void AddHostOptions(CLI::App& command, HostOptions& options);
 

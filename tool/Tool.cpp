@@ -14,7 +14,7 @@ namespace {
 
 using AddCommand = Command (*)(CLI::App&);
 constexpr AddCommand s_Commands[] = {AddRender, AddInfo,  AddCheck, AddNew, AddPack,      AddUnpack,
-                                     AddBundle, AddValidate, AddSheet, AddBench, AddMan, AddCompletion};
+                                     AddBundle, AddValidate, AddCompareTrace, AddSheet, AddBench, AddMan, AddCompletion};
 
 std::string ExitStatusText() {
     std::string text = "Exit status:\n";
