@@ -37,8 +37,9 @@ std::string DefaultProblem(const PublishedParam& param) {
     }
     if (param.type == PF_Param_CHECKBOX && def.u.bd.dephault != 0 && def.u.bd.dephault != 1)
         return "has a default other than 0 and 1";
+    // Zero stands for no default; hosts then show the first choice.
     if (param.type == PF_Param_POPUP &&
-        (def.u.pd.dephault < 1 || def.u.pd.dephault > static_cast<int>(param.choices.size())))
+        (def.u.pd.dephault < 0 || def.u.pd.dephault > static_cast<int>(param.choices.size())))
         return "has the default " + std::to_string(def.u.pd.dephault) + ", but choices from 1 to " +
                std::to_string(param.choices.size());
     if (param.type == PF_Param_POPUP && def.u.pd.num_choices != static_cast<int>(param.choices.size()))
@@ -52,16 +53,12 @@ std::string DefaultProblem(const PublishedParam& param) {
 void ParameterNames(TestRun& run) {
     Trial trial(run, run.OptionsFor(stricthost::Personality::AfterEffects));
     std::set<std::string> labels;
-    std::set<A_long> ids;
     const auto& params = trial.Host().Params();
     for (std::size_t i = 1; i < params.size(); ++i) {
         if (HasValue(params[i]) && params[i].label.empty())
             trial.Fail(Quoted(i, params[i]) + " has no name");
         if (HasValue(params[i]) && !labels.insert(params[i].label).second)
             trial.Fail(Quoted(i, params[i]) + " has the name of an earlier one");
-        if (params[i].id != 0 && !ids.insert(params[i].id).second)
-            trial.Fail(Quoted(i, params[i]) + " has the id of an earlier one, " +
-                       std::to_string(params[i].id));
     }
 }
 

@@ -107,17 +107,28 @@ void FrameOrder(TestRun& run) {
     });
 }
 
+// Every set of values, the defaults included, must give its own frame after every other one.
 void SeveralInstances(TestRun& run) {
-    ForEveryDepth(run, {}, [](Trial& trial, Instance& instance, const auto& spec, const auto& expected) {
-        for (unsigned variant = 0; variant < 4; ++variant) {
-            Instance& other = trial.Apply(s_Width, s_Height);
-            SetVariant(trial.Host(), other, variant);
-            other.UpdateUI();
-            trial.Render(other, spec);
-            trial.ExpectSame(trial.Render(instance, spec), expected, "after another instance rendered");
-            other.Delete();
+    constexpr unsigned variants = 4;
+    for (const auto personality : run.Personalities()) {
+        const auto input = Noise(s_Width, s_Height, 8);
+        const auto render = [&](Trial& trial, unsigned variant) {
+            Instance& instance = trial.Apply(s_Width, s_Height);
+            SetVariant(trial.Host(), instance, variant);
+            instance.UpdateUI();
+            return trial.Render(instance, FrameOf(input, 7));
+        };
+        std::vector<fxhost::Picture> alone;
+        for (unsigned variant = 0; variant < variants; ++variant) {
+            Trial trial(run, run.OptionsFor(personality));
+            alone.push_back(render(trial, variant));
         }
-    });
+        Trial together(run, run.OptionsFor(personality));
+        for (unsigned i = 0; i < variants * variants; ++i)
+            for (const unsigned variant : {i / variants, i % variants})
+                together.ExpectSame(render(together, variant), alone[variant],
+                                    "after another instance rendered");
+    }
 }
 
 } // namespace validate

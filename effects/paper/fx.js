@@ -2,7 +2,8 @@
 
 var scale, grain, relief, light, margin, colour, fade, wrap, smooth, behind; // parameters
 var shader, sheet;
-var WRAPS = [SV_GL.REPEAT, SV_GL.MIRRORED_REPEAT, SV_GL.CLAMP_TO_EDGE];
+var REPEAT = 0x2901; // the value of OpenGL; SV_GL.REPEAT has another one, which OpenGL ignores
+var WRAPS = [REPEAT, SV_GL.MIRRORED_REPEAT, SV_GL.CLAMP_TO_EDGE];
 
 function slider(name, label, value, low, high, digits, flags) {
     var param = SV_initParam(name, SV_Type.FLOAT, label);

@@ -268,10 +268,6 @@ PF_Err RepeatsName(const Command& c) {
     return AddSlider(c, "Amount", 2, 0);
 }
 
-PF_Err RepeatsId(const Command& c) {
-    return AddSlider(c, "Other", 1, 0);
-}
-
 PF_Err StartsOutOfRange(const Command& c) {
     return AddSlider(c, "Other", 2, 5);
 }
@@ -324,7 +320,6 @@ constexpr Row s_Faults[] = {
     {"breaks-after-deletions", BreaksAfterDeletions},
     {"lies-about-count", LiesAboutCount},
     {"repeats-name", RepeatsName},
-    {"repeats-id", RepeatsId},
     {"starts-out-of-range", StartsOutOfRange},
     {"fails-global-setup", FailsGlobalSetup},
 };
