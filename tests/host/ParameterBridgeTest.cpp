@@ -213,6 +213,9 @@ TEST(ParameterUiTest, LabelsAndEnabledStatesFollowTheEngine) {
         EXPECT_FALSE(instance.IsEnabled(1));
         EXPECT_EQ(instance.Definition(2, PF_InData(), {0, 1}).ui_flags, PF_PUI_TOPIC);
         EXPECT_EQ(instance.LastOutFlags(), PF_OutFlag_REFRESH_UI);
+        Engine().params[1].label = "z";
+        ASSERT_EQ(instance.UpdateUI(), PF_Err_NONE);
+        EXPECT_EQ(instance.Label(1), "z") << "shorter than before";
     }
 }
 
