@@ -1,8 +1,18 @@
 #include "context/Sequence.h"
 
+#include <functional>
+
 #include "context/Context.h"
 #include "gpu/PixelDepth.h"
 #include "parameters/ParameterTraits.h"
+
+namespace {
+
+std::size_t Hash(const std::string& name) {
+    return std::hash<std::string>()(name);
+}
+
+} // namespace
 
 void Sequence::Init() {
     CloneFrom(*m_Owner);
@@ -71,21 +81,21 @@ void Sequence::FreeStorage() {
         texture->freeStorage();
 }
 
-std::vector<Parameter> Sequence::OwnState() const {
-    std::vector<Parameter> state;
+std::vector<Sequence::ParameterState> Sequence::OwnState() const {
+    std::vector<ParameterState> state;
     for (unsigned i = 0; i < GetNumParams(); ++i) {
         const Parameter& own = GetParamByIdx(i);
         const Parameter* const master = m_Owner->FindOwn<Parameter>(own.handle);
         if (master && (own.value != master->value || own.flags != master->flags))
-            state.push_back(own);
+            state.push_back({Hash(own.name), own.type, own.handle, own.flags, own.value});
     }
     return state;
 }
 
-void Sequence::Adopt(const std::vector<Parameter>& state) {
-    for (const Parameter& saved : state) {
+void Sequence::Adopt(std::span<const ParameterState> state) {
+    for (const ParameterState& saved : state) {
         Parameter& own = GetParamById(saved.handle);
-        if (own.handle == 0 || own.name != saved.name || own.type != saved.type)
+        if (own.handle == 0 || Hash(own.name) != saved.nameHash || own.type != saved.type)
             continue;
         own.flags = saved.flags;
         if (!TraitsOf(own.type).isTexture())

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "parameters/Parameter.h"
@@ -42,11 +44,19 @@ public:
     // Reset and ResetInputTexture create new ones. Needs the engine's GL context.
     void FreeStorage();
 
+    // Value and flags of one parameter, with what identifies it in another run of the script.
+    struct ParameterState {
+        std::size_t nameHash;
+        Parameter::Type type;
+        std::uint32_t handle;
+        std::uint32_t flags;
+        Parameter::Value value;
+    };
     // Returns the parameters that differ from the registry's masters in value or flags.
-    std::vector<Parameter> OwnState() const;
+    std::vector<ParameterState> OwnState() const;
     // Takes over values and flags for each parameter that has the same handle, name and type. Textures are
     // left alone, as their handles and GL names mean nothing in another run of the script.
-    void Adopt(const std::vector<Parameter>& state);
+    void Adopt(std::span<const ParameterState> state);
 
     // Uploads the input layer. Does nothing when the surface has no pixels.
     void ResetInputTexture(const Surface& surface);

@@ -17,7 +17,10 @@
 // The sequence data, which the host keeps for an instance.
 struct AEShaderVexel2::SequenceData {
     static constexpr std::uint32_t NoSequence = 0xFFFFFFFFu;
-    std::uint32_t index = NoSequence; // of the instance's sequence in the registry
+    std::uint32_t index = NoSequence;                 // of the instance's sequence in the registry
+    std::pmr::vector<Sequence::ParameterState> state; // while the instance has no sequence
+
+    explicit SequenceData(std::pmr::memory_resource* memory) : state(memory) {}
 };
 
 // Holds the frame lock for a scope. Does not take it again when the thread holds it already, because nested
@@ -68,6 +71,8 @@ AEShaderVexel2::AEShaderVexel2() {
 
 AEShaderVexel2::~AEShaderVexel2() {
     release();
+    for (const auto& [data, record] : m_Records)
+        std::pmr::polymorphic_allocator<>(&m_Pool).delete_object(record);
     m_Config.reset();
     m_GlContext.reset();
     Scripting::DestroyInstance();
@@ -90,18 +95,31 @@ bool AEShaderVexel2::globalSetup(void* module, const unsigned short* path) {
 bool AEShaderVexel2::resetup() {
     const std::string script = PitchScript(Utils::ReadWholeTextFile(L"fx.js"));
     const LockScope lock(*this);
-    Context& context = Context::Current();
-    std::map<SequenceData*, std::vector<Parameter>> states;
     for (const auto& [data, record] : m_Records)
-        if (const Sequence* const sequence = context.FindSequence(record->index))
-            states[record.get()] = sequence->OwnState();
+        suspend(*record);
     restartScript(script);
-    for (const auto& [data, record] : m_Records) {
-        record->index = context.CreateSequence();
-        context.FindSequence(record->index)->Adopt(states[record.get()]);
-    }
     setSequenceData(m_SequenceData);
     return true;
+}
+
+// Frees all memory of an instance but the values that differ from those of the script.
+void AEShaderVexel2::suspend(SequenceData& record) {
+    Context& context = Context::Current();
+    if (const Sequence* const sequence = context.FindSequence(record.index)) {
+        const auto state = sequence->OwnState();
+        record.state.assign(state.begin(), state.end());
+    }
+    context.ReleaseSequence(record.index);
+    record.index = SequenceData::NoSequence;
+}
+
+void AEShaderVexel2::resume(SequenceData& record) {
+    Context& context = Context::Current();
+    if (context.FindSequence(record.index))
+        return;
+    record.index = context.CreateSequence();
+    context.FindSequence(record.index)->Adopt(record.state);
+    record.state.clear();
 }
 
 void AEShaderVexel2::restartScript(const std::string& script) {
@@ -121,9 +139,9 @@ void AEShaderVexel2::release() {
     // after the context's release.
     if (m_GlContext)
         m_GlContext->makeCurrent();
-    Scripting::Instance().Release();
     for (const auto& [data, record] : m_Records)
-        record->index = SequenceData::NoSequence;
+        suspend(*record);
+    Scripting::Instance().Release();
     if (m_GlContext)
         m_GlContext->release();
     m_HasContext = false;
@@ -132,10 +150,9 @@ void AEShaderVexel2::release() {
 
 void* AEShaderVexel2::initSequenceData() {
     const LockScope lock(*this);
-    auto record = std::make_unique<SequenceData>();
-    record->index = Context::Current().CreateSequence();
-    m_SequenceData = record.get();
-    m_Records[m_SequenceData] = std::move(record);
+    m_SequenceData = std::pmr::polymorphic_allocator<>(&m_Pool).new_object<SequenceData>(&m_Pool);
+    m_Records.emplace(m_SequenceData, m_SequenceData);
+    resume(*m_SequenceData);
     return m_SequenceData;
 }
 
@@ -148,21 +165,21 @@ void AEShaderVexel2::releaseSequenceData(void* data) {
     Context::Current().ReleaseSequence(found->second->index);
     if (m_SequenceData == data)
         m_SequenceData = nullptr;
+    std::pmr::polymorphic_allocator<>(&m_Pool).delete_object(found->second);
     m_Records.erase(found);
 }
 
 void AEShaderVexel2::setSequenceData(void* data) {
     const auto found = m_Records.find(data);
-    m_SequenceData = found != m_Records.end() ? found->second.get() : nullptr;
-    if (m_SequenceData)
-        Context::Current().SetCurrentSequence(m_SequenceData->index);
+    m_SequenceData = found != m_Records.end() ? found->second : nullptr;
+    SelectSequence();
 }
 
-// Makes the current instance's sequence the registry's current one. Null when there is no instance, or when a
-// resetup destroyed its sequence.
+// Makes the current instance's sequence the registry's current one. Null when there is no instance.
 Sequence* AEShaderVexel2::SelectSequence() const {
     if (!m_SequenceData)
         return nullptr;
+    resume(*m_SequenceData);
     Context::Current().SetCurrentSequence(m_SequenceData->index);
     return Context::Current().CurrentSequence();
 }
@@ -367,11 +384,11 @@ void AEShaderVexel2::releaseFrame() {
     m_GlContext->releaseCurrent();
 }
 
-// The host saves the instance and may never use it again, so its frame need not stay in GL memory.
+// The host saves the instance and may never use it again.
 int AEShaderVexel2::flatten(void*) {
     const LockScope lock(*this);
-    if (Sequence* const sequence = SelectSequence(); sequence && lock)
-        sequence->FreeStorage();
+    if (m_SequenceData && lock)
+        suspend(*m_SequenceData);
     return 0;
 }
 

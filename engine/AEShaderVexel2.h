@@ -3,6 +3,7 @@
 #include <atomic>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <thread>
 
 #include "engine/IPlugin.h"
@@ -57,6 +58,8 @@ private:
     struct SequenceData;
     class LockScope;
 
+    static void suspend(SequenceData& record);
+    static void resume(SequenceData& record);
     Sequence* SelectSequence() const;
     void runCallback(const char* call);
     void restartScript(const std::string& script);
@@ -65,8 +68,10 @@ private:
 
     SequenceData* m_SequenceData = nullptr; // of the current instance
     // All sequence data that the host holds. Hosts forget some when they save or copy an instance; the engine
-    // frees those at its end.
-    std::map<void*, std::unique_ptr<SequenceData>> m_Records;
+    // frees those at its end. They lie in a pool, as blocks that stay would break up the memory of the
+    // frames.
+    std::pmr::unsynchronized_pool_resource m_Pool;
+    std::pmr::map<void*, SequenceData*> m_Records{&m_Pool};
     std::unique_ptr<Config> m_Config;
     std::unique_ptr<OpenGLContext> m_GlContext;
     // The thread that holds the frame lock, and how often. Only that thread changes the two.
