@@ -1,185 +1,229 @@
 #include "check/EffectCheck.h"
 
 #include <algorithm>
-#include <iterator>
 #include <map>
+#include <set>
 
+#include "check/ConfigChecks.h"
+#include "check/EffectRun.h"
 #include "check/ParameterChecks.h"
+#include "check/PictureChecks.h"
 #include "check/ShaderChecks.h"
-#include "check/UniformChecks.h"
+#include "check/StrictGLSL.h"
 #include "context/Context.h"
-#include "drivers/EffectDiagnostics.h"
-#include "drivers/EngineDriver.h"
-#include "drivers/ScriptErrorCollector.h"
-#include "guard/Stage.h"
 #include "packaging/ScriptScan.h"
-#include "parameters/ParameterTraits.h"
 #include "utils/Utils.h"
 
 namespace fxhost {
 
 namespace {
 
-struct FrameKind {
-    unsigned width, height, depth;
-};
-constexpr FrameKind s_Frames[] = {{64, 48, 8}, {37, 23, 16}, {128, 9, 32}, {1, 1, 8}};
-constexpr FrameKind s_Small = {16, 16, 8};
+// Sizes that effects rarely have in mind; the first frame has no layers.
+constexpr CheckFrame Watched(unsigned width, unsigned height, unsigned depth, double time,
+                             bool withLayers = true) {
+    CheckFrame frame{width, height, depth, time, withLayers};
+    frame.findsUnsetUniforms = true;
+    return frame;
+}
+constexpr CheckFrame s_Frames[] = {Watched(64, 48, 8, 0.5, false), Watched(37, 23, 16, 1),
+                                   Watched(128, 9, 32, 1.5), Watched(1, 1, 8, 2)};
+constexpr CheckFrame s_Small = Watched(16, 16, 8, 2.5);
+constexpr CheckFrame s_Reference = {96, 72, 8, 13.0 / 25};
 constexpr unsigned s_LeakFrames = 50;
 constexpr std::size_t s_MostVariations = 64;
 
-// A picture in which every channel of every pixel differs from its neighbours.
-Picture TestPicture(const FrameKind& kind) {
-    Picture picture(kind.width, kind.height, kind.depth);
-    const std::size_t channels = std::size_t{kind.width} * kind.height * 4;
-    for (std::size_t i = 0; i < channels; ++i) {
-        if (kind.depth == 8)
-            picture.bytes[i] = static_cast<std::uint8_t>(i * 37);
-        else if (kind.depth == 16)
-            reinterpret_cast<std::uint16_t*>(picture.bytes.data())[i] =
-                static_cast<std::uint16_t>(i * 997 % 32769);
-        else
-            reinterpret_cast<float*>(picture.bytes.data())[i] = static_cast<float>(i % 17) / 16.0f;
-    }
-    return picture;
-}
+// Limits of the differences between frames that should look alike.
+constexpr double s_Same = 1.5 / 255; // one step of 8 bits
+constexpr double s_AlikeDepth = 0.2; // dithered pictures are alike only on average
+constexpr double s_AlikeResolution = 0.3;
 
 class Checker {
 public:
-    Checker(const std::string& effect, const std::function<void(const Diagnostic&)>& listener)
-        : m_Listener(listener), m_Source(EffectSource::Open(effect)), m_ScriptErrors(m_Source),
-          m_Driver(m_Source), m_Uniforms(m_Source), m_Parameters(m_Driver.parameters()) {}
+    Checker(const std::string& effect, EffectRun::Listener listener) : m_Run(effect, std::move(listener)) {}
 
     void run() {
-        reportScript();
-        const bool setUp = !m_Failed;
-        reportFiles();
+        const bool setUp = !m_Run.failed();
+        m_Run.reportFiles();
         checkTexts();
         if (!setUp)
             return;
-        runFrames();
-        reportFiles();                        // files that draw() loads
-        if (!m_Driver.shaderErrors().empty()) // then the engine no longer calls draw()
+        checkShaders();
+        for (const CheckFrame& frame : s_Frames)
+            m_Run.render(frame);
+        m_Run.reportFiles(); // files that draw() loads
+        checkShaders();
+        if (!m_Run.driver().shaderErrors().empty()) // then the engine no longer calls draw()
             return;
+        const Picture alone = m_Run.render(s_Reference);
+        checkDrawing(alone);
+        checkDepth(alone);
+        checkResolution(alone);
         runVariations();
         checkLeaks();
-        m_Driver.whileLocked([&] { report(m_Uniforms.findings(m_Parameters)); });
+        checkRepeatability(alone);
+        m_Run.reportUniforms();
+        checkOrder();
     }
 
 private:
     void checkTexts() {
-        const std::string script = m_Source.ReadText("fx.js").value_or("");
-        report(CheckParameters(m_Source.DisplayPath("fx.js"), script, m_Parameters));
-        std::vector<std::string> files;
-        for (const Shader* shader : Context::Current().LiveEntities<Shader>())
-            if (!shader->filePath().empty())
-                files.push_back(Utils::ToNarrow(shader->filePath()));
-        std::sort(files.begin(), files.end());
-        files.erase(std::unique(files.begin(), files.end()), files.end());
-        for (const auto& file : files)
-            if (const auto text = m_Source.ReadText(file))
-                report(CheckShaderSource(m_Source.DisplayPath(file), *text));
+        const EffectSource& source = m_Run.source();
+        m_Run.report(CheckParameters(source.DisplayPath("fx.js"), m_Run.script(), m_Run.parameters()));
+        if (const auto config = source.ReadText("config.xml"))
+            m_Run.report(CheckConfig(source.DisplayPath("config.xml"), *config));
     }
 
-    void frame(const FrameKind& kind, const std::vector<ParameterSetting>& settings = {}) {
-        ReportFrame(m_Frame++);
-        FrameInputs request;
-        request.input = TestPicture(kind);
-        request.time = 0.5 * static_cast<double>(m_Frame);
-        request.settings = settings;
-        if (m_Frame > 1) // layers are empty in the first frame
-            for (unsigned i = 0; i < m_Parameters.size(); ++i)
-                if (m_Parameters[i].type == Parameter::LAYER)
-                    request.layers.push_back({i, TestPicture(kind)});
-        m_Driver.updateUI();
-        m_Driver.whileLocked([&] { m_Uniforms.beforeFrame(); });
-        m_Driver.render(request);
-        m_Driver.whileLocked([&] { m_Uniforms.afterFrame(); });
-        reportScript();
+    // Each shader once. Shaders that failed to compile have errors already.
+    void checkShaders() {
+        for (const Shader* const shader : Context::Current().LiveEntities<Shader>()) {
+            const bool isFile = !shader->filePath().empty();
+            const std::string name = Utils::ToNarrow(isFile ? shader->filePath() : shader->name());
+            if (!m_CheckedShaders.insert(name).second)
+                continue;
+            const auto text = isFile ? m_Run.source().ReadText(name) : shader->source();
+            if (isFile && text)
+                m_Run.report(CheckShaderSource(m_Run.source().DisplayPath(name), *text));
+            if (text && shader->errorText().empty())
+                m_Run.report(isFile ? CheckStrictly(m_Run.source().DisplayPath(name), *text)
+                                    : checkInline(name, *text));
+        }
     }
 
-    void runFrames() {
-        for (const FrameKind& kind : s_Frames)
-            frame(kind);
+    // Moves the diagnostics of a shader whose text is in the script to the line of its call.
+    std::vector<Diagnostic> checkInline(const std::string& name, const std::string& text) {
+        auto found = CheckStrictly(m_Run.source().DisplayPath("fx.js"), text);
+        for (Diagnostic& diagnostic : found) {
+            diagnostic.text =
+                "shader \"" + name + "\", line " + std::to_string(diagnostic.line) + ": " + diagnostic.text;
+            diagnostic.line = LineOfInlineShader(m_Run.script(), name);
+        }
+        return found;
     }
 
-    // Renders a frame for every entry of every pop-up and both states of every check box. All other
-    // parameters keep their declared values.
+    // Warnings about the picture have the line of draw().
+    void warnDraw(const std::string& text) {
+        m_Run.warnScript(LineOfWord(m_Run.script(), "function draw"), text);
+    }
+
+    Picture checkResult(const Picture& picture) {
+        if (HasNonFiniteValue(picture))
+            warnDraw("the result has NaN or infinite values at 32 bits per channel; guard divisions, "
+                     "logarithms, roots and "
+                     "powers in the shaders");
+        return picture;
+    }
+
+    void checkDrawing(const Picture& picture) {
+        if (!m_Run.calls().reachesFrame)
+            return warnDraw("draw() draws nothing into SV_getSequenceRT(), so the frame stays transparent");
+        if (IsTransparent(picture))
+            return warnDraw("the frame is fully transparent, although the layer is not");
+        if (m_Run.calls().flips % 2 != 0)
+            return;
+        CheckFrame marked = s_Reference;
+        marked.isMarked = true;
+        if (IsMarkUpsideDown(picture, m_Run.render(marked)))
+            warnDraw("the frame is upside down; pass true as the third argument of the last SV_renderShader, "
+                     "so that the "
+                     "picture is flipped an odd number of times");
+    }
+
+    void checkDepth(const Picture& picture) {
+        for (const unsigned depth : {16u, 32u}) {
+            CheckFrame frame = s_Reference;
+            frame.depth = depth;
+            if (CoarseDifference(picture, checkResult(m_Run.render(frame))) > s_AlikeDepth)
+                warnDraw("the picture at " + std::to_string(depth) +
+                         " bits per channel differs from that at 8 bits by more than "
+                         "rounding; shaders receive 0 to 1 at every depth");
+        }
+    }
+
+    void checkResolution(const Picture& picture) {
+        CheckFrame half = s_Reference;
+        half.width /= 2;
+        half.height /= 2;
+        half.reduction = 0.5;
+        if (CoarseDifference(picture, m_Run.render(half)) > s_AlikeResolution)
+            warnDraw("the picture changes at half the preview resolution; give lengths in pixels the flag "
+                     "SV_ParamFlags.ScaleByWidth or ScaleByHeight");
+    }
+
+    // A frame for every entry of every pop-up and both states of every check box.
     void runVariations() {
         std::size_t count = 0;
-        for (unsigned i = 0; i < m_Parameters.size(); ++i) {
-            const Parameter& parameter = m_Parameters[i];
-            const ParameterTraits& traits = TraitsOf(parameter.type);
-            if (!traits.isInteger())
+        for (unsigned i = 0; i < m_Run.parameters().size(); ++i) {
+            const Parameter& parameter = m_Run.parameters()[i];
+            const bool isSwitch = parameter.type == Parameter::BOOL;
+            if (!isSwitch && parameter.type != Parameter::POPUP)
                 continue;
-            const bool isSwitch = !traits.hasChoices();
             const int first = isSwitch ? 0 : 1;
             const int last = isSwitch ? 1 : static_cast<int>(parameter.choiceCount);
             for (int value = first; value <= last && count < s_MostVariations; ++value, ++count) {
                 ParameterSetting setting{i, {}};
                 setting.value.SetInt(0, value);
-                frame(s_Small, {setting});
+                m_Run.render(s_Small, {setting});
             }
-            frame(s_Small, {{i, parameter.value}}); // back to the declared value
         }
     }
 
     std::map<const char*, std::size_t> countResources() {
         std::map<const char*, std::size_t> counts;
-        m_Driver.whileLocked([&] {
-            Context& registry = Context::Current();
-            counts = {{"parameters", registry.LiveEntities<Parameter>().size()},
-                      {"shaders", registry.LiveEntities<Shader>().size()},
-                      {"render targets", registry.LiveEntities<RenderTarget>().size()},
-                      {"textures", registry.LiveEntities<Texture>().size()},
-                      {"surfaces", registry.LiveEntities<Surface>().size()}};
+        m_Run.driver().whileLocked([&] {
+            Context& context = Context::Current();
+            counts = {{"parameters", context.LiveEntities<Parameter>().size()},
+                      {"shaders", context.LiveEntities<Shader>().size()},
+                      {"render targets", context.LiveEntities<RenderTarget>().size()},
+                      {"textures", context.LiveEntities<Texture>().size()},
+                      {"surfaces", context.LiveEntities<Surface>().size()}};
         });
         return counts;
     }
 
     void checkLeaks() {
-        frame(s_Small);
+        m_Run.render(s_Small);
         const auto before = countResources();
         for (unsigned i = 0; i < s_LeakFrames; ++i)
-            frame(s_Small);
-        const auto after = countResources();
-        const int line = LineOfWord(m_Source.ReadText("fx.js").value_or(""), "function draw");
-        for (const auto& [type, count] : after)
+            m_Run.render(s_Small);
+        for (const auto& [type, count] : countResources())
             if (count > before.at(type) + 1)
-                report({{m_Source.DisplayPath("fx.js"),
-                         line,
-                         Severity::Warning,
-                         "draw leaves " + std::to_string(count - before.at(type)) + " " + type +
-                             " behind in " + std::to_string(s_LeakFrames) +
-                             " frames; keep them between frames or give them to SV_release",
-                         {}}});
+                warnDraw("draw leaves " + std::to_string(count - before.at(type)) + " " + type +
+                         " behind in " + std::to_string(s_LeakFrames) +
+                         " frames; keep them between frames or give them to SV_release");
     }
 
-    void reportScript() { report(m_ScriptErrors.take()); }
-    void reportFiles() {
-        report(ShaderFindings(m_Driver.shaderErrors(), m_Source));
-        report(MissingFileFindings(m_Source));
-    }
-    // Passes each diagnostic to the listener once.
-    void report(const std::vector<Diagnostic>& findings) {
-        for (const Diagnostic& finding : findings) {
-            if (std::find(m_Reported.begin(), m_Reported.end(), finding) != m_Reported.end())
-                continue;
-            m_Reported.push_back(finding);
-            m_Failed |= finding.severity == Severity::Error;
-            m_Listener(finding);
-        }
+    // The same frame after other frames, and after frames of another instance.
+    void checkRepeatability(const Picture& alone) {
+        if (FineDifference(alone, m_Run.render(s_Reference)) > s_Same)
+            return warnDraw("the frame depends on the frames that were rendered before it; hosts render "
+                            "frames in any order, so "
+                            "compute it from SV_getTime() and the parameters");
+        m_Run.driver().addInstance();
+        std::vector<ParameterSetting> other;
+        for (unsigned i = 0; i < m_Run.parameters().size(); ++i)
+            if (m_Run.parameters()[i].type == Parameter::FLOAT)
+                other.push_back({i, m_Run.parameters()[i].max});
+        CheckFrame frame = s_Reference;
+        frame.time = 3;
+        m_Run.render(frame, other);
+        m_Run.driver().selectInstance(0);
+        if (FineDifference(alone, m_Run.render(s_Reference)) > s_Same)
+            warnDraw("the frame depends on another instance of the effect; global variables are shared by "
+                     "all instances, so "
+                     "do not keep in them what belongs to one layer");
     }
 
-    const std::function<void(const Diagnostic&)>& m_Listener;
-    EffectSource m_Source;
-    ScriptErrorCollector m_ScriptErrors;
-    EngineDriver m_Driver;
-    UniformChecks m_Uniforms;
-    std::vector<Parameter> m_Parameters;
-    std::vector<Diagnostic> m_Reported;
-    long m_Frame = 0;
-    bool m_Failed = false;
+    // Callbacks in the other orders that hosts use, and a second setup().
+    void checkOrder() {
+        m_Run.driver().updateUI();
+        m_Run.driver().updateUI();
+        m_Run.driver().restart();
+        m_Run.render(s_Small);
+        m_Run.reportFiles();
+    }
+
+    EffectRun m_Run;
+    std::set<std::string> m_CheckedShaders;
 };
 
 } // namespace

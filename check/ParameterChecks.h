@@ -8,8 +8,9 @@
 
 namespace fxhost {
 
-// Reports declarations that hosts do not show as the author meant them: long labels, pop-ups with one entry.
-// `file` is the path of the script; lines are those of the declarations.
+// Reports declarations that hosts do not show as the author meant them: long labels, ranges and defaults of
+// the wrong form, pop-ups without entries, repeated names. `file` is the path of the script; lines are those
+// of the declarations.
 std::vector<Diagnostic> CheckParameters(const std::string& file, const std::string& script,
                                         const std::vector<Parameter>& parameters);
 

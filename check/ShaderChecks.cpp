@@ -6,6 +6,7 @@
 
 #include "gpu/ShaderPitcher.h"
 #include "packaging/ScriptScan.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
@@ -20,11 +21,6 @@ constexpr ReadFunction s_Reads[] = {
     {"texture2D", true},      {"texture2DLod", true},      {"textureCube", true},
     {"texture2DProj", false}, {"texture2DProjLod", false}, {"textureCubeLod", false},
 };
-
-int LineAt(const std::string& text, std::size_t at) {
-    return static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n')) +
-           1;
-}
 
 bool IsNamePart(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) || c == '_';

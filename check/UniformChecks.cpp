@@ -40,12 +40,6 @@ std::vector<GLUniform> ActiveUniforms(const Shader& shader) {
     return uniforms;
 }
 
-// True for uniforms that the engine sets at every draw call.
-bool IsEngines(const std::string& name) {
-    static const std::regex pattern("(s_)?Texture[0-9]+Params");
-    return std::regex_match(name, pattern);
-}
-
 bool IsZero(const Parameter& uniform) {
     return uniform.value == Parameter::Value();
 }
@@ -95,6 +89,21 @@ std::string Obstacle(const GLUniform& uniform, const Parameter& record, const Pa
 
 } // namespace
 
+bool IsSetByEngine(const std::string& name) {
+    static const std::regex pattern("(s_)?Texture[0-9]+Params");
+    return std::regex_match(name, pattern);
+}
+
+Diagnostic UnsetUniform(const EffectSource& source, const Shader& shader, const std::string& name) {
+    const std::string shaderName = NameOf(shader), script = source.ReadText("fx.js").value_or("");
+    const bool isFile = !shader.filePath().empty();
+    return {source.DisplayPath(isFile ? shaderName : "fx.js"),
+            isFile ? LineOfUniform(shader.source(), name) : LineOfInlineShader(script, shaderName),
+            Severity::Warning,
+            "uniform \"" + name + "\" is never set by a parameter or a call, so it stays zero",
+            {}};
+}
+
 void UniformChecks::beforeFrame() {
     for (Shader* shader : UsableShaders())
         for (Parameter& uniform : shader->parameters())
@@ -138,7 +147,7 @@ std::vector<Diagnostic> UniformChecks::shaderFindings(Shader& shader,
         std::string trouble = Obstacle(uniform, record, parameter);
         const auto known = m_IsSet.find({shaderName, uniform.name});
         const bool isSet = known != m_IsSet.end() && known->second;
-        if (trouble.empty() && !isSet && !IsEngines(name) && !NamesUniform(script, name))
+        if (trouble.empty() && !isSet && !IsSetByEngine(name) && !NamesUniform(script, name))
             trouble = parameter ? "is never set: no frame bound the parameter of this name to it"
                                 : "is never set by a parameter or a call, so it stays zero";
         if (!trouble.empty())

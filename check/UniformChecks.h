@@ -13,6 +13,12 @@ class Shader;
 
 namespace fxhost {
 
+// True for uniforms that the engine sets at every draw call.
+bool IsSetByEngine(const std::string& name);
+
+// The warning about a uniform that nothing sets.
+Diagnostic UnsetUniform(const EffectSource& source, const Shader& shader, const std::string& name);
+
 // Records which uniforms an effect sets, and compares them with the types that the engine can upload. All
 // calls are made between lockFrame and releaseFrame, while the engine's GL context is current.
 class UniformChecks {

@@ -21,6 +21,8 @@ public:
     // WrongUse that names the file or option.
     Clip(const ClipOptions& options, const ClipRequest& request);
 
+    unsigned width() const { return m_Input.source->width(); } // pixels of all input frames
+    unsigned height() const { return m_Input.source->height(); }
     unsigned depth() const { return m_Input.source->depth(); } // bits per channel of all frames
     const FrameRate& rate() const { return m_Input.rate; }
     // Time of the frame with this number, in seconds.

@@ -31,6 +31,18 @@ fx_library(fast_float HEADERS fast_float/ INCLUDE ${FAST_FLOAT_INCLUDE_DIR})
 find_path(CLI11_INCLUDE_DIR CLI/CLI.hpp REQUIRED)
 fx_library(cli11 HEADERS CLI/ INCLUDE ${CLI11_INCLUDE_DIR})
 
+# A front end for GLSL. Older versions are split over more libraries.
+find_path(GLSLANG_INCLUDE_DIR glslang/Public/ShaderLang.h REQUIRED)
+set(GLSLANG_LIBRARIES)
+foreach(part glslang MachineIndependent GenericCodeGen OSDependent OGLCompiler glslang-default-resource-limits)
+  find_library(GLSLANG_${part}_LIBRARY ${part})
+  if(GLSLANG_${part}_LIBRARY)
+    list(APPEND GLSLANG_LIBRARIES ${GLSLANG_${part}_LIBRARY})
+  endif()
+endforeach()
+find_package(Threads REQUIRED)
+fx_library(glslang HEADERS glslang/ INCLUDE ${GLSLANG_INCLUDE_DIR} LINK ${GLSLANG_LIBRARIES} Threads::Threads)
+
 if(NOT APPLE)
   pkg_check_modules(EGL REQUIRED IMPORTED_TARGET egl)
   pkg_check_modules(OPENGL REQUIRED IMPORTED_TARGET opengl)

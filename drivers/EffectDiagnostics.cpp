@@ -27,7 +27,12 @@ std::string InlineText(const std::string& name) {
 // The engine names shaders "/file.frag", or by their bare name when the script contains the source text.
 ShaderOrigin OriginOf(const std::string& name, const EffectSource& source) {
     const auto describe = [](const std::string& file, const std::string& text) {
-        return ShaderOrigin{file, false, CountLines(text), static_cast<int>(ShaderPitcher::AddedLines(text))};
+        ShaderOrigin origin;
+        origin.file = file;
+        origin.lines = CountLines(text);
+        origin.linesInFront = static_cast<int>(ShaderPitcher::AddedLines(text));
+        origin.source = text;
+        return origin;
     };
     if (!name.starts_with('/')) {
         ShaderOrigin origin = describe(source.DisplayPath("fx.js"), InlineText(name));
@@ -37,7 +42,10 @@ ShaderOrigin OriginOf(const std::string& name, const EffectSource& source) {
     }
     if (const auto text = source.ReadText(name))
         return describe(source.DisplayPath(name), *text);
-    return {source.DisplayPath(name), true};
+    ShaderOrigin origin;
+    origin.file = source.DisplayPath(name);
+    origin.missing = true;
+    return origin;
 }
 
 } // namespace

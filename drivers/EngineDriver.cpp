@@ -47,9 +47,10 @@ void* Writable(const Picture& picture) {
 
 } // namespace
 
-EngineDriver::EngineDriver(const EffectSource& source) : m_Engine(*GetPlugin()) {
+EngineDriver::EngineDriver(const EffectSource& source, const EffectSource::ScriptTransform& transform)
+    : m_Engine(*GetPlugin()) {
     const StageSpan span(Stage::Setup);
-    source.Select();
+    source.Select(transform);
     bool ready = false;
     try {
         // The engine reads the path as narrow text when there is no bundle.
@@ -61,17 +62,18 @@ EngineDriver::EngineDriver(const EffectSource& source) : m_Engine(*GetPlugin()) 
     }
     if (!ready)
         throw EffectFailure("no OpenGL context could be made: " + PlatformGLProblem());
-    m_Sequence = m_Engine.initSequenceData();
+    m_Sequences.push_back(m_Engine.initSequenceData());
 }
 
 EngineDriver::~EngineDriver() {
-    m_Engine.releaseSequenceData(m_Sequence);
+    for (void* const data : m_Sequences)
+        m_Engine.releaseSequenceData(data);
     m_Engine.setSequenceData(nullptr);
     m_Engine.release();
 }
 
 std::vector<Parameter> EngineDriver::parameters() {
-    m_Engine.setSequenceData(m_Sequence);
+    m_Engine.setSequenceData(sequence());
     std::vector<Parameter> parameters;
     for (unsigned i = 0; i < m_Engine.getNumParams(); ++i)
         parameters.push_back(m_Engine.getParamDesc(i));
@@ -89,16 +91,32 @@ EffectInfo EngineDriver::info() {
             version >> 30};
 }
 
+void EngineDriver::addInstance() {
+    const FrameLock lock(m_Engine);
+    m_Sequences.push_back(m_Engine.initSequenceData());
+    m_Current = m_Sequences.size() - 1;
+}
+
+void EngineDriver::restart() {
+    const StageSpan span(Stage::Setup);
+    m_Engine.resetup();
+    const FrameLock lock(m_Engine);
+    for (void*& data : m_Sequences) {
+        m_Engine.releaseSequenceData(data);
+        data = m_Engine.initSequenceData();
+    }
+}
+
 void EngineDriver::updateUI() {
     const StageSpan span(Stage::UpdateUI);
     const RequiredFrameLock lock(m_Engine);
-    m_Engine.setSequenceData(m_Sequence);
+    m_Engine.setSequenceData(sequence());
     m_Engine.preUIUpdate();
 }
 
 void EngineDriver::whileLocked(const std::function<void()>& work) {
     const RequiredFrameLock lock(m_Engine);
-    m_Engine.setSequenceData(m_Sequence);
+    m_Engine.setSequenceData(sequence());
     work();
 }
 
@@ -115,7 +133,7 @@ Picture EngineDriver::render(const FrameInputs& request) {
     const Picture& input = request.input;
     const RequiredFrameLock lock(m_Engine);
     StageSpan span(Stage::PreRender, &m_OnStage);
-    m_Engine.setSequenceData(m_Sequence);
+    m_Engine.setSequenceData(sequence());
     m_Engine.setCompositionSize(input.width, input.height, 1);
     setValues(request);
     unsigned width = input.width, height = input.height;

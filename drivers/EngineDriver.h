@@ -23,7 +23,9 @@ class EngineDriver final : public FrameRenderer {
 public:
     // Sets up the engine, which runs the effect's script. Throws EffectFailure when there is no OpenGL or
     // when config.xml is not well-formed. `source` must outlive the driver.
-    explicit EngineDriver(const EffectSource& source);
+    // `transform` as in EffectSource::Select.
+    explicit EngineDriver(const EffectSource& source,
+                          const EffectSource::ScriptTransform& transform = nullptr);
     ~EngineDriver() override;
     EngineDriver(const EngineDriver&) = delete;
     EngineDriver& operator=(const EngineDriver&) = delete;
@@ -32,6 +34,12 @@ public:
     Picture render(const FrameInputs& request) override;
 
     EffectInfo info();
+    // Adds an instance of the effect. It becomes the current one, to which all other calls refer.
+    void addInstance();
+    // Makes an instance the current one; 0 is the one that the constructor makes.
+    void selectInstance(std::size_t index) { m_Current = index; }
+    // Runs the script again, as hosts do when the user asks for it. All instances are made anew.
+    void restart();
     // Runs updateUIFlags. After that, parameters() returns which ones are disabled.
     void updateUI();
     // Runs `work` with the frame lock held and the engine's GL context current.
@@ -42,12 +50,14 @@ public:
     std::string shaderErrors();
 
 private:
+    void* sequence() const { return m_Sequences[m_Current]; }
     void setValues(const FrameInputs& request);
     Picture result(unsigned width, unsigned height, unsigned depth, StageSpan& span);
 
     IPlugin& m_Engine;
     StageListener m_OnStage;
-    void* m_Sequence = nullptr;
+    std::vector<void*> m_Sequences; // one for each instance
+    std::size_t m_Current = 0;
 };
 
 } // namespace fxhost

@@ -91,14 +91,16 @@ PF_RationalScale Ratio(double value) {
 
 } // namespace
 
-HostDriver::HostDriver(const HostSettings& settings, const EffectSource* source) : m_Settings(settings) {
+HostDriver::HostDriver(const HostSettings& settings, const EffectSource* source,
+                       const EffectSource::ScriptTransform& transform)
+    : m_Settings(settings) {
     stricthost::Options options;
     options.personality = settings.personality;
     options.currentContext = CurrentContext;
     options.quirks = settings.quirks;
     options.allowParamGap = true; // an effect may declare a type that hosts do not know
     if (source) {
-        source->Select();
+        source->Select(transform);
         s_Entry = EntryPointFunc;
         options.pluginPath = source->BundlePath();
     } else {

@@ -26,7 +26,9 @@ public:
     // Sets up the plug-in, which runs the effect's script. `source` is null for a bundle; otherwise it must
     // outlive the driver. Throws WrongUse when a bundle cannot be loaded, and EffectFailure when a setup
     // command fails.
-    HostDriver(const HostSettings& settings, const EffectSource* source);
+    // `transform` as in EffectSource::Select.
+    HostDriver(const HostSettings& settings, const EffectSource* source,
+               const EffectSource::ScriptTransform& transform = nullptr);
     ~HostDriver() override;
     HostDriver(const HostDriver&) = delete;
     HostDriver& operator=(const HostDriver&) = delete;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "packaging/LanguageHints.h"
 #include "packaging/ScriptScan.h"
 
 namespace fxhost {
@@ -16,7 +17,8 @@ std::vector<std::string> StackLines(const ScriptError& error) {
     std::istringstream stack(error.stack);
     for (std::string line; std::getline(stack, line);) {
         line.erase(0, line.find_first_not_of(" \t"));
-        if (line.starts_with("at ") && !line.ends_with(" internal") && !line.starts_with("at eval "))
+        if (line.starts_with("at ") && !line.ends_with(" internal") && !line.starts_with("at eval ") &&
+            !line.ends_with("(input:1)")) // code that a tool has added
             lines.push_back(line);
     }
     return lines;
@@ -71,6 +73,7 @@ void ScriptErrorCollector::onError(const ScriptError& error) {
                      StackLines(error)};
     if (!collector.explainUndefined(found, error.evaluated) && !isSetup)
         found.notes.push_back("in the engine's call of " + error.evaluated);
+    AddScriptHints(found, collector.m_Source.ReadText("fx.js").value_or(""));
     if (std::find(collector.m_All.begin(), collector.m_All.end(), found) == collector.m_All.end())
         collector.m_All.push_back(std::move(found));
 }

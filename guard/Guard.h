@@ -12,14 +12,17 @@ struct GuardLimits {
     // Bytes of private memory that the work may use; 0 means three quarters of the machine's memory.
     std::uint64_t memoryBytes = 0;
     // False runs the work in the calling process, with a watchdog thread in place of the parent. A hang still
-    // ends the process with ExitRanAway, but nobody reports a crash, and memory is only measured, not limited.
-    // For debuggers and sanitizers, which cannot follow a fork.
+    // ends the process with ExitRanAway, but nobody reports a crash, and memory is only measured, not
+    // limited. For debuggers and sanitizers, which cannot follow a fork.
     bool fork = true;
+    // True to print no messages about limits and crashes.
+    bool isSilent = false;
 };
 
-// Runs `work` in a child process, unless limits.fork is false, and returns its exit status. WrongUse and EffectFailure become a message and
-// their exit status. When the child exceeds a limit or crashes, the message names `effect`, the frame and the
-// stage, and the result is ExitRanAway. The stages are those that StageSpan reports.
+// Runs `work` in a child process, unless limits.fork is false, and returns its exit status. WrongUse and
+// EffectFailure become a message and their exit status. When the child exceeds a limit or crashes, the
+// message names `effect`, the frame and the stage, and the result is ExitRanAway. The stages are those that
+// StageSpan reports.
 //
 // The first SIGINT, SIGTERM or SIGHUP is passed on to the child as SIGTERM, the second one as SIGKILL. The
 // child dies with its parent. When a limit is exceeded, frames that are already rendered are written first,

@@ -35,6 +35,10 @@ void ReportFrame(long frame) {
     CurrentStatus().frame = frame;
 }
 
+long ReportedFrame() {
+    return CurrentStatus().frame;
+}
+
 void ReportWritten(long written, long total, bool resumable) {
     SharedStatus& status = CurrentStatus();
     status.written = written;

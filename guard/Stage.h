@@ -48,6 +48,9 @@ private:
 // Sets the frame number that messages about the following spans name.
 void ReportFrame(long frame);
 
+// The number that ReportFrame set last; -1 before the first call.
+long ReportedFrame();
+
 // Sets how many of how many frames survive if the process dies now, and whether --resume can continue after
 // them. The watchdog prints this when a run ends badly.
 void ReportWritten(long written, long total, bool resumable);

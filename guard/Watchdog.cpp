@@ -99,6 +99,8 @@ std::string Watchdog::position() const {
 }
 
 void Watchdog::report(const std::string& problem) const {
+    if (m_Limits.isSilent)
+        return;
     std::fprintf(stderr, "fxhost: %s: %s: %s\n", m_Effect.c_str(), position().c_str(), problem.c_str());
 }
 

@@ -24,6 +24,7 @@ struct Selected {
     fs::path folder;
     Bytes package;
     std::vector<std::string> missing;
+    EffectSource::ScriptTransform transform; // of the script of a folder
 };
 Selected s_Selected;
 
@@ -39,6 +40,14 @@ std::wstring PathInFolder(const std::wstring& name) {
         std::find(missing.begin(), missing.end(), file) == missing.end())
         missing.push_back(file);
     return Utils::ToWide(path.string());
+}
+
+// Reads a file of a folder as the engine would, and transforms the script.
+std::string TransformedText(const std::wstring& name) {
+    Utils::ReadWholeTextFileCallback = nullptr;
+    const std::string text = Utils::ReadWholeTextFile(name);
+    Utils::ReadWholeTextFileCallback = TransformedText;
+    return name == L"fx.js" ? s_Selected.transform(text) : text;
 }
 
 // Returns the package to the reader that opens it; that reader then returns all files.
@@ -114,12 +123,23 @@ bool EffectSource::Has(const std::string& name) const {
     return ReadText(name).has_value();
 }
 
-void EffectSource::Select() const {
-    s_Selected = {fs::absolute(m_Path), m_Scrambled, {}};
-    if (m_IsPackage)
-        Utils::ReadWholeFileCallback = PackageBytes;
-    else
+// The reader of packages replaces the callback for texts, so a package with another script is made.
+void EffectSource::Select(const ScriptTransform& transform) const {
+    s_Selected = {fs::absolute(m_Path), m_Scrambled, {}, transform};
+    if (!m_IsPackage) {
         Utils::ProcessPath = PathInFolder;
+        Utils::ReadWholeTextFileCallback = transform ? TransformedText : nullptr;
+        return;
+    }
+    Utils::ReadWholeFileCallback = PackageBytes;
+    FileMap files = m_Files;
+    for (auto& [name, bytes] : files)
+        if (transform && FoldCase(name) == "fx.js") {
+            const std::string script = transform(std::string(bytes.begin(), bytes.end()));
+            bytes.assign(script.begin(), script.end());
+        }
+    if (transform)
+        s_Selected.package = ToPackage(files);
 }
 
 std::vector<std::string> EffectSource::MissingFiles() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,9 +27,12 @@ public:
     std::optional<std::string> ReadText(const std::string& name) const;
     bool Has(const std::string& name) const;
 
+    using ScriptTransform = std::function<std::string(const std::string& script)>;
+
     // Makes the engine read its files from this effect. Call it before the engine is set up, and for one
     // effect per process only, because the engine keeps a package open.
-    void Select() const;
+    // `transform`, unless null, changes the text of fx.js that the engine receives.
+    void Select(const ScriptTransform& transform = nullptr) const;
 
     // Files that the engine tried to read since Select and that do not exist in the folder, in order of the
     // first attempt. Always empty for packages.

@@ -1,7 +1,8 @@
 #include "packaging/ScriptScan.h"
 
-#include <algorithm>
 #include <regex>
+
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
@@ -20,11 +21,6 @@ const std::regex& CallPattern() {
         R"re((?:SV_|S\.V\.)(initShader|initTexture)\s*\(\s*(["'])([^"'\\\n]*)\2\s*([),]))re",
         std::regex::optimize);
     return pattern;
-}
-
-int LineAt(const std::string& text, std::size_t at) {
-    return static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n')) +
-           1;
 }
 
 std::vector<Call> Calls(const std::string& script) {
@@ -68,6 +64,15 @@ std::string WithoutComments(const std::string& script) {
             }
         }
     }
+    return text;
+}
+
+std::string WithoutStrings(const std::string& script) {
+    static const std::regex literal(R"re("(?:[^"\\\n]|\\.)*"|'(?:[^'\\\n]|\\.)*')re", std::regex::optimize);
+    std::string text = script;
+    for (std::sregex_iterator at(script.begin(), script.end(), literal), end; at != end; ++at)
+        for (std::ptrdiff_t i = 1; i + 1 < at->length(); ++i)
+            text[static_cast<std::size_t>(at->position() + i)] = ' ';
     return text;
 }
 

@@ -27,6 +27,9 @@ int LineOfWord(const std::string& script, const std::string& word);
 // True when a string literal equals the name of a uniform, except where the script declares a parameter.
 bool NamesUniform(const std::string& script, const std::string& name);
 
+// Replaces the characters inside string literals by blanks, in a script without comments.
+std::string WithoutStrings(const std::string& script);
+
 // Replaces comments by blanks, keeping line breaks and strings.
 std::string WithoutComments(const std::string& script);
 

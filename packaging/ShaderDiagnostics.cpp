@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string_view>
 
+#include "packaging/LanguageHints.h"
 #include "packaging/ShaderLog.h"
 
 namespace fxhost {
@@ -49,13 +50,20 @@ int AuthorLine(const LogMessage& message, const ShaderOrigin& origin) {
     return line;
 }
 
+// Moves a diagnostic about a text in the script to the line of its call.
+void MoveToScript(Diagnostic& found, const ShaderOrigin& origin, const std::string& shader) {
+    const std::string line = found.line ? ", line " + std::to_string(found.line) : "";
+    found.text = "shader \"" + shader + "\"" + line + ": " + found.text;
+    found.line = origin.scriptLine;
+}
+
 Diagnostic Finding(const LogMessage& message, const ShaderOrigin& origin, const std::string& shader) {
-    const int line = AuthorLine(message, origin);
-    const std::string text = WithoutRewriting(message.text);
-    if (!origin.inScript)
-        return {origin.file, line, message.severity, text, {}};
-    const std::string place = "shader \"" + shader + "\"" + (line ? ", line " + std::to_string(line) : "");
-    return {origin.file, origin.scriptLine, message.severity, place + ": " + text, {}};
+    Diagnostic found{
+        origin.file, AuthorLine(message, origin), message.severity, WithoutRewriting(message.text), {}};
+    AddShaderHints(found, origin.source);
+    if (origin.inScript)
+        MoveToScript(found, origin, shader);
+    return found;
 }
 
 // The driver's log without the headline that names the step.

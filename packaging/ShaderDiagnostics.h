@@ -16,6 +16,7 @@ struct ShaderOrigin {
     int linesInFront = 0;  // number of lines that the engine's rewriting inserts before it
     bool inScript = false; // the text is a string in the script `file`; the call is on `scriptLine`
     int scriptLine = 0;
+    std::string source; // the author's text, for hints; may be empty
 };
 using ShaderLookup = std::function<ShaderOrigin(const std::string& name)>;
 

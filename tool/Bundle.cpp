@@ -12,6 +12,7 @@
 #include "packaging/TargetSystem.h"
 #include "stricthost/StrictHost.h"
 #include "tool/Commands.h"
+#include "tool/GuardedCheck.h"
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 
@@ -87,6 +88,7 @@ void AddPropertyList(const BundleOptions& options, const WrittenBundle& bundle) 
 }
 
 int MakeBundle(const BundleOptions& options) {
+    RequireShippable(options.parts.effect, "bundled", options.parts.replace);
     const WrittenBundle bundle = WriteBundle(options.parts);
     if (options.pipl || FindTargetSystem(options.parts.target).needsPropertyList)
         AddPropertyList(options, bundle);
@@ -110,7 +112,8 @@ Command AddBundle(CLI::App& tool) {
         ->type_name("FILE");
     app->add_option("--target", parts.target, "System that will load the bundle; this one by default")
         ->type_name("macos|linux");
-    app->add_flag("--force", parts.replace, "Replace an existing bundle");
+    app->add_flag("--force", parts.replace,
+                  "Replace an existing bundle, and bundle an effect in which `fxhost check` finds errors");
     app->add_flag(
         "--pipl", options->pipl,
         "Add the property list (PiPL) that bundles for macOS always get; this starts the module once");

@@ -33,7 +33,8 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
     command.add_flag("-n", options.keepExisting, "Do not replace existing output files; end with an error")
         ->excludes(replace)
         ->group("Clips");
-    command.add_flag("--quiet", options.quiet, "Do not print progress")->group("Clips");
+    command.add_flag("--quiet", options.quiet,
+                     "Print errors only: no warnings, no printed text, no progress");
 }
 
 } // namespace fxhost

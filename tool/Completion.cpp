@@ -1,50 +1,153 @@
 #include "tool/Completion.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <sstream>
+#include <filesystem>
+#include <memory>
 
+#include "parameters/ParameterTraits.h"
 #include "tool/Commands.h"
+#include "tool/EngineSession.h"
 #include "tool/Subcommands.h"
 #include "toolkit/Errors.h"
+#include "toolkit/ParameterValues.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
 namespace {
 
-// All option names of a command, such as "-i --input".
-std::string Words(const CLI::App& command) {
-    std::string words;
+using Words = std::vector<std::string>;
+
+// TOOL stands for the path of the tool.
+constexpr char s_Bash[] = R"sh(_fxhost() {
+    local IFS=$'\n' word=${COMP_WORDS[COMP_CWORD]}
+    COMPREPLY=($(compgen -W "$('TOOL' __complete "${COMP_WORDS[@]:1:$COMP_CWORD}" 2>/dev/null)" -- "$word"))
+}
+complete -o default -F _fxhost fxhost ./fxhost
+)sh";
+constexpr char s_Zsh[] = R"sh(#compdef fxhost
+_fxhost() {
+    local -a suggestions
+    suggestions=("${(@f)$('TOOL' __complete "${(@)words[2,CURRENT]}" 2>/dev/null)}")
+    if [[ -n "$suggestions" ]]; then compadd -a suggestions; else _files; fi
+}
+compdef _fxhost fxhost
+)sh";
+constexpr char s_Fish[] = R"sh(function __fxhost_suggestions
+    set -l words (commandline -opc) (commandline -ct)
+    'TOOL' __complete $words[2..-1] 2>/dev/null
+end
+complete -c fxhost -a '(__fxhost_suggestions)'
+)sh";
+
+Words OptionNames(const CLI::App& command) {
+    Words names;
     for (const CLI::Option* option : command.get_options()) {
         for (const auto& name : option->get_snames())
-            words += "-" + name + " ";
+            names.push_back("-" + name);
         for (const auto& name : option->get_lnames())
-            words += "--" + name + " ";
+            names.push_back("--" + name);
     }
-    return words.substr(0, words.find_last_not_of(' ') + 1);
+    return names;
+}
+
+// The parser appends the permitted values to the type: "BITS:{8,16,32}". Of pairs, as in "{ae->0}", the key
+// counts.
+Words PermittedValues(const CLI::Option& option) {
+    const std::string type = option.get_type_name();
+    const auto open = type.find('{'), close = type.find('}');
+    if (open == std::string::npos || close == std::string::npos)
+        return {};
+    Words values = Split(type.substr(open + 1, close - open - 1), ',');
+    for (std::string& value : values)
+        value = value.substr(0, value.find("->"));
+    return values;
+}
+
+// The parameters of the effect among the words; empty when there is none.
+std::vector<Parameter> ParametersOf(const Words& words) {
+    for (const std::string& word : words)
+        if (std::filesystem::exists(std::filesystem::path(word) / "fx.js") || word.ends_with(".dat"))
+            return EngineSession(word).driver().parameters();
+    return {};
+}
+
+Words ValuesOf(const Parameter& parameter) {
+    const ParameterTraits& traits = TraitsOf(parameter.type);
+    return traits.hasChoices()                 ? Choices(parameter)
+           : parameter.type == Parameter::BOOL ? Words{"on", "off"}
+                                               : Words();
+}
+
+// "NAME=" for every parameter with a control, or "NAME=VALUE" once the name is there.
+Words Assignments(const Words& words) {
+    const std::string& typed = words.back();
+    Words assignments;
+    for (const Parameter& parameter : ParametersOf(words)) {
+        if (!TraitsOf(parameter.type).hasControl() ||
+            TraitsOf(parameter.type).content == ParameterTraits::Content::None)
+            continue;
+        if (!typed.starts_with(parameter.name + "="))
+            assignments.push_back(parameter.name + "=");
+        else
+            for (const std::string& value : ValuesOf(parameter))
+                assignments.push_back(parameter.name + "=" + value);
+    }
+    return assignments;
+}
+
+bool TakesParameter(const CLI::Option& option) {
+    return option.check_lname("param") || option.check_lname("vary");
+}
+
+Words All(const CLI::App& tool, const Words& words) {
+    Words names;
+    if (words.size() < 2) {
+        for (const CLI::App* command : Subcommands(tool))
+            names.push_back(command->get_name());
+        const Words options = OptionNames(tool);
+        names.insert(names.end(), options.begin(), options.end());
+        return names;
+    }
+    for (const CLI::App* command : Subcommands(tool)) {
+        if (command->get_name() != words.front())
+            continue;
+        const CLI::Option* const option = command->get_option_no_throw(words[words.size() - 2]);
+        if (option && words[words.size() - 2].starts_with('-') && option->get_type_size() > 0)
+            return TakesParameter(*option) ? Assignments(words) : PermittedValues(*option);
+        if (words.back().starts_with('-'))
+            return OptionNames(*command);
+    }
+    return {};
 }
 
 } // namespace
 
-std::string BashCompletion(const CLI::App& tool) {
-    std::ostringstream out;
-    out << "_fxhost() {\n    local word=${COMP_WORDS[COMP_CWORD]} words=\n    case ${COMP_WORDS[1]} in\n";
-    std::string names;
-    for (const CLI::App* command : Subcommands(tool)) {
-        names += command->get_name() + " ";
-        out << "    " << command->get_name() << ") words='" << Words(*command) << "' ;;\n";
-    }
-    out << "    esac\n    [ \"$COMP_CWORD\" -eq 1 ] && words='" << names << Words(tool) << "'\n"
-        << "    [[ $COMP_CWORD -eq 1 || $word == -* ]] && COMPREPLY=($(compgen -W \"$words\" -- "
-           "\"$word\"))\n}\n"
-        << "complete -o default -F _fxhost fxhost ./fxhost\n";
-    return out.str();
+std::string CompletionScript(const std::string& shell, const std::string& path) {
+    std::string script = shell == "zsh" ? s_Zsh : shell == "fish" ? s_Fish : s_Bash;
+    const std::string mark = "TOOL";
+    return script.replace(script.find(mark), mark.size(), path);
+}
+
+std::vector<std::string> Suggestions(const CLI::App& tool, const std::vector<std::string>& words) {
+    Words suggestions = words.empty() ? Words() : All(tool, words);
+    std::erase_if(suggestions, [&](const std::string& name) { return !name.starts_with(words.back()); });
+    return suggestions;
 }
 
 Command AddCompletion(CLI::App& tool) {
-    CLI::App* app = tool.add_subcommand("completion", "Print the completion script for bash");
-    app->footer("Example:\n  source <(fxhost completion)");
-    return {app, [&tool] {
-                std::fputs(BashCompletion(tool).c_str(), stdout);
+    const auto shell = std::make_shared<std::string>("bash");
+    CLI::App* app = tool.add_subcommand("completion", "Print the completion script for a shell");
+    app->add_option("SHELL", *shell, "bash, zsh or fish")
+        ->check(CLI::IsMember({"bash", "zsh", "fish"}))
+        ->capture_default_str();
+    app->footer("Examples:\n  source <(fxhost completion)\n  fxhost completion zsh > ~/.zfunc/_fxhost\n"
+                "  fxhost completion fish | source");
+    return {app, [shell] {
+                std::error_code error;
+                const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
+                std::fputs(CompletionScript(*shell, error ? "fxhost" : path.string()).c_str(), stdout);
                 return ExitOk;
             }};
 }

@@ -1,5 +1,6 @@
 #include "tool/EffectReporter.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "drivers/EffectDiagnostics.h"
@@ -7,8 +8,8 @@
 
 namespace fxhost {
 
-EffectReporter::EffectReporter(const std::string& effect)
-    : m_Source(EffectSource::Open(effect)), m_ScriptErrors(m_Source) {}
+EffectReporter::EffectReporter(const std::string& effect, const ReportOptions& options)
+    : m_Options(options), m_Source(EffectSource::Open(effect)), m_ScriptErrors(m_Source) {}
 
 void EffectReporter::reportScript() {
     print(m_ScriptErrors.take());
@@ -21,16 +22,26 @@ bool EffectReporter::reportFrame() {
     return hasNewErrors || m_ScriptErrors.hasSetupFailed() || !GetPlugin()->getErrorText().empty();
 }
 
+bool EffectReporter::hasErrors() const {
+    return m_HasErrors || m_ScriptErrors.count() != m_CountedErrors || !GetPlugin()->getErrorText().empty();
+}
+
 void EffectReporter::reportAll() {
     reportScript();
     print(ShaderFindings(GetPlugin()->getErrorText(), m_Source));
     print(MissingFileFindings(m_Source));
 }
 
-void EffectReporter::print(const std::vector<Diagnostic>& findings) {
-    for (const Diagnostic& finding : findings) {
-        std::fprintf(stderr, "%s\n", ToText(finding).c_str());
-        m_Failed |= finding.severity == Severity::Error;
+void EffectReporter::print(const std::vector<Diagnostic>& diagnostics) {
+    for (const Diagnostic& diagnostic : diagnostics) {
+        if (std::find(m_Printed.begin(), m_Printed.end(), diagnostic) != m_Printed.end())
+            continue;
+        m_Printed.push_back(diagnostic);
+        const bool isError = diagnostic.severity == Severity::Error;
+        m_HasErrors |= isError;
+        m_Failed |= isError || m_Options.strict;
+        if (isError || !m_Options.quiet)
+            std::fprintf(stderr, "%s\n", ToText(diagnostic).c_str());
     }
 }
 

@@ -86,7 +86,8 @@ FrameInputs MakeFrameInputs(const FrameOptions& options, Picture input,
     request.input = std::move(input);
     request.time = options.time;
     for (const auto& text : options.parameters)
-        request.settings.push_back(ParseSetting(text, parameters));
+        request.settings.push_back(ParseSetting(
+            PercentToPixels(text, parameters, request.input.width, request.input.height), parameters));
     request.layers = ReadLayers(options.layers, parameters, request.input.depth, options.alpha);
     return request;
 }

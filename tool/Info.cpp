@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "parameters/ParameterTraits.h"
 #include "tool/Commands.h"
@@ -34,13 +35,26 @@ Json DefaultOf(const Parameter& parameter) {
     return numbers.size() == 1 ? Json(numbers[0]) : Json(numbers);
 }
 
+// The scale flags that the script has set, by their names in SV_ParamFlags.
+Json FlagNames(const Parameter& parameter) {
+    constexpr std::pair<Parameter::Flag, const char*> flags[] = {{Parameter::ScaleByWidth, "ScaleByWidth"},
+                                                                 {Parameter::ScaleByHeight, "ScaleByHeight"},
+                                                                 {Parameter::RemoveScale, "RemoveScale"}};
+    Json names = Json::array();
+    for (const auto& [flag, name] : flags)
+        if (parameter.flags & flag)
+            names.push_back(name);
+    return names;
+}
+
 Json Describe(const Parameter& parameter) {
     Json described = {{"name", parameter.name},
                       {"label", parameter.label},
                       {"type", TraitsOf(parameter.type).name},
                       {"shown", !(parameter.flags & Parameter::NotPublished)},
                       {"enabled", !(parameter.flags & Parameter::Disabled)},
-                      {"default", DefaultOf(parameter)}};
+                      {"default", DefaultOf(parameter)},
+                      {"flags", FlagNames(parameter)}};
     if (parameter.type == Parameter::FLOAT) {
         described["min"] = parameter.min.Float(0);
         described["max"] = parameter.max.Float(0);

@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -7,8 +8,10 @@
 #include "clips/ProtectedFiles.h"
 #include "tool/ClipFlags.h"
 #include "tool/Commands.h"
+#include "tool/FileWatch.h"
 #include "tool/FrameOptions.h"
 #include "tool/GuardOptions.h"
+#include "tool/GuardedCheck.h"
 #include "tool/HostOptions.h"
 #include "tool/HostSession.h"
 #include "toolkit/ContentDigest.h"
@@ -26,10 +29,33 @@ struct RenderOptions {
     ClipOptions clip;
     HostOptions host;
     GuardLimits limits;
+    ReportOptions report; // quiet comes from `clip`
+    bool watch = false;
 };
 
-HostSession OpenSession(const RenderOptions& options) {
-    return HostSession(ToHostSettings(options.host, options.frame.effect), options.frame.effect);
+std::unique_ptr<HostSession> OpenSession(const RenderOptions& options) {
+    return std::make_unique<HostSession>(ToHostSettings(options.host, options.frame.effect),
+                                         options.frame.effect, options.report);
+}
+
+std::vector<std::string> SettingsInPixels(const RenderOptions& options,
+                                          const std::vector<Parameter>& parameters, unsigned width,
+                                          unsigned height) {
+    std::vector<std::string> settings = options.frame.parameters;
+    for (std::string& text : settings)
+        text = PercentToPixels(text, parameters, width, height);
+    return settings;
+}
+
+// Tells the user when the file format holds fewer bits than --depth asks for.
+void WarnOfReducedDepth(const RenderOptions& options) {
+    const unsigned wanted = options.frame.depth.value_or(8), held = LargestDepth(options.output);
+    if (held < wanted && !options.report.quiet)
+        std::fprintf(
+            stderr,
+            "fxhost: %s: this format holds %u bits per channel, so the frame is rendered at %u and rounded; "
+            ".exr and .tif hold 32\n",
+            options.output.c_str(), held, wanted);
 }
 
 // The files that are read besides the input.
@@ -53,25 +79,28 @@ void RequireReplaceable(const RenderOptions& options) {
 int RenderPicture(const RenderOptions& options) {
     RequireWritable(options.output);
     RequireReplaceable(options);
+    WarnOfReducedDepth(options);
     Picture input = InputLayer(options.frame);
-    HostSession session = OpenSession(options);
-    const auto parameters = session.driver().parameters();
+    const auto session = OpenSession(options);
+    const auto parameters = session->parameters();
     const FrameRate rate = options.clip.fps.empty() ? FrameRate{} : FrameRate::Parse(options.clip.fps);
     FrameInputs request;
     request.settings =
-        ReadAnimation(options.clip.keys, options.frame.parameters, parameters, rate).at(options.frame.time);
+        ReadAnimation(options.clip.keys, SettingsInPixels(options, parameters, input.width, input.height),
+                      parameters, rate)
+            .at(options.frame.time);
     request.layers = ReadLayers(options.frame.layers, parameters, input.depth, options.frame.alpha);
     request.input = std::move(input);
     request.time = options.frame.time;
 
-    const Picture picture = session.driver().render(request);
-    if (session.reportFrame()) {
+    const Picture picture = session->render(request);
+    if (session->reportFrame()) {
         KeepFailedPicture(options.output, picture);
     } else {
         WritePicture(options.output, picture, options.alphaOut.value_or(options.frame.alpha));
         RemoveFailedPicture(options.output);
     }
-    return session.finish();
+    return session->finish();
 }
 
 // Everything that affects the pixels of all frames: the effect, the host and the tool. A frame of an earlier
@@ -105,22 +134,34 @@ int RenderClip(const RenderOptions& options) {
     request.otherInputs = OtherInputs(options);
     Clip clip(options.clip, request);
 
-    HostSession session = OpenSession(options);
-    const auto parameters = session.driver().parameters();
+    const auto session = OpenSession(options);
+    const auto parameters = session->parameters();
     const Animation animation =
-        ReadAnimation(options.clip.keys, options.frame.parameters, parameters, clip.rate());
+        ReadAnimation(options.clip.keys, SettingsInPixels(options, parameters, clip.width(), clip.height()),
+                      parameters, clip.rate());
     const auto layers = ReadLayers(options.frame.layers, parameters, clip.depth(), options.frame.alpha);
-    const int status = clip.run(session.driver(), animation, layers, [&] { return session.reportFrame(); });
-    const int effectStatus = session.finish();
+    const int status = clip.run(*session, animation, layers, [&] { return session->reportFrame(); });
+    const int effectStatus = session->finish();
     return status == ExitOk ? effectStatus : status;
 }
 
-int Render(const RenderOptions& options) {
-    RequireOneInput(options.frame);
+int RenderOnce(const RenderOptions& options) {
     const bool isClip = IsClip(options.clip, options.frame.input, options.output);
     const std::string& shown = options.host.plugin.empty() ? options.frame.effect : options.host.plugin;
-    return RunGuarded(options.limits, shown,
-                      [&] { return isClip ? RenderClip(options) : RenderPicture(options); });
+    const int status = RunGuarded(options.limits, shown,
+                                  [&] { return isClip ? RenderClip(options) : RenderPicture(options); });
+    if (status == ExitRanAway)
+        for (const Diagnostic& found : FindHang(options.limits, shown))
+            std::fprintf(stderr, "%s\n", ToText(found).c_str());
+    return status;
+}
+
+int Render(RenderOptions options) {
+    RequireOneInput(options.frame);
+    options.report.quiet = options.clip.quiet;
+    if (!options.watch)
+        return RenderOnce(options);
+    return RunOnChange({options.frame.effect, options.frame.input}, [&] { return RenderOnce(options); });
 }
 
 } // namespace
@@ -143,14 +184,18 @@ Command AddRender(CLI::App& tool) {
         ->type_name("auto|straight|premultiplied");
     AddClipOptions(*app, options->clip);
     AddHostOptions(*app, options->host);
+    app->add_flag("--strict", options->report.strict, "Treat warnings as errors");
+    app->add_flag("--watch", options->watch,
+                  "Render again whenever a file of the effect, or the input, changes");
     AddGuardOptions(*app, options->limits);
-    app->footer("Values: a number; x,y or x,y,z in pixels; red,green,blue[,alpha] from 0 to 1; on or off;\n"
-                "a pop-up's number from 1 or its entry's text.\n\n"
-                "Examples:\n"
-                "  fxhost render effects/blur -i samples/photo.png -o out.png --param Radius=12\n"
-                "  fxhost render effects/plasma --size 1280x720 --time 2.5 -o out.exr --depth 32\n"
-                "  fxhost render effects/blur -i clip.mp4 -o out.mp4 --param \"Radius=0:0, 1s:12\"\n"
-                "  fxhost render effects/blur -i in_%04d.exr --frames 1-240 -o out_####.exr --resume");
+    app->footer(
+        "Values: a number; x,y or x,y,z in pixels; x%,y% of the layer; red,green,blue[,alpha] from 0 to 1;\n"
+        "#rrggbb; on or off; a pop-up's number from 1 or its entry's text.\n\n"
+        "Examples:\n"
+        "  fxhost render effects/blur -i samples/photo.png -o out.png --param Radius=12\n"
+        "  fxhost render effects/plasma --size 1280x720 --time 2.5 -o out.exr --depth 32\n"
+        "  fxhost render effects/blur -i clip.mp4 -o out.mp4 --param \"Radius=0:0, 1s:12\"\n"
+        "  fxhost render effects/blur -i in_%04d.exr --frames 1-240 -o out_####.exr --resume");
     return {app, [options] { return Render(*options); }};
 }
 

@@ -57,12 +57,12 @@ int Sheet(const SheetOptions& options) {
         throw WrongUse("--vary: at most two parameters can vary on a sheet");
     Picture input = InputLayer(options.frame);
     HostSession session(ToHostSettings(options.host, options.frame.effect), options.frame.effect);
-    const auto parameters = session.driver().parameters();
+    const auto parameters = session.parameters();
     std::vector<Variation> variations;
     for (const auto& text : options.variations)
         variations.push_back(ParseVariation(text, parameters));
     const FrameInputs base = MakeFrameInputs(options.frame, std::move(input), parameters);
-    const auto cells = RenderCells(session.driver(), base, variations);
+    const auto cells = RenderCells(session, base, variations);
     WritePicture(
         options.output,
         MakeContactSheet(cells, static_cast<unsigned>(variations.front().texts.size()), options.cell));

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 #include <iterator>
+#include <optional>
+#include <regex>
 
 #include "parameters/ParameterTraits.h"
 #include "toolkit/Errors.h"
@@ -25,8 +27,9 @@ struct ValueSyntax {
 constexpr ValueSyntax s_Syntaxes[] = {
     {Control::Slider, 1, 1, "one number"},
     {Control::Point3D, 3, 3, "three numbers: x,y,z"},
-    {Control::Color, 3, 4, "three or four numbers from 0 to 1: red,green,blue or red,green,blue,alpha"},
-    {Control::Point2D, 2, 2, "two numbers in pixels: x,y"},
+    {Control::Color, 3, 4,
+     "#rrggbb, or three or four numbers from 0 to 1: red,green,blue or red,green,blue,alpha"},
+    {Control::Point2D, 2, 2, "two numbers in pixels, x,y, or percent of the layer, x%,y%"},
     {Control::CheckBox, 0, 0, "on or off"},
     {Control::Angle, 1, 1, "one number, in degrees"},
 };
@@ -46,8 +49,11 @@ std::string ShownName(const Parameter& parameter) {
 }
 
 [[noreturn]] void Refuse(const Parameter& parameter, const std::string& text, const std::string& expected) {
+    const auto blank = Trimmed(text).find(' ');
+    const bool isKeyframe = blank != std::string::npos && text.find(':', blank) != std::string::npos;
     throw WrongUse("parameter " + Quoted(ShownName(parameter)) + " (" + TraitsOf(parameter.type).name +
-                   "): " + Quoted(text) + " given, " + expected + " expected");
+                   "): " + Quoted(text) + " given, " + expected + " expected" +
+                   (isKeyframe ? "; keyframes are separated by commas, such as 0:1, 1s:4" : ""));
 }
 
 std::string Text(double number) {
@@ -56,8 +62,24 @@ std::string Text(double number) {
     return text;
 }
 
+// "#rrggbb" or "#rrggbbaa"; nothing for other texts.
+std::optional<Parameter::Value> ParseHexColour(const std::string& text) {
+    const std::string digits = Trimmed(text);
+    const bool isHex =
+        digits.starts_with('#') && digits.find_first_not_of("0123456789abcdefABCDEF", 1) == std::string::npos;
+    if (!isHex || (digits.size() != 7 && digits.size() != 9))
+        return std::nullopt;
+    Parameter::Value value;
+    value.SetFloat(3, 1);
+    for (unsigned i = 0; 1 + 2 * i < digits.size(); ++i)
+        value.SetFloat(i, static_cast<float>(std::stoi(digits.substr(1 + 2 * i, 2), nullptr, 16)) / 255.0f);
+    return value;
+}
+
 Parameter::Value ParseNumbers(const std::string& text, const Parameter& parameter) {
     const ValueSyntax& row = SyntaxOf(parameter);
+    if (const auto colour = parameter.type == Parameter::COLOR ? ParseHexColour(text) : std::nullopt)
+        return *colour;
     const auto parts = Split(text, ',');
     if (parts.size() < row.atLeast || parts.size() > row.atMost)
         Refuse(parameter, text, row.shape);
@@ -144,6 +166,26 @@ ParameterSetting ParseSetting(const std::string& assignment, const std::vector<P
     const auto [name, text] = SplitAssignment("--param", assignment);
     const unsigned index = FindParameter("--param", name, parameters);
     return {index, ParseValue(text, parameters[index])};
+}
+
+std::string PercentToPixels(const std::string& assignment, const std::vector<Parameter>& parameters,
+                            unsigned width, unsigned height) {
+    static const std::regex percent(R"((-?[0-9.]+)%)");
+    const auto [name, text] = SplitAssignment("--param", assignment);
+    if (!TraitsOf(parameters[FindParameter("--param", name, parameters)].type).isArray())
+        return assignment;
+    std::string result = name + "=";
+    std::size_t done = 0;
+    for (std::sregex_iterator at(text.begin(), text.end(), percent), end; at != end; ++at) {
+        const auto begin = static_cast<std::size_t>(at->position());
+        const auto value = text.find_last_of(":;", begin);
+        const auto from = text.begin() + static_cast<std::ptrdiff_t>(value == std::string::npos ? 0 : value);
+        const auto component = std::count(from, text.begin() + at->position(), ',');
+        const double extent = component == 0 ? width : height;
+        result += text.substr(done, begin - done) + Text(ParseNumber(at->str(1)).value_or(0) * extent / 100);
+        done = begin + static_cast<std::size_t>(at->length());
+    }
+    return result + text.substr(done);
 }
 
 Parameter::Value ParseValue(const std::string& text, const Parameter& parameter) {

@@ -27,9 +27,15 @@ unsigned FindParameter(const std::string& option, const std::string& name,
                        const std::vector<Parameter>& parameters);
 
 // Parses "NAME=VALUE". VALUE is a number (sliders, within their range; angles in degrees), comma-separated
-// numbers (points in pixels, colours as red, green, blue and perhaps alpha, 1 being full), on or off, or for
-// a pop-up its number from 1 or the entry's text. Throws WrongUse with the form that was expected.
+// numbers (points in pixels, colours as red, green, blue and perhaps alpha, 1 being full), "#rrggbb" for a
+// colour, on or off, or for a pop-up its number from 1 or the entry's text. Throws WrongUse with the form
+// that was expected.
 ParameterSetting ParseSetting(const std::string& assignment, const std::vector<Parameter>& parameters);
+
+// Replaces percent of the layer ("50%,25%") by pixels in an assignment to a point, also in its keyframes.
+// `width` and `height` are those of the layer in pixels. Other assignments stay as they are.
+std::string PercentToPixels(const std::string& assignment, const std::vector<Parameter>& parameters,
+                            unsigned width, unsigned height);
 
 // Parses the text of a value for this parameter, in the same forms.
 Parameter::Value ParseValue(const std::string& text, const Parameter& parameter);

@@ -3,6 +3,7 @@
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <memory>
 
@@ -143,6 +144,22 @@ void WritePicture(const std::string& path, const Picture& picture, AlphaMode mod
     } catch (const std::exception& error) {
         throw EffectFailure(path, std::string("cannot be written: ") + error.what());
     }
+}
+
+unsigned LargestDepth(const std::string& path) {
+    struct Format {
+        const char* extension;
+        unsigned depth;
+    };
+    constexpr Format formats[] = {{".png", 16}, {".jpg", 8}, {".jpeg", 8}, {".bmp", 8},
+                                  {".tga", 8},  {".gif", 8}, {".ppm", 16}};
+    std::string extension = fs::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return std::tolower(c); });
+    for (const Format& format : formats)
+        if (extension == format.extension)
+            return format.depth;
+    return 32;
 }
 
 void RequireWritable(const std::string& path) {

@@ -20,6 +20,9 @@ Picture ReadPicture(const std::string& path, std::optional<unsigned> depth,
 // EffectFailure with the file and the reason.
 void WritePicture(const std::string& path, const Picture& picture, AlphaMode alpha = AlphaMode::Auto);
 
+// The most bits per channel that files with this name hold: 8, 16 or 32. 32 when the format is unknown.
+unsigned LargestDepth(const std::string& path);
+
 // Throws WrongUse when no picture can be written under this name: unknown extension, or missing folder.
 void RequireWritable(const std::string& path);
 

@@ -16,6 +16,16 @@ std::vector<std::string> Split(const std::string& text, char separator);
 // for any other text. The decimal point is "." in every locale.
 std::optional<double> ParseNumber(const std::string& text);
 
+// The line of a position in a text, from 1.
+int LineAt(const std::string& text, std::size_t position);
+
+// True when the text contains the word with no letter, digit or "_" beside it.
+bool ContainsWord(const std::string& text, const std::string& word);
+
+// The word that differs from `word` in the fewest letters (inserted, deleted, replaced or two swapped), if at
+// most a third of them differ; case is ignored. Empty when no word is that close.
+std::string ClosestWord(const std::string& word, const std::vector<std::string>& words);
+
 struct PixelSize {
     unsigned width = 0, height = 0;
 };

@@ -28,6 +28,7 @@ libcli11-dev          | cli11
 libfast-float-dev     | fast_float
 nlohmann-json3-dev    | nlohmann-json
 libopenimageio-dev    | openimageio
+glslang-dev           | glslang
 ffmpeg                | ffmpeg
 procps                | -
 python3               | -

@@ -2,8 +2,9 @@
 
 var map, across, down, fit, edges, soften; // parameters
 var shader;
-var FITS = [SV_GL.CLAMP_TO_EDGE, SV_GL.REPEAT];
-var EDGES = [SV_GL.CLAMP_TO_EDGE, SV_GL.REPEAT, SV_GL.MIRRORED_REPEAT, SV_GL.CLAMP_TO_BORDER];
+var GL_REPEAT = 0x2901; // OpenGL ignores SV_GL.REPEAT, which is another number
+var FITS = [SV_GL.CLAMP_TO_EDGE, GL_REPEAT];
+var EDGES = [SV_GL.CLAMP_TO_EDGE, GL_REPEAT, SV_GL.MIRRORED_REPEAT, SV_GL.CLAMP_TO_BORDER];
 
 function slider(name, label, value, low, high, flags) {
     var param = SV_initParam(name, SV_Type.FLOAT, label);

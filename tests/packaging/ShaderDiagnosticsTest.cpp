@@ -54,7 +54,12 @@ TEST(ShaderDiagnosticsTest, LineNumbersAreThoseOfTheAuthorsFile) {
                       "Shader \"mute\"\nProgram linking failed:\n\n";
     Texts texts;
     for (const Diagnostic& found : ShaderDiagnostics(log, [](const std::string& name) {
-             return ShaderOrigin{"fx/" + name + ".frag", name == "lost", 10, 2};
+             ShaderOrigin origin;
+             origin.file = "fx/" + name + ".frag";
+             origin.missing = name == "lost";
+             origin.lines = 10;
+             origin.linesInFront = 2;
+             return origin;
          }))
         texts.push_back(ToText(found));
     EXPECT_THAT(texts,

@@ -18,23 +18,77 @@ TEST(CheckGLTest, EveryMistakeIsReportedOnItsLine) {
         const char* text;
     } rows[] = {
         {"syntax", 1, {"fx.js:4:error"}, "SyntaxError"},
-        {"throws", 1, {"fx.js:13:error", "fx.js:5:error", "fx.js:17:error"}, "at preRender (fx.js:9)"},
+        {"throws",
+         1,
+         {"fx.js:13:error", "fx.js:5:error", "fx.js:17:error", "fx.js:16:warning"},
+         "at preRender (fx.js:9)"},
         {"no-setup", 1, {"fx.js:0:error"}, "no function setup()"},
-        {"no-draw", 1, {"fx.js:0:error"}, "no function draw()"},
-        {"mentions-prerender", 1, {"fx.js:1:error"}, "mentioned but not defined"},
+        {"no-draw", 1, {"fx.js:0:error", "fx.js:0:warning"}, "no function draw()"},
+        {"mentions-prerender", 1, {"fx.js:1:error", "fx.js:5:warning"}, "mentioned but not defined"},
         {"shader-error", 1, {"wrong.frag:5:error"}, "undeclared"},
         {"inline-shader-error", 1, {"fx.js:4:error"}, "shader \\\"made\\\", line 2: "},
         {"missing-shader", 1, {"gone.frag:0:error"}, "not found"},
-        {"missing-image", 1, {"fx.js:2:error", "fx.js:0:error"}, "frame3.png"},
+        {"missing-image", 1, {"fx.js:2:error", "fx.js:0:error", "fx.js:7:warning"}, "frame3.png"},
         {"bad-config", 1, {"config.xml:1:error"}, "not well-formed"},
         {"unswizzled-read", 0, {"mix.frag:6:warning"}, "alpha, red, green, blue"},
-        {"unset-uniform", 0, {"scale.frag:2:warning", "scale.frag:3:warning"}, "never set"},
+        {"unset-uniform",
+         0,
+         {"scale.frag:2:warning", "scale.frag:3:warning", "fx.js:8:warning"},
+         "never set"},
         {"wrong-type", 0, {"tint.frag:2:warning", "tint.frag:3:warning"}, "declare parameters first"},
         {"never-uploaded", 0, {"weights.frag:2:warning", "weights.frag:3:warning"}, "is an array"},
-        {"version-line", 1, {"old.frag:2:warning"}, "#version does not come first"},
-        {"one-entry-popup", 0, {"fx.js:2:warning"}, "counts as none"},
-        {"long-label", 0, {"fx.js:3:warning"}, "31 characters"},
+        {"version-line", 1, {"old.frag:2:warning", "old.frag:2:error"}, "#version does not come first"},
+        {"one-entry-popup", 0, {"fx.js:2:warning", "fx.js:6:warning"}, "counts as none"},
+        {"long-label", 0, {"fx.js:3:warning", "fx.js:6:warning"}, "31 characters"},
         {"leak", 0, {"fx.js:6:warning"}, "50 render targets"},
+        {"draws-nothing",
+         0,
+         {"fx.js:3:warning", "main.frag:1:warning"},
+         "draws nothing into SV_getSequenceRT()"},
+        {"swapped-arguments", 0, {"fx.js:5:warning", "fx.js:3:warning"}, "arguments 1 and 2 are swapped"},
+        {"upside-down", 0, {"fx.js:3:warning"}, "pass true as the third argument"},
+        {"transparent", 0, {"fx.js:3:warning"}, "fully transparent"},
+        {"not-scaled", 0, {"fx.js:8:warning"}, "half the preview resolution"},
+        {"counts-frames", 0, {"fx.js:3:warning"}, "frames that were rendered before it"},
+        {"shares-instances", 0, {"fx.js:8:warning"}, "another instance"},
+        {"depends-on-depth", 0, {"fx.js:3:warning"}, "bits per channel differs"},
+        {"fixed-target", 0, {"fx.js:6:warning"}, "keeps the size of an earlier frame"},
+        {"feedback", 0, {"fx.js:6:warning", "fx.js:3:warning"}, "reads the render target that it draws into"},
+        {"not-a-number", 0, {"fx.js:3:warning"}, "NaN or infinite"},
+        {"parameter-defaults",
+         0,
+         {"fx.js:8:warning", "fx.js:9:warning", "fx.js:10:warning", "fx.js:11:warning", "fx.js:12:warning",
+          "fx.js:13:warning", "fx.js:14:warning", "fx.js:15:warning", "fx.js:16:warning", "fx.js:17:warning",
+          "fx.js:18:warning"},
+         "looks like numbers from 0 to 1"},
+        {"wrong-values",
+         0,
+         {"fx.js:4:warning", "fx.js:5:warning", "fx.js:6:warning", "fx.js:7:warning", "fx.js:11:warning",
+          "fx.js:13:warning", "fx.js:15:warning", "fx.js:16:warning", "fx.js:17:warning", "fx.js:18:warning"},
+         "draw a texture with a shader instead"},
+        {"unknown-constants",
+         0,
+         {"fx.js:3:warning", "fx.js:4:warning", "fx.js:8:warning"},
+         "did you mean FLOAT?"},
+        {"config-settings",
+         0,
+         {"config.xml:2:warning", "config.xml:4:warning", "config.xml:5:warning", "config.xml:0:warning"},
+         "at the top level"},
+        {"grows-without-flag", 0, {"fx.js:2:warning"}, "lacks 512 (0x200)"},
+        {"newer-glsl", 1, {"main.frag:3:error", "main.frag:4:warning"}, "is reserved"},
+        {"float-suffix", 0, {"main.frag:3:warning"}, "others refuse it"},
+        {"frag-coord", 0, {"fx.js:9:warning", "fx.js:6:warning"}, "counts from the bottom"},
+        {"in-and-out",
+         1,
+         {"main.frag:2:error", "main.frag:3:error", "main.frag:5:error"},
+         "gl_TexCoord[0].xy"},
+        {"own-varying", 1, {"main.frag:2:error"}, "in place of own varyings"},
+        {"main-in-comment", 1, {"main.frag:1:error"}, "write another word"},
+        {"include", 1, {"main.frag:1:error"}, "GLSL has no #include"},
+        {"texture-function", 1, {"main.frag:3:error"}, "write texture2D(sampler, coordinate)"},
+        {"newer-javascript-let", 1, {"fx.js:3:error"}, "write var"},
+        {"newer-javascript-arrow", 1, {"fx.js:3:error"}, "write function (x)"},
+        {"newer-javascript-template", 1, {"fx.js:3:error"}, "template strings"},
     };
     for (const auto& row : rows) {
         const std::string folder = s_Broken + row.effect + "/";
@@ -61,7 +115,43 @@ TEST(CheckGLTest, ExitStatusDistinguishesWarningsWrongUseAndTimeouts) {
     const ToolRun run =
         RunTool("check --frame-timeout 2 " + s_Broken + "runs-for-ever " + s_Broken + "long-label");
     EXPECT_EQ(run.status, 4);
-    EXPECT_THAT(run.err, AllOf(HasSubstr("runs-for-ever"), HasSubstr("draw"), HasSubstr("31 characters")));
+    EXPECT_THAT(run.err, AllOf(HasSubstr("runs-for-ever/fx.js:5: error: Error: this loop does not end"),
+                               HasSubstr("draw"), HasSubstr("31 characters")));
+    EXPECT_THAT(RunTool("check --frame-timeout 1 " + s_Broken + "endless-setup").err,
+                HasSubstr("endless-setup/fx.js:3: error: Error: this loop does not end"));
+}
+
+TEST(CheckGLTest, RenderReportsWarningsPrintedTextAndEndlessLoops) {
+    const auto render = [](const std::string& effect, const std::string& options) {
+        return RunTool("render " + s_Broken + effect + " --size 8x8 -o " + testing::TempDir() +
+                       "fxhost_check.png " + options);
+    };
+    EXPECT_THAT(render("unset-uniform", "").err,
+                HasSubstr("scale.frag:3: warning: uniform \"offset\" is never set"));
+    const ToolRun wrong = render("wrong-values", "");
+    EXPECT_EQ(wrong.status, 0);
+    EXPECT_THAT(wrong.err, AllOf(HasSubstr("fx.js:11: warning: SV_setShaderParamVal: there is no uniform"),
+                                 HasSubstr("fx.js:13: warning: ")));
+    EXPECT_EQ(render("wrong-values", "--strict").status, 1);
+    EXPECT_EQ(render("wrong-values", "--quiet").err, "");
+    EXPECT_THAT(render("draws-nothing", "").err, HasSubstr("draws nothing into SV_getSequenceRT()"));
+    EXPECT_THAT(render("prints", "").err, HasSubstr("prints/fx.js:4: print: 8 {\"a\":[1]}"));
+    EXPECT_THAT(render("endless-setup", "--frame-timeout 1").err,
+                HasSubstr("fx.js:3: error: Error: this loop does not end"));
+}
+
+TEST(CheckGLTest, BrokenEffectsAreNotPackedOrBundledUnlessForced) {
+    const std::string package = testing::TempDir() + "fxhost_broken.dat",
+                      bundle = testing::TempDir() + "fxhost_Broken.plugin";
+    const std::string effect = s_Broken + "shader-error";
+    EXPECT_EQ(RunTool("pack " + effect + " -o " + package).status, 1);
+    EXPECT_EQ(RunTool("pack --force " + effect + " -o " + package).status, 0);
+    EXPECT_EQ(RunTool("bundle " + effect + " -o " + bundle).status, 1);
+    EXPECT_EQ(RunTool("bundle --force " + effect + " -o " + bundle).status, 0);
+    const ToolRun run =
+        RunTool("render --plugin " + bundle + " --size 64x64 -o " + testing::TempDir() + "fxhost_check.png");
+    EXPECT_EQ(run.status, 1) << "the frame is an error picture";
+    EXPECT_THAT(run.err, HasSubstr("wrong.frag:5: error: "));
 }
 
 TEST(CheckGLTest, SampleEffectsHaveNoDiagnostics) {

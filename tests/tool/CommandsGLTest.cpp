@@ -29,7 +29,7 @@ TEST_F(CommandsGLTest, ParametersAreListedWithTypesRangesAndChoices) {
     const Json info = Json::parse(done("info --json " + s_Simple));
     EXPECT_EQ(info.at("name"), "Simple");
     EXPECT_EQ(info.at("parameters").at(0), Json::parse(R"({"name": "mode", "label": "Mode", "type": "pop-up",
-        "shown": true, "enabled": true, "default": 1, "choices": ["Copy", "Fill", "Clock", "Other", "Larger"]})"));
+        "shown": true, "enabled": true, "default": 1, "flags": [], "choices": ["Copy", "Fill", "Clock", "Other", "Larger"]})"));
     EXPECT_EQ(info.at("parameters").at(3).at("min"), -2.0);
     EXPECT_EQ(info.at("parameters").at(3).at("enabled"), false);
     EXPECT_THAT(done("info " + s_Simple), AllOf(HasSubstr("Simple 2.3.4"), HasSubstr("-2 to 8")));

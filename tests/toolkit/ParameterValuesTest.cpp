@@ -32,6 +32,8 @@ TEST(ParameterValuesTest, ParsedTextFillsTheComponentsOfItsType) {
                 {{"place=1, 2, 3"}, 2, {1, 2, 3, 0}},
                 {{"tint=1,0.5,0"}, 3, {1, 0.5f, 0, 1}},
                 {{"tint=1,0.5,0,0.25"}, 3, {1, 0.5f, 0, 0.25f}},
+                {{"tint=#ff3300"}, 3, {1, 0.2f, 0, 1}},
+                {{"tint=#FF330066"}, 3, {1, 0.2f, 0, 0.4f}},
                 {{"amount %=720"}, 6, {720, 0, 0, 0}},
                 {{"wrap=on", "Wrap around=true"}, 4, {1}},
                 {{"wrap=off", "wrap=0"}, 4, {0}},
@@ -56,7 +58,8 @@ TEST(ParameterValuesTest, RefusedTextNamesTheExpectedForm) {
         {{"amount=100.1", "amount=-101"}, "from -100 to 100"},
         {{"centre=1", "centre=1,2,3", "centre=1,"}, "x,y"},
         {{"place=1,2"}, "x,y,z"},
-        {{"tint=1,2"}, "red,green,blue"},
+        {{"tint=1,2", "tint=#ff33", "tint=#ff330g"}, "red,green,blue"},
+        {{"amount=0:1 1s:4"}, "separated by commas"},
         {{"wrap=maybe"}, "on or off"},
         {{"mode=0", "mode=5", "mode=1.5"}, "from 1 to 4 or one of \"Add\", \"Multiply\""},
         {{"map=x.png"}, "--layer map=IMAGE"},
@@ -66,6 +69,17 @@ TEST(ParameterValuesTest, RefusedTextNamesTheExpectedForm) {
     for (const auto& row : rows)
         for (const char* text : row.texts)
             EXPECT_THAT([&] { ParseSetting(text, Effect()); }, Says<WrongUse>(row.part)) << text;
+}
+
+TEST(ParameterValuesTest, PercentOfTheLayerBecomesPixelsInPointsAndTheirKeyframes) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"centre=50%,25%", "centre=100,20"},
+        {"Centre=0:50%,25%, 1s:-10%,7", "Centre=0:100,20, 1s:-20,7"},
+        {"centre=50,25%", "centre=50,20"},
+        {"place=10%,10%,3", "place=20,8,3"},
+        {"amount=50%", "amount=50%"}};
+    for (const auto& [text, pixels] : rows)
+        EXPECT_EQ(PercentToPixels(text, Effect(), 200, 80), pixels);
 }
 
 TEST(ParameterValuesTest, DefaultsAreThoseThatHostsShow) {

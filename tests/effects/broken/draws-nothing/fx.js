@@ -1,0 +1,4 @@
+var shader;
+function setup() { shader = SV_initShader("main"); }
+function draw() {
+}

@@ -1,0 +1,5 @@
+// the main (and only) pass
+uniform sampler2D image;
+void main() {
+    gl_FragColor = texture2D(image, gl_TexCoord[0].xy);
+}

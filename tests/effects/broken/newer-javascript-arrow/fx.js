@@ -1,0 +1,3 @@
+function setup() {}
+function draw() {}
+[1].forEach(x => x);

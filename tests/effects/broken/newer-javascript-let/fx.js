@@ -1,0 +1,3 @@
+function setup() {}
+function draw() {}
+let shader;

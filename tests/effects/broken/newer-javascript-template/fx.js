@@ -1,0 +1,3 @@
+function setup() {}
+function draw() {}
+var text = `a`;
