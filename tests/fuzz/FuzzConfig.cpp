@@ -1,6 +1,4 @@
 // The text of config.xml.
-#include <rapidxml.hpp>
-
 #include "engine/Config.h"
 #include "tests/fuzz/FuzzInput.h"
 #include "utils/Utils.h"
@@ -18,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         const Config config(nullptr);
         for (const wchar_t* const key : {L"FXNAME", L"MAJOR_VERSION", L"FLAGS", L"", L"\x1F600"})
             config.GetString(key);
-    } catch (const rapidxml::parse_error&) { // the documented answer to malformed XML
+    } catch (const ConfigError&) { // the documented answer to malformed XML
     }
     Utils::ReadWholeTextFileCallback = nullptr;
     return 0;
