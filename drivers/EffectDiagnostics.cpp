@@ -30,7 +30,7 @@ ShaderOrigin OriginOf(const std::string& name, const EffectSource& source) {
         ShaderOrigin origin;
         origin.file = file;
         origin.lines = CountLines(text);
-        origin.linesInFront = static_cast<int>(ShaderPitcher::AddedLines(text));
+        origin.linesInFront = static_cast<int>(ShaderPitcher::addedLines(text));
         origin.source = text;
         return origin;
     };

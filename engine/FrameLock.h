@@ -11,7 +11,7 @@ public:
     explicit FrameLock(IPlugin& engine) : m_Engine(engine), m_IsLocked(engine.lockFrame()) {}
     ~FrameLock() {
         try {
-            Release();
+            release();
         } catch (...) { // a destructor has nobody to report to
         }
     }
@@ -21,7 +21,7 @@ public:
     // False when the engine refused the lock.
     explicit operator bool() const { return m_IsLocked; }
     // Releases the lock before the end of the scope, and reports failures, which the destructor cannot.
-    void Release() {
+    void release() {
         if (std::exchange(m_IsLocked, false))
             m_Engine.releaseFrame();
     }

@@ -19,7 +19,8 @@ struct BitmapFont {
 };
 
 // Twelve pixels, proportional, sans serif, codes 32 to 126.
-extern const BitmapFont g_Helvetica12;
+extern const BitmapFont Helvetica12;
 
 // Draws a glyph at the current raster position and advances the position. Codes without a glyph draw nothing.
+// NOLINTNEXTLINE(readability-identifier-naming): as in GLUT
 void glutBitmapCharacter(const BitmapFont& font, int character);

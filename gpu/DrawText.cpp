@@ -16,7 +16,7 @@ GLuint MakeLists() {
         return 0;
     for (GLsizei code = 0; code < s_ListCount; ++code) {
         glNewList(base + static_cast<GLuint>(code), GL_COMPILE);
-        glutBitmapCharacter(g_Helvetica12, code);
+        glutBitmapCharacter(Helvetica12, code);
         glEndList();
     }
     return base;
@@ -30,13 +30,13 @@ void DrawRow(int x, int y, const char* text, std::size_t length) {
 } // namespace
 
 void Utils::DrawText(int x, int y, int lineCount, const std::string& text) {
-    static GLuint s_Base = 0;
+    static GLuint base = 0;
     // The lists are destroyed with their GL context; a later context needs its own.
-    if (s_Base == 0 || !glIsList(s_Base))
-        s_Base = MakeLists();
-    if (s_Base == 0)
+    if (base == 0 || !glIsList(base))
+        base = MakeLists();
+    if (base == 0)
         return;
-    glListBase(s_Base);
+    glListBase(base);
 
     if (lineCount < 2) {
         DrawRow(x + 1, y + s_BaseLine, text.data(), text.size());

@@ -34,7 +34,8 @@ unsigned GLLimits::MaxTextureSize() {
 
 // Swizzle is part of OpenGL 3.3.
 bool GLLimits::HasTextureSwizzle() {
-    static const bool has = std::atof(Text(GL_VERSION).data()) >= 3.3 ||
-                            HasExtension("GL_ARB_texture_swizzle") || HasExtension("GL_EXT_texture_swizzle");
-    return has;
+    static const bool s_Has = std::atof(Text(GL_VERSION).data()) >= 3.3 ||
+                              HasExtension("GL_ARB_texture_swizzle") ||
+                              HasExtension("GL_EXT_texture_swizzle");
+    return s_Has;
 }

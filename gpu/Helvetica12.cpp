@@ -206,5 +206,5 @@ constexpr auto s_GlyphPointers = PointToGlyphs();
 
 } // namespace
 
-const BitmapFont g_Helvetica12 = {"-adobe-helvetica-medium-r-normal--12-120-75-75-p-67-iso8859-1",
-                                  static_cast<int>(s_Count), s_First, s_GlyphPointers.data()};
+const BitmapFont Helvetica12 = {"-adobe-helvetica-medium-r-normal--12-120-75-75-p-67-iso8859-1",
+                                static_cast<int>(s_Count), s_First, s_GlyphPointers.data()};

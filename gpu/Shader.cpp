@@ -144,7 +144,7 @@ bool Shader::load(const std::string& source) {
     m_Source = source;
     if (!usable())
         return false; // init has set the error text
-    if (!compile(m_FragmentShader, ShaderPitcher::Rewrite(source)) || !link())
+    if (!compile(m_FragmentShader, ShaderPitcher::rewrite(source)) || !link())
         return false;
     gatherUniforms();
     // Uniforms of unsupported types do not keep the shader from working, so their messages are dropped.

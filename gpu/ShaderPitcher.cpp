@@ -103,11 +103,11 @@ std::string ShaderPitcher::replaceCubemaps(const std::string& text) {
     return result;
 }
 
-std::string ShaderPitcher::Rewrite(const std::string& text) {
+std::string ShaderPitcher::rewrite(const std::string& text) {
     return RewriteReads(addOutputSwizzle(text));
 }
 
-unsigned ShaderPitcher::AddedLines(const std::string& text) {
+unsigned ShaderPitcher::addedLines(const std::string& text) {
     const std::string swizzled = addOutputSwizzle(text);
     return static_cast<unsigned>(CountLineBreaks(RewriteReads(swizzled)) - CountLineBreaks(swizzled));
 }

@@ -7,6 +7,7 @@
 // is none. The character before the name must be white space or, in modes 1 and 2, one of ( * + - / =. The
 // first character after the name that is not white space must be "(". In mode 2 it must be ".", or white
 // space must follow the name directly.
+// NOLINTNEXTLINE(readability-identifier-naming): like the functions of ShaderPitcher
 std::size_t findRoutine(const std::string& text, const std::string& name, unsigned mode, std::size_t start);
 
 // Rewrites the shaders of effects. Effects read and write red, green, blue, alpha, while textures store
@@ -24,7 +25,7 @@ public:
     static std::string replaceCubemaps(const std::string& text);
 
     // Does all of the above in this order. The result is what is compiled.
-    static std::string Rewrite(const std::string& text);
-    // Returns the number of lines that Rewrite inserts before the author's first line.
-    static unsigned AddedLines(const std::string& text);
+    static std::string rewrite(const std::string& text);
+    // Returns the number of lines that rewrite inserts before the author's first line.
+    static unsigned addedLines(const std::string& text);
 };

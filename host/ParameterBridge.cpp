@@ -85,7 +85,7 @@ void ConvertLayer(Conversion& c) {
         return;
     c.engine.grabIntoTexture(c.engineIndex, pixels, Extent(layer.width), Extent(layer.height),
                              static_cast<unsigned>(bits), layer.rowbytes);
-    lock.Release();
+    lock.release();
     c.value.SetInt(0, static_cast<std::int32_t>(c.engineIndex) + 1);
 }
 

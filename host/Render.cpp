@@ -151,7 +151,7 @@ PF_Err Render(CommandCall& call, PF_LayerDef* output, PF_LayerDef* input) {
     if (!lock)
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     const PF_Err err = RenderLocked(engine, frame, filled);
-    lock.Release();
+    lock.release();
     return err;
 }
 

@@ -20,6 +20,7 @@ using CFIndex = long;
 using Boolean = unsigned char;
 using UInt8 = unsigned char;
 
+// NOLINTNEXTLINE(readability-identifier-naming): as in CoreFoundation
 constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
 
 // `path` is `length` bytes of UTF-8 without a terminating zero. Returns null for an empty path.

@@ -69,9 +69,8 @@ void PutGlyph(Picture& sheet, const BitmapGlyph& glyph, unsigned x, unsigned bas
 void PutLabel(Picture& sheet, const std::string& label, unsigned left, unsigned bottom, unsigned width) {
     double x = left;
     for (const char c : label) {
-        const int code = static_cast<unsigned char>(c) - g_Helvetica12.first;
-        const BitmapGlyph* glyph =
-            code >= 0 && code < g_Helvetica12.count ? g_Helvetica12.glyphs[code] : nullptr;
+        const int code = static_cast<unsigned char>(c) - Helvetica12.first;
+        const BitmapGlyph* glyph = code >= 0 && code < Helvetica12.count ? Helvetica12.glyphs[code] : nullptr;
         if (!glyph)
             continue;
         if (x + static_cast<double>(glyph->advance) > left + width)

@@ -64,6 +64,7 @@ std::wstring CreatePath(const std::wstring& directory, const std::wstring& name)
 std::string ToNarrow(const std::wstring& text) {
     std::string bytes;
     for (const wchar_t wide : text) {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): wchar_t, which code points fit into, is not a char
         const auto code = static_cast<std::uint32_t>(wide);
         const auto put = [&](std::uint32_t byte) { bytes += static_cast<char>(byte); };
         if (code < 0x80) {

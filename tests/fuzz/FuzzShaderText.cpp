@@ -14,8 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     ShaderPitcher::addTextureLodFlip(text);
     ShaderPitcher::replaceCubemaps(text);
     const auto lines = [](const std::string& t) { return std::count(t.begin(), t.end(), '\n'); };
-    const std::string rewritten = ShaderPitcher::Rewrite(text);
-    Require(lines(rewritten) >= lines(text) + ShaderPitcher::AddedLines(text),
+    const std::string rewritten = ShaderPitcher::rewrite(text);
+    Require(lines(rewritten) >= lines(text) + ShaderPitcher::addedLines(text),
             "rewriting keeps the author's lines after the added ones");
     return 0;
 }

@@ -30,13 +30,14 @@ TEST_F(ShaderGLTest, EffectsReadRedGreenBlueAlphaOfPixelsInBothOrders) {
 
 // Each of these words is reserved in some later version of GLSL or by an extension.
 TEST_F(ShaderGLTest, NamesThatLaterGlslReservesCompileWithAndWithoutLodFunctions) {
-    const std::string declarations = "uniform float sample, patch, precise, subroutine, sampler2DMS;\n";
     for (const std::string read : {"texture2D(s, vec2(0.5))", "texture2DLod(s, vec2(0.5), 0.0)"}) {
+        std::string source = "uniform float sample, patch, precise, subroutine, sampler2DMS;\n"
+                             "uniform sampler2D s;\n"
+                             "void main() { gl_FragColor = READ * (sample + patch + precise + subroutine + "
+                             "sampler2DMS); }";
+        source.replace(source.find("READ"), 4, read);
         Shader shader;
-        EXPECT_TRUE(shader.init("names", declarations +
-                                             "uniform sampler2D s;\n void main() { gl_FragColor = " + read +
-                                             " * (sample + patch + precise + subroutine + sampler2DMS); }"))
-            << shader.errorText();
+        EXPECT_TRUE(shader.init("names", source)) << shader.errorText();
     }
 }
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr std::size_t npos = std::string::npos;
+constexpr std::size_t s_NoMatch = std::string::npos;
 
 TEST(FindRoutineTest, TheCharactersOnBothSidesDecideWhetherANameMatches) {
     const struct {
@@ -14,27 +14,27 @@ TEST(FindRoutineTest, TheCharactersOnBothSidesDecideWhetherANameMatches) {
         std::size_t start, expected;
     } rows[] = {{"void main()", "main", 0, 0, 5},
                 {"void\tmain (void)", "main", 0, 0, 5},
-                {"main()", "main", 0, 0, npos},
-                {"(main()", "main", 0, 0, npos},
-                {"void main", "main", 0, 0, npos},
-                {"void main;", "main", 0, 0, npos},
+                {"main()", "main", 0, 0, s_NoMatch},
+                {"(main()", "main", 0, 0, s_NoMatch},
+                {"void main", "main", 0, 0, s_NoMatch},
+                {"void main;", "main", 0, 0, s_NoMatch},
                 {" domain() main()", "main", 0, 0, 10},
                 {" f() f()", "f", 1, 2, 5},
-                {" texture2DProj(", "texture2D", 1, 0, npos},
+                {" texture2DProj(", "texture2D", 1, 0, s_NoMatch},
                 {"=f \n(", "f", 1, 0, 1},
                 {" samplerCube e", "samplerCube", 2, 0, 1},
                 {"(samplerCube e", "samplerCube", 2, 0, 1},
-                {",samplerCube e", "samplerCube", 2, 0, npos},
+                {",samplerCube e", "samplerCube", 2, 0, s_NoMatch},
                 {" samplerCube.x", "samplerCube", 2, 0, 1},
-                {" samplerCube", "samplerCube", 2, 0, npos},
-                {" samplerCube;", "samplerCube", 2, 0, npos},
-                {"", "f", 1, 1, npos}};
+                {" samplerCube", "samplerCube", 2, 0, s_NoMatch},
+                {" samplerCube;", "samplerCube", 2, 0, s_NoMatch},
+                {"", "f", 1, 1, s_NoMatch}};
     for (const auto& row : rows)
         EXPECT_EQ(findRoutine(row.text, row.name, row.mode, row.start), row.expected) << row.text;
     for (const char before : std::string(" \t\n\v\f\r(*+-/="))
         EXPECT_EQ(findRoutine(std::string(1, before) + "f(", "f", 1, 0), 1u) << int(before);
     for (const char before : std::string(",!)[{;:?<>&|%x_0"))
-        EXPECT_EQ(findRoutine(std::string(1, before) + "f(", "f", 1, 0), npos) << before;
+        EXPECT_EQ(findRoutine(std::string(1, before) + "f(", "f", 1, 0), s_NoMatch) << before;
 }
 
 const std::string s_Read = "vec4 repl_texture2D(sampler2D a,vec2 b) { return texture2D(a,b).SWIZZLE; }\n";
@@ -69,8 +69,8 @@ TEST(ShaderPitcherTest, SourcesAreRewrittenAsTextAndAddedLinesAreCounted) {
          3},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(ShaderPitcher::Rewrite(row.source), row.rewritten);
-        EXPECT_EQ(ShaderPitcher::AddedLines(row.source), row.added) << row.source;
+        EXPECT_EQ(ShaderPitcher::rewrite(row.source), row.rewritten);
+        EXPECT_EQ(ShaderPitcher::addedLines(row.source), row.added) << row.source;
     }
 }
 

@@ -67,7 +67,7 @@ TEST_F(TextGLTest, DrawingGlyphsRestoresThePixelStore) {
         glPixelStorei(name, value);
     glRasterPos2i(0, 0); // the middle
     for (const int code : {int('A'), 31, 127, -1})
-        glutBitmapCharacter(g_Helvetica12, code);
+        glutBitmapCharacter(Helvetica12, code);
     for (const auto& [name, value] : store)
         EXPECT_EQ(State(name), value) << name;
     GLfloat position[4];
@@ -78,7 +78,7 @@ TEST_F(TextGLTest, DrawingGlyphsRestoresThePixelStore) {
 TEST(BitmapFontTest, EveryPrintableCharacterHasADistinctGlyphWithinTheLine) {
     std::set<std::vector<int>> looks;
     for (int code = 32; code < 127; ++code) {
-        const BitmapGlyph& glyph = *g_Helvetica12.glyphs[code - 32];
+        const BitmapGlyph& glyph = *Helvetica12.glyphs[code - 32];
         EXPECT_TRUE(glyph.yOrigin <= 3 && float(glyph.height) - glyph.yOrigin <= 10) << char(code);
         std::vector<int> look(glyph.bitmap, glyph.bitmap + (glyph.width + 7) / 8 * glyph.height);
         look.insert(look.end(), {static_cast<int>(glyph.yOrigin), glyph.width});

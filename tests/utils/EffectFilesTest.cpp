@@ -76,9 +76,9 @@ TEST_F(EffectFilesTest, LooseFilesAreReadThroughTheProcessedPath) {
     EXPECT_EQ(Utils::ReadWholeTextFile(Loose("absent.js")), "popa");
     EXPECT_TRUE(Utils::ReadWholeFile(Loose("absent.js")).empty());
 
-    static std::wstring s_Base;
-    s_Base = Loose("");
-    Utils::ProcessPath = [](const std::wstring& path) { return s_Base + path; };
+    static std::wstring base;
+    base = Loose("");
+    Utils::ProcessPath = [](const std::wstring& path) { return base + path; };
     EXPECT_EQ(Utils::ReadWholeTextFile(L"fx.js"), "draw");
     Utils::ProcessPath = Utils::PassThrough;
 }
