@@ -21,7 +21,7 @@ std::filesystem::path ModuleOf(std::filesystem::path bundle) {
     if (!std::filesystem::is_directory(bundle))
         throw std::runtime_error(bundle.string() +
                                  ": not a plug-in bundle (a folder NAME.plugin) or module file");
-    const std::filesystem::path module = bundle / "Contents" / s_SystemFolder / bundle.stem();
+    std::filesystem::path module = bundle / "Contents" / s_SystemFolder / bundle.stem();
     if (!std::filesystem::is_regular_file(module))
         throw std::runtime_error(bundle.string() + ": the bundle has no module " + module.string());
     return module;

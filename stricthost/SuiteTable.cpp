@@ -76,8 +76,8 @@ void SuiteTable::CheckAtEnd() {
 }
 
 SPBasicSuite* BasicSuite() {
-    static SPBasicSuite s_Basic = {AcquireSuite, ReleaseSuite, IsEqual, nullptr, nullptr, nullptr, Undefined};
-    return &s_Basic;
+    static SPBasicSuite basic = {AcquireSuite, ReleaseSuite, IsEqual, nullptr, nullptr, nullptr, Undefined};
+    return &basic;
 }
 
 } // namespace stricthost

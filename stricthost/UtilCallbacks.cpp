@@ -2,8 +2,8 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <limits>
 #include <cstring>
+#include <limits>
 
 #include "stricthost/HandleCallbacks.h"
 #include "stricthost/HostCall.h"
@@ -128,8 +128,8 @@ _PF_UtilCallbacks MakeTable() {
 } // namespace
 
 _PF_UtilCallbacks* UtilTable() {
-    static _PF_UtilCallbacks s_Table = MakeTable();
-    return &s_Table;
+    static _PF_UtilCallbacks table = MakeTable();
+    return &table;
 }
 
 } // namespace stricthost

@@ -47,9 +47,9 @@ void Write(const std::string& text) {
 
 // Threads are numbered as they appear; 0 is the one of the first command.
 int ThreadNumber() {
-    static std::atomic<int> s_Count{0};
-    thread_local const int t_Number = s_Count++;
-    return t_Number;
+    static std::atomic<int> count{0};
+    thread_local const int s_Number = count++;
+    return s_Number;
 }
 
 // The number of an instance is its sequence data; copies of the data have the number of their original.
@@ -124,12 +124,12 @@ void AddInput(Line& line, const Command& c) {
 }
 
 PF_Err MakeData(const Command& c) {
-    static std::atomic<A_long> s_Instances{0};
+    static std::atomic<A_long> instances{0};
     const PF_Handle data = c.in->utils->host_new_handle(16);
     if (!data)
         return PF_Err_OUT_OF_MEMORY;
     std::memset(*data, 0, 16);
-    const A_long number = ++s_Instances;
+    const A_long number = ++instances;
     std::memcpy(*data, &number, sizeof number);
     c.out->sequence_data = data;
     return PF_Err_NONE;

@@ -18,8 +18,8 @@ SharedReport* s_Report = nullptr;
 std::atomic<int> s_Threads{0};
 
 int ThreadNumber() {
-    thread_local const int t_Number = ++s_Threads;
-    return t_Number;
+    thread_local const int s_Number = ++s_Threads;
+    return s_Number;
 }
 
 bool IsRendering(PF_Cmd command) {

@@ -113,7 +113,7 @@ public:
                 return Where(before) + "the emulated host stops: " + error.what();
             }
             for (const Json& own : m_Own.Take())
-                if (const std::string difference = Compare(own); !difference.empty())
+                if (std::string difference = Compare(own); !difference.empty())
                     return difference;
             if (m_At == before)
                 return Where(before) + "the real host sends " + NameOf(m_Real[before]) +

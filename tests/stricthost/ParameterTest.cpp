@@ -89,7 +89,7 @@ TEST_F(ParameterTest, PublishedParametersKeepTheirTextsRangesAndDefaults) {
     EXPECT_THAT(params[Popup].choices, ElementsAre("One", "Two", "Three"));
     EXPECT_EQ(ValuesOf(CheckedOut(m_Host->NewInstance(200, 100))),
               (std::vector<Numbers>{
-                  {0.5}, {2}, {1}, {51, 102, 0, 255}, {300 / 2, -25 / 4.0}, {90}, {100, 10, 10}, {0}}));
+                  {0.5}, {2}, {1}, {51, 102, 0, 255}, {150, -25 / 4.0}, {90}, {100, 10, 10}, {0}}));
 }
 
 TEST_F(ParameterTest, ValuesReachTheFrameInTheHostsUnits) {

@@ -56,21 +56,19 @@ TEST_F(SmartTest, EmptyLayerIsNotRendered) {
 }
 
 TEST_F(SmartTest, PreRenderDataIsDeletedAfterTheFrame) {
-    static int s_Deleted;
-    s_Deleted = 0;
+    static int deleted;
+    deleted = 0;
     int data = 5;
     m_Plugin.after[PF_Cmd_SMART_PRE_RENDER] = [&data](Command& c) {
         c.Pre().output->pre_render_data = &data;
-        c.Pre().output->delete_pre_render_data_func = [](void* gone) {
-            s_Deleted += *static_cast<int*>(gone);
-        };
+        c.Pre().output->delete_pre_render_data_func = [](void* gone) { deleted += *static_cast<int*>(gone); };
     };
     m_Plugin.before[PF_Cmd_SMART_RENDER] = [&data](Command& c) {
         EXPECT_EQ(c.Smart().input->pre_render_data, &data);
-        EXPECT_EQ(s_Deleted, 0);
+        EXPECT_EQ(deleted, 0);
     };
     RenderOnce();
-    EXPECT_EQ(s_Deleted, 5);
+    EXPECT_EQ(deleted, 5);
 }
 
 } // namespace

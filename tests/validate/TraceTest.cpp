@@ -11,7 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using stricthost::Personality;
-using testing::AllOf;
 using testing::HasSubstr;
 
 class TraceTest : public testing::Test {

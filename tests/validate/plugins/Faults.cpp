@@ -45,9 +45,9 @@ PF_Err LeaksHandle(const Command& c) {
 }
 
 PF_Err LeaksMemory(const Command& c) {
-    static std::vector<char*> s_Kept;
+    static std::vector<char*> kept;
     if (c.Is(PF_Cmd_SEQUENCE_SETUP))
-        s_Kept.push_back(static_cast<char*>(std::calloc(1, 100000)));
+        kept.push_back(static_cast<char*>(std::calloc(1, 100000)));
     return c.Run();
 }
 
@@ -87,9 +87,9 @@ PF_Err KeepsWorld(const Command& c) {
 }
 
 PF_Err ForgetsCheckin(const Command& c) {
-    static PF_ParamDef s_Def;
+    static PF_ParamDef def;
     if (c.Is(PF_Cmd_RENDER))
-        c.in->inter.checkout_param(c.in->effect_ref, 1, 0, 1, 1, &s_Def);
+        c.in->inter.checkout_param(c.in->effect_ref, 1, 0, 1, 1, &def);
     return c.Run();
 }
 
@@ -157,8 +157,8 @@ PF_Err ClaimsDepths(const Command& c) {
 }
 
 PF_Err CountsFrames(const Command& c) {
-    static int s_Frames = 0;
-    return Tinted(c, c.Is(PF_Cmd_RENDER) ? s_Frames++ : 0);
+    static int frames = 0;
+    return Tinted(c, c.Is(PF_Cmd_RENDER) ? frames++ : 0);
 }
 
 PF_Err DependsOnThread(const Command& c) {
@@ -167,19 +167,19 @@ PF_Err DependsOnThread(const Command& c) {
 }
 
 PF_Err RemembersLastTime(const Command& c) {
-    static A_long s_Last = -1;
-    const bool again = !c.Is(PF_Cmd_RENDER) || s_Last == c.in->current_time || s_Last < 0;
+    static A_long last = -1;
+    const bool again = !c.Is(PF_Cmd_RENDER) || last == c.in->current_time || last < 0;
     if (c.Is(PF_Cmd_RENDER))
-        s_Last = c.in->current_time;
+        last = c.in->current_time;
     return Tinted(c, again ? 0 : 1);
 }
 
 // The number of the latest set of values, which all instances share.
 PF_Err SharesValues(const Command& c) {
-    static float s_Amount = -1;
+    static float amount = -1;
     if (c.Is(PF_Cmd_UPDATE_PARAMS_UI))
-        s_Amount = static_cast<float>(c.params[1]->u.fs_d.value);
-    return Tinted(c, static_cast<int>(s_Amount) % 7);
+        amount = static_cast<float>(c.params[1]->u.fs_d.value);
+    return Tinted(c, static_cast<int>(amount) % 7);
 }
 
 PF_Err IgnoresTime(const Command& c) {
@@ -200,13 +200,13 @@ PF_Err ForgetsOnReopen(const Command& c) {
 }
 
 PF_Err LosesDataOfCopies(const Command& c) {
-    static PF_Handle s_Last = nullptr;
+    static PF_Handle last = nullptr;
     if (c.Is(PF_Cmd_SEQUENCE_SETUP)) {
         const PF_Err err = c.Run();
-        s_Last = c.out->sequence_data;
+        last = c.out->sequence_data;
         return err;
     }
-    return Tinted(c, c.in->sequence_data && c.in->sequence_data != s_Last ? 1 : 0);
+    return Tinted(c, c.in->sequence_data && c.in->sequence_data != last ? 1 : 0);
 }
 
 PF_Err NeedsData(const Command& c) {
@@ -226,21 +226,21 @@ PF_Err LeaksWhenInterrupted(const Command& c) {
 }
 
 PF_Err UsesSharedScratch(const Command& c) {
-    static std::atomic<int> s_Busy{0};
-    const int others = s_Busy++;
+    static std::atomic<int> busy{0};
+    const int others = busy++;
     if (c.Is(PF_Cmd_RENDER))
         usleep(300); // long enough to meet another thread
     const PF_Err err = Tinted(c, others);
-    --s_Busy;
+    --busy;
     return err;
 }
 
 // Needs a deleted duplicate before it shows.
 PF_Err BreaksAfterDeletions(const Command& c) {
-    static std::atomic<int> s_Setups{0}, s_Setdowns{0};
-    s_Setups += c.Is(PF_Cmd_SEQUENCE_RESETUP);
-    s_Setdowns += c.Is(PF_Cmd_SEQUENCE_SETDOWN);
-    return Tinted(c, s_Setups > 6 && s_Setdowns > 3 ? 1 : 0);
+    static std::atomic<int> setups{0}, setdowns{0};
+    setups += c.Is(PF_Cmd_SEQUENCE_RESETUP);
+    setdowns += c.Is(PF_Cmd_SEQUENCE_SETDOWN);
+    return Tinted(c, setups > 6 && setdowns > 3 ? 1 : 0);
 }
 
 PF_Err LiesAboutCount(const Command& c) {
