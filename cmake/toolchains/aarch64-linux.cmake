@@ -1,0 +1,7 @@
+# Compiles for 64-bit Arm on Linux and runs the result under an emulator, so that the NEON path of the image library
+# is tested. `tools/install-deps.sh --cross` installs both.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR aarch64)
+set(CMAKE_C_COMPILER aarch64-linux-gnu-gcc)
+set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)
+set(CMAKE_CROSSCOMPILING_EMULATOR "qemu-aarch64;-L;/usr/aarch64-linux-gnu")
