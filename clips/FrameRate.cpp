@@ -1,7 +1,7 @@
 #include "clips/FrameRate.h"
 
-#include <fast_float/fast_float.h>
 #include <cmath>
+#include <fast_float/fast_float.h>
 #include <numeric>
 #include <optional>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-/* The functions of CGL that this project uses, written from their public documentation. On a Mac the system's own
-   OpenGL/OpenGL.h takes the place of this header. */
+/* The functions of CGL that this project uses, written from their public documentation. On a Mac the system's
+   own OpenGL/OpenGL.h takes the place of this header. */
 
 #include <OpenGL/gl.h>
 
@@ -23,7 +23,8 @@ typedef enum {
     kCGLBadAlloc = 10016
 } CGLError;
 
-CGLError CGLChoosePixelFormat(const CGLPixelFormatAttribute* attributes, CGLPixelFormatObj* format, GLint* count);
+CGLError CGLChoosePixelFormat(const CGLPixelFormatAttribute* attributes, CGLPixelFormatObj* format,
+                              GLint* count);
 CGLError CGLDestroyPixelFormat(CGLPixelFormatObj format);
 CGLError CGLCreateContext(CGLPixelFormatObj format, CGLContextObj share, CGLContextObj* context);
 CGLError CGLDestroyContext(CGLContextObj context);

@@ -1,9 +1,9 @@
 #pragma once
 
-/* The types, constants and functions of OpenGL 2.1, with the extensions ARB_framebuffer_object, ARB_texture_float and
-   EXT_texture_swizzle, that this project uses. Written from the OpenGL 2.1 specification and the extensions' texts.
-   The cross build compiles with this header; on a Mac the system's own OpenGL/gl.h takes its place. A name that a
-   legacy context does not have must not be added here. */
+/* The types, constants and functions of OpenGL 2.1, with the extensions ARB_framebuffer_object,
+   ARB_texture_float and EXT_texture_swizzle, that this project uses. Written from the OpenGL 2.1
+   specification and the extensions' texts. The cross build compiles with this header; on a Mac the system's
+   own OpenGL/gl.h takes its place. A name that a legacy context does not have must not be added here. */
 
 #ifdef __cplusplus
 extern "C" {
@@ -93,8 +93,10 @@ void glBegin(GLenum mode);
 void glBindBuffer(GLenum target, GLuint buffer);
 void glBindFramebuffer(GLenum target, GLuint framebuffer);
 void glBindTexture(GLenum target, GLuint texture);
-void glBitmap(GLsizei width, GLsizei height, GLfloat xorig, GLfloat yorig, GLfloat xmove, GLfloat ymove, const GLubyte* bitmap);
-void glBlitFramebuffer(GLint srcX0, GLint srcY0, GLint srcX1, GLint srcY1, GLint dstX0, GLint dstY0, GLint dstX1, GLint dstY1, GLbitfield mask, GLenum filter);
+void glBitmap(GLsizei width, GLsizei height, GLfloat xorig, GLfloat yorig, GLfloat xmove, GLfloat ymove,
+              const GLubyte* bitmap);
+void glBlitFramebuffer(GLint srcX0, GLint srcY0, GLint srcX1, GLint srcY1, GLint dstX0, GLint dstY0,
+                       GLint dstX1, GLint dstY1, GLbitfield mask, GLenum filter);
 void glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usage);
 void glCallLists(GLsizei n, GLenum type, const GLvoid* lists);
 GLenum glCheckFramebufferStatus(GLenum target);
@@ -117,7 +119,8 @@ void glFramebufferTexture2D(GLenum target, GLenum attachment, GLenum textarget, 
 void glGenFramebuffers(GLsizei n, GLuint* framebuffers);
 GLuint glGenLists(GLsizei range);
 void glGenTextures(GLsizei n, GLuint* textures);
-void glGetActiveUniform(GLuint program, GLuint index, GLsizei bufSize, GLsizei* length, GLint* size, GLenum* type, GLchar* name);
+void glGetActiveUniform(GLuint program, GLuint index, GLsizei bufSize, GLsizei* length, GLint* size,
+                        GLenum* type, GLchar* name);
 GLenum glGetError(void);
 void glGetIntegerv(GLenum pname, GLint* params);
 void glGetProgramInfoLog(GLuint program, GLsizei bufSize, GLsizei* length, GLchar* infoLog);
@@ -135,16 +138,19 @@ void glLoadIdentity(void);
 void* glMapBuffer(GLenum target, GLenum access);
 void glMatrixMode(GLenum mode);
 void glNewList(GLuint list, GLenum mode);
-void glOrtho(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top, GLdouble near_val, GLdouble far_val);
+void glOrtho(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top, GLdouble near_val,
+             GLdouble far_val);
 void glPixelStorei(GLenum pname, GLint param);
 void glPopMatrix(void);
 void glPushMatrix(void);
 void glRasterPos2i(GLint x, GLint y);
 void glReadBuffer(GLenum mode);
-void glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type, GLvoid* pixels);
+void glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type,
+                  GLvoid* pixels);
 void glShaderSource(GLuint shader, GLsizei count, const GLchar* const* string, const GLint* length);
 void glTexCoord2i(GLint s, GLint t);
-void glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei width, GLsizei height, GLint border, GLenum format, GLenum type, const GLvoid* pixels);
+void glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei width, GLsizei height,
+                  GLint border, GLenum format, GLenum type, const GLvoid* pixels);
 void glTexParameteri(GLenum target, GLenum pname, GLint param);
 void glTexParameteriv(GLenum target, GLenum pname, const GLint* params);
 void glUniform1fv(GLint location, GLsizei count, const GLfloat* value);
