@@ -1,13 +1,17 @@
 #include "clips/Clip.h"
 
 #include <cstdio>
+#include <filesystem>
 
 #include "clips/ClipOutput.h"
 #include "clips/FrameDigests.h"
+#include "clips/FrameList.h"
 #include "clips/NumberPattern.h"
+#include "guard/Stage.h"
 #include "guard/StopRequest.h"
 #include "toolkit/ContentDigest.h"
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
 
@@ -26,6 +30,17 @@ void RequireSensibleOptions(const ClipOptions& options, const ClipRequest& reque
         throw WrongUse("--input -: --resume and --shard need --frames FIRST-LAST");
     if (!options.shard.empty() && !NumberPattern::Parse("--output", request.output))
         throw WrongUse("--shard: expected numbered pictures for --output, such as out_####.png");
+}
+
+std::string BytesText(std::uint64_t bytes) {
+    constexpr const char* units[] = {"bytes", "kB", "MB", "GB", "TB"};
+    double number = static_cast<double>(bytes);
+    std::size_t unit = 0;
+    for (; number >= 1000 && unit < 4; ++unit)
+        number /= 1000;
+    char text[32];
+    std::snprintf(text, sizeof text, number < 10 && unit ? "%.1f %s" : "%.0f %s", number, units[unit]);
+    return text;
 }
 
 ClipInput OpenCheckedInput(const ClipOptions& options, const ClipRequest& request) {
@@ -51,9 +66,9 @@ std::string Clip::continuationHint(std::size_t done) const {
     const std::string folder = m_Sink->partsFolder();
     std::string text = std::to_string(durable) + (plan.total ? " of " + std::to_string(plan.total) : "") +
                        " frames are written" + (folder.empty() ? "" : " as complete parts in " + folder);
-    if (m_Sink->isResumable() && !plan.endless)
+    if (m_Sink->isResumable() && !plan.endless && durable > 0)
         return text + "; the same command with --resume continues after them";
-    if (durable < plan.size())
+    if (durable < plan.size() && durable > 0)
         text += "; --frames " + std::to_string(plan.at(durable).number) + "-" +
                 (plan.endless ? "LAST" : std::to_string(plan.frames.back().number)) + " continues after them";
     return text;
@@ -91,18 +106,19 @@ void Clip::skipFinishedFrames() {
         return earlier == FrameSink::Earlier::Complete;
     });
     if (outdated)
-        std::fprintf(
-            stderr,
-            "fxhost: --resume: %zu of %zu frames are rendered again, because they are incomplete, or "
-            "the effect, a parameter, an input, an option or the tool has changed\n",
-            outdated, m_Input.plan.total);
+        PrintMessage(
+            MessageKind::Note,
+            "--resume: " + std::to_string(outdated) + " of " + std::to_string(m_Input.plan.total) +
+                " frames are rendered again, because they are incomplete, or the effect, a parameter, "
+                "an input, an option or the tool has changed");
 }
 
 int Clip::run(FrameRenderer& renderer, const Animation& animation, const std::vector<LayerInput>& layers,
               const std::function<bool()>& hasFailed) {
     const StopScope stop(true);
     startSink(animation, layers);
-    Progress progress(stderr, m_Options.quiet ? Progress::Style::None : Progress::StyleFor(stderr),
+    const bool isSilent = m_Options.quiet || UsesJsonEvents();
+    Progress progress(stderr, isSilent ? Progress::Style::None : Progress::StyleFor(stderr),
                       m_Input.plan.endless ? 0 : m_Input.plan.frames.size());
     const auto render = [&](const FrameId& frame, Picture input) {
         const double time = timeOf(frame.number);
@@ -112,16 +128,61 @@ int Clip::run(FrameRenderer& renderer, const Animation& animation, const std::ve
     return report(renderAll(render, progress), progress);
 }
 
+// The first frame of a stream is only known when it arrives, so an empty one takes its place.
+Picture Clip::renderFirst(FrameRenderer& renderer, const Animation& animation,
+                          const std::vector<LayerInput>& layers) {
+    const long number = m_Input.plan.at(0).number;
+    const double time = timeOf(number);
+    FrameSource& source = *m_Input.source;
+    auto input = m_Request.input == "-" ? Picture(width(), height(), depth()) : source.read(number);
+    if (!input)
+        throw WrongUse("--input " + m_Request.input + ": has no frame " + std::to_string(number));
+    ReportFrame(number);
+    return renderer.render({std::move(*input), time, animation.at(time), layers});
+}
+
+void Clip::requireSpace(std::uint64_t bytes) const {
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::absolute(m_Request.output).parent_path();
+    const std::uintmax_t available = std::filesystem::space(folder, error).available;
+    const std::uint64_t needed = bytes * m_Input.plan.frames.size();
+    if (!error && needed > available)
+        throw EffectFailure("--output " + m_Request.output + ": about " + BytesText(needed) +
+                            " are needed, but " + folder.string() + " has " + BytesText(available));
+}
+
+int Clip::dryRun(FrameRenderer& renderer, const Animation& animation, const std::vector<LayerInput>& layers,
+                 const std::function<bool()>& hasFailed) {
+    const StopScope stop(false);
+    const Picture picture = renderFirst(renderer, animation, layers);
+    if (hasFailed())
+        return ExitEffectFailed;
+    const std::uint64_t bytes = m_Sink->tryOut(picture);
+    requireSpace(bytes);
+    const FramePlan& plan = m_Input.plan;
+    std::vector<long> numbers;
+    for (const FrameId& frame : plan.frames)
+        numbers.push_back(frame.number);
+    PrintMessage(
+        MessageKind::Note,
+        "dry run: " +
+            (plan.endless ? "all frames"
+                          : std::to_string(numbers.size()) + " frames (" + NumbersText(numbers) + ")") +
+            " of " + std::to_string(picture.width) + "x" + std::to_string(picture.height) + " pixels with " +
+            std::to_string(picture.depth) + " bits per channel at " + rate().text() + " frames per second" +
+            (bytes ? ", about " + BytesText(bytes) + " each" : ""));
+    return ExitOk;
+}
+
 int Clip::report(const PipelineResult& result, const Progress& progress) const {
     if (!result.failed.empty())
-        std::fprintf(stderr,
-                     "fxhost: the effect failed in %zu frames, which are not written; the first is %ld\n",
-                     result.failed.size(), result.failed.front());
+        PrintMessage(MessageKind::Error, "the effect failed in " + std::to_string(result.failed.size()) +
+                                             " frames, which are not written: " + NumbersText(result.failed));
     if (result.stopped) {
-        std::fprintf(stderr, "fxhost: stopped; %s\n", continuationHint(progress.written()).c_str());
-        return ExitStopped;
+        PrintMessage(MessageKind::Note, "stopped; " + continuationHint(progress.written()));
+        return StopStatus();
     }
-    if (!m_Options.quiet)
+    if (!m_Options.quiet && !UsesJsonEvents())
         std::fprintf(stderr, "%s in %.1f s, of which rendering %.1f s\n",
                      ProgressText(result.rendered, 0, progress.seconds()).c_str(), progress.seconds(),
                      result.renderSeconds);

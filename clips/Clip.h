@@ -34,9 +34,16 @@ public:
     // written and how to continue.
     int run(FrameRenderer& renderer, const Animation& animation, const std::vector<LayerInput>& layers,
             const std::function<bool()>& hasFailed);
+    // Renders the first frame, tries whether the output can be encoded, written and stored, and prints what
+    // run() would do. Leaves no files. Throws like run().
+    int dryRun(FrameRenderer& renderer, const Animation& animation, const std::vector<LayerInput>& layers,
+               const std::function<bool()>& hasFailed);
 
 private:
     void startSink(const Animation& animation, const std::vector<LayerInput>& layers);
+    Picture renderFirst(FrameRenderer& renderer, const Animation& animation,
+                        const std::vector<LayerInput>& layers);
+    void requireSpace(std::uint64_t bytes) const;
     void skipFinishedFrames();
     int report(const PipelineResult& result, const Progress& progress) const;
     PipelineResult renderAll(const RenderFunction& render, Progress& progress);

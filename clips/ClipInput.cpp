@@ -1,16 +1,18 @@
 #include "clips/ClipInput.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <unistd.h>
 
+#include "clips/FrameList.h"
 #include "clips/FrameTiming.h"
+#include "clips/MissingPictures.h"
 #include "clips/NumberPattern.h"
 #include "clips/PictureSource.h"
 #include "clips/RawFrames.h"
 #include "clips/VideoSource.h"
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 #include "toolkit/PictureFile.h"
 #include "toolkit/TextParsing.h"
 
@@ -26,7 +28,7 @@ public:
     InputOpener(const ClipOptions& options, const ClipRequest& request)
         : m_Options(options), m_Request(request) {
         if (!options.frames.empty())
-            m_Input.range = FrameRange::Parse(options.frames);
+            m_List = FrameList::Parse(options.frames);
         m_Input.rate = options.fps.empty() ? s_DefaultRate : FrameRate::Parse(options.fps);
     }
 
@@ -53,14 +55,15 @@ private:
     }
 
     void openPictures(const NumberPattern& pattern) {
-        const auto numbers = pattern.numbersOnDisk();
-        if (numbers.empty())
+        const auto onDisk = pattern.numbersOnDisk();
+        if (onDisk.empty())
             throw WrongUse("--input " + pattern.text() + ": there is no such picture, neither " +
-                           pattern.path(m_Input.range ? m_Input.range->first : 1) +
-                           " nor one with another number");
-        m_Input.zeroFrame = numbers.front();
-        listFrames(FrameRange{numbers.front(), numbers.back(), 1});
-        m_Input.source = OpenPictures(pattern, m_Input.range->first, m_Request.depth, m_Request.alphaIn);
+                           pattern.path(m_List ? m_List->first() : 1) + " nor one with another number");
+        m_Input.zeroFrame = onDisk.front();
+        std::vector<long> numbers = numbersIn(onDisk.front(), onDisk.back());
+        const PictureNumbers files = ApplyMissing(m_Options.missing, pattern, onDisk, numbers);
+        plan(numbers);
+        m_Input.source = OpenPictures(pattern, files, m_Request.depth, m_Request.alphaIn);
     }
 
     void openVideo() {
@@ -70,11 +73,14 @@ private:
             m_Input.rate = video.rate;
         m_Input.firstFrameTime = video.start;
         const std::vector<long> frames = video.isVariable ? resample() : std::vector<long>();
-        const long required = m_Input.range ? m_Input.range->last : 0;
         requireFirstFrame("a video");
         const long count = frames.empty() ? std::max({video.packets, video.declaredFrames, 1L})
                                           : static_cast<long>(frames.size());
-        listFrames(FrameRange{1, count, 1});
+        const long required = m_List ? m_List->last() : 0;
+        if (required > count)
+            throw WrongUse("--frames " + m_Options.frames + ": " + m_Request.input + " has only " +
+                           std::to_string(count) + " frames");
+        plan(numbersIn(1, count));
         m_Input.source =
             OpenVideo(m_Request.input, video, m_Request.depth, required, frames, m_Request.alphaIn);
     }
@@ -83,9 +89,9 @@ private:
     std::vector<long> resample() {
         VideoInfo& video = *m_Input.video;
         video.rate = m_Input.rate;
-        std::fprintf(stderr,
-                     "fxhost: %s: has a variable frame rate; it is resampled to %s frames per second\n",
-                     m_Request.input.c_str(), video.rate.text().c_str());
+        PrintMessage(MessageKind::Warning, m_Request.input +
+                                               ": has a variable frame rate; it is resampled to " +
+                                               video.rate.text() + " frames per second");
         std::vector<long> frames = ResampledFrames(video.times, video.rate);
         // Frames that the file declares but does not contain must not be passed over in silence.
         for (long frame = video.packets + 1; frame <= video.declaredFrames; ++frame)
@@ -96,22 +102,23 @@ private:
     void openRaw() {
         const auto [width, height] = ParsePixelSize("--raw", m_Options.raw);
         requireFirstFrame("standard input");
-        const long required = m_Input.range ? m_Input.range->last : 0;
-        m_Input.plan.endless = !m_Input.range;
-        if (m_Input.range)
-            listFrames(*m_Input.range);
+        const long required = m_List ? m_List->last() : 0;
+        m_Input.plan.endless = !m_List || m_List->isOnlyOpen();
+        m_Input.plan.first = m_List ? m_List->first() : 1;
+        if (!m_Input.plan.endless)
+            plan(closedNumbers("standard input"));
         m_Input.source = ReadRawFrames(STDIN_FILENO, width, height, m_Request.depth.value_or(8), required,
                                        m_Request.alphaIn);
     }
 
     void openStill() {
-        if (!m_Input.range)
+        if (!m_List)
             throw WrongUse("--output " + m_Request.output +
                            ": --frames FIRST-LAST is needed, because the number of frames does not follow "
                            "from " +
                            (m_Request.input.empty() ? "an empty layer" : m_Request.input));
-        m_Input.zeroFrame = std::min(1L, m_Input.range->first);
-        listFrames(*m_Input.range);
+        m_Input.zeroFrame = std::min(1L, m_List->first());
+        plan(closedNumbers(m_Request.input.empty() ? "an empty layer" : m_Request.input));
         m_Input.source = RepeatPicture(
             m_Request.input.empty() ? Picture(m_Request.width, m_Request.height, m_Request.depth.value_or(8))
                                     : ReadPicture(m_Request.input, m_Request.depth, m_Request.alphaIn),
@@ -120,23 +127,41 @@ private:
 
     // Videos and streams number their frames from 1.
     void requireFirstFrame(const char* input) const {
-        if (m_Input.range && m_Input.range->first < 1)
+        if (m_List && m_List->first() < 1)
             throw WrongUse("--frames " + m_Options.frames + ": the frames of " + input + " begin with 1");
     }
 
-    // `available`: the frames of the input, which are used when --frames is not given.
-    void listFrames(const FrameRange& available) {
-        if (!m_Input.range)
-            m_Input.range = available;
+    // The numbers of --frames, or those from `first` to `last`, which the input has.
+    std::vector<long> numbersIn(long first, long last) const {
+        const FrameList list =
+            m_List ? *m_List : FrameList::Parse(std::to_string(first) + "-" + std::to_string(last));
+        std::vector<long> numbers = list.numbers(last);
+        if (numbers.empty())
+            throw WrongUse("--frames " + m_Options.frames + ": the last frame of " + m_Request.input +
+                           " is " + std::to_string(last));
+        return numbers;
+    }
+
+    // The numbers of --frames for an input without an end.
+    std::vector<long> closedNumbers(const std::string& input) const {
+        if (m_List->isOpen())
+            throw WrongUse("--frames " + m_Options.frames + ": expected a last frame, because " + input +
+                           " has no end");
+        return m_List->numbers(0);
+    }
+
+    // `numbers`: the frames of the whole clip, of which this run may render a share.
+    void plan(const std::vector<long>& numbers) {
         const Shard shard = m_Options.shard.empty() ? Shard() : Shard::Parse(m_Options.shard);
-        for (std::size_t place = 0; place < m_Input.range->size(); ++place)
+        for (std::size_t place = 0; place < numbers.size(); ++place)
             if (shard.has(place))
-                m_Input.plan.frames.push_back({m_Input.range->at(place), place});
+                m_Input.plan.frames.push_back({numbers[place], place});
         m_Input.plan.total = m_Input.plan.frames.size();
     }
 
     const ClipOptions& m_Options;
     const ClipRequest& m_Request;
+    std::optional<FrameList> m_List; // --frames
     ClipInput m_Input;
 };
 

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "clips/ClipOptions.h"
-#include "clips/FrameList.h"
 #include "clips/FramePlan.h"
 #include "clips/FrameRate.h"
 #include "clips/FrameSource.h"
@@ -15,8 +14,7 @@ namespace fxhost {
 // The opened input of a clip, and what it decides about the clip.
 struct ClipInput {
     std::unique_ptr<FrameSource> source;
-    FramePlan plan;                  // every frame that this run is asked for
-    std::optional<FrameRange> range; // frames of the whole clip; nothing for an endless one
+    FramePlan plan; // every frame that this run is asked for
     FrameRate rate;
     long zeroFrame = 1;             // number of the frame at time 0
     std::optional<VideoInfo> video; // set when the input is a video

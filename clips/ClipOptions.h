@@ -9,13 +9,23 @@
 
 namespace fxhost {
 
+// What happens to numbered pictures that do not exist.
+enum class MissingFrames {
+    Error, // the run does not start
+    Hold,  // the picture before is used; before the first one, the first one
+    Black, // a black picture is used, transparent when the pictures have alpha
+    Skip,  // these frames are left out
+};
+
 // The command-line options of a clip, as the user wrote them; empty where not given.
 struct ClipOptions {
     std::string frames, fps, shard, keys, raw;
     std::string codec, pixelFormat, codecOptions;
     std::optional<long> zeroFrame;
+    MissingFrames missing = MissingFrames::Error;
     bool resume = false;
     bool keepExisting = false; // do not replace existing files
+    bool dryRun = false;
     bool quiet = false;
 };
 

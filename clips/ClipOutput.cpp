@@ -1,6 +1,5 @@
 #include "clips/ClipOutput.h"
 
-#include <cstdio>
 #include <unistd.h>
 
 #include "clips/NumberPattern.h"
@@ -9,6 +8,7 @@
 #include "clips/RawFrames.h"
 #include "clips/VideoSink.h"
 #include "toolkit/ContentDigest.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
 
@@ -44,19 +44,21 @@ std::string SoundIdentity(const SoundTrack& sound) {
 SoundTrack SoundFor(const ClipOptions& options, const ClipRequest& request, const ClipInput& input) {
     if (!input.video || !input.video->hasSound)
         return {};
-    if (!input.range || input.range->step != 1 || input.rate != input.video->rate) {
-        std::fprintf(stderr, "fxhost: the sound of %s is left out, because the frames have another speed\n",
-                     request.input.c_str());
+    const auto& frames = input.plan.frames;
+    const long firstNumber = frames.front().number;
+    const bool hasGaps = frames.back().number - firstNumber + 1 != static_cast<long>(frames.size());
+    if (hasGaps || input.rate != input.video->rate) {
+        PrintMessage(MessageKind::Warning,
+                     "the sound of " + request.input + " is left out, because the frames have another speed");
         return {};
     }
     SoundTrack sound;
     sound.path = request.input;
-    const double first =
-        input.firstFrameTime + input.rate.timeOf(static_cast<double>(input.range->first - 1));
-    if (input.range->first > 1)
+    const double first = input.firstFrameTime + input.rate.timeOf(static_cast<double>(firstNumber - 1));
+    if (firstNumber > 1)
         sound.start = first;
     if (!options.frames.empty())
-        sound.seconds = first - sound.start + input.rate.timeOf(static_cast<double>(input.range->size()));
+        sound.seconds = first - sound.start + input.rate.timeOf(static_cast<double>(frames.size()));
     return sound;
 }
 
@@ -66,6 +68,9 @@ std::unique_ptr<FrameSink> OpenVideoOutput(const ClipOptions& options, const Cli
     job.path = request.output;
     job.options = {options.codec, options.pixelFormat, options.codecOptions};
     job.content.rate = input.rate;
+    job.width = input.source->width();
+    job.height = input.source->height();
+    job.depth = input.source->depth();
     job.alpha = request.alphaOut;
     job.content.hasAlpha = input.source->hasAlpha();
     if (input.video) {

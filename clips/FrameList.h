@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace fxhost {
 
@@ -13,18 +15,34 @@ struct FrameId {
     std::uint64_t digest = 0; // of everything that the frame depends on
 };
 
-// The frames that --frames asks for: "FIRST-LAST", "FIRST-LASTxSTEP" or "NUMBER".
-struct FrameRange {
-    long first = 1; // at least 0
-    long last = 1;  // at least first
-    long step = 1;  // at least 1
-
+// The frames that --frames asks for: parts such as "7", "5-9", "5-9x2" and "5-", separated by commas. A part
+// without a last number reaches to the end of the input.
+class FrameList {
+public:
     // Throws WrongUse that names --frames.
-    static FrameRange Parse(const std::string& text);
-    std::string text() const;
-    std::size_t size() const { return static_cast<std::size_t>((last - first) / step) + 1; }
-    long at(std::size_t place) const { return first + static_cast<long>(place) * step; }
+    static FrameList Parse(const std::string& text);
+
+    // The smallest number that is asked for.
+    long first() const;
+    // The largest number of the parts that have an end; 0 when each part is open.
+    long last() const;
+    bool isOpen() const; // true when a part has no end
+    // True when the list is one part "N-" without a step.
+    bool isOnlyOpen() const;
+    // The numbers in ascending order, each one once. `end`: the last number of the open parts.
+    std::vector<long> numbers(long end) const;
+
+private:
+    struct Part {
+        long first = 1;
+        std::optional<long> last; // nothing for an open part
+        long step = 1;
+    };
+    std::vector<Part> m_Parts; // at least one
 };
+
+// Numbers in ascending order as text: "1-5, 7, 9-20". After `maxParts` parts the text ends with "...".
+std::string NumbersText(const std::vector<long>& numbers, std::size_t maxParts = 8);
 
 // One machine's share of a clip, "K/N": every Nth of the frames that are asked for, starting with the Kth.
 struct Shard {

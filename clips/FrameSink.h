@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "clips/FramePlan.h"
@@ -39,6 +40,15 @@ public:
     // Called instead of finish() when the run ends early. Keeps what a later run can continue from. Does not
     // throw.
     virtual void keepPartialOutput() {}
+
+    // Writes the frame to a temporary file, removes it and returns its bytes. For a dry run, in place of
+    // start() and write(). Throws like write().
+    virtual std::uint64_t tryOut(const Picture& picture) const {
+        static_cast<void>(picture);
+        return 0;
+    }
+    // The file that has the frame: its picture or the video; empty when there is none.
+    virtual std::string file(const FrameId&) const { return {}; }
 
     // How many of the clip's first `written` frames survive if the process dies now.
     virtual std::size_t durableFrames(std::size_t written) const { return written; }

@@ -48,6 +48,10 @@ public:
     void writeFailed(const FrameId& frame, const Picture& picture) override {
         KeepFailedPicture(path(frame), picture);
     }
+    std::uint64_t tryOut(const Picture& picture) const override {
+        return TryPicture(m_Job.pattern.path(0), picture, m_Job.alpha);
+    }
+    std::string file(const FrameId& frame) const override { return path(frame); }
     bool isParallel() const override { return true; }
     bool isResumable() const override { return true; }
 

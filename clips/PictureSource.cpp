@@ -16,17 +16,22 @@ std::string SizeText(unsigned width, unsigned height) {
 
 class PictureSource final : public FrameSource {
 public:
-    PictureSource(const NumberPattern& pattern, long first, std::optional<unsigned> depth, AlphaMode alpha)
-        : m_Pattern(pattern), m_Alpha(alpha) {
-        const Picture picture = readFile(first, depth);
+    PictureSource(const NumberPattern& pattern, const PictureNumbers& numbers, std::optional<unsigned> depth,
+                  AlphaMode alpha)
+        : m_Pattern(pattern), m_Numbers(numbers), m_Alpha(alpha) {
+        const Picture picture = readFile(numbers.model, depth);
         m_Width = picture.width;
         m_Height = picture.height;
         m_Depth = picture.depth;
-        const auto header = ReadPictureHeader(pattern.path(first));
+        const auto header = ReadPictureHeader(pattern.path(numbers.model));
         m_HasAlpha = header && header->hasAlpha;
     }
 
-    std::optional<Picture> read(long number) override {
+    std::optional<Picture> read(long frame) override {
+        const auto file = fileNumber(frame);
+        if (!file)
+            return black();
+        const long number = *file;
         Picture picture = readFile(number, m_Depth);
         if (picture.width != m_Width || picture.height != m_Height)
             throw WrongUse(m_Pattern.path(number) + ": " + SizeText(picture.width, picture.height) +
@@ -34,10 +39,25 @@ public:
                            SizeText(m_Width, m_Height) + "; expected pictures of one size");
         return picture;
     }
-    std::string file(long number) const override { return m_Pattern.path(number); }
+    std::string file(long frame) const override {
+        const auto number = fileNumber(frame);
+        return number ? m_Pattern.path(*number) : "";
+    }
     bool isParallel() const override { return true; }
 
 private:
+    std::optional<long> fileNumber(long frame) const {
+        const auto found = m_Numbers.substitutes.find(frame);
+        return found == m_Numbers.substitutes.end() ? frame : found->second;
+    }
+
+    Picture black() const {
+        Picture picture(m_Width, m_Height, m_Depth);
+        if (!m_HasAlpha)
+            MakeOpaque(picture);
+        return picture;
+    }
+
     Picture readFile(long number, std::optional<unsigned> depth) const {
         const std::string path = m_Pattern.path(number);
         if (!std::filesystem::exists(path))
@@ -47,6 +67,7 @@ private:
     }
 
     const NumberPattern m_Pattern;
+    const PictureNumbers m_Numbers;
     const AlphaMode m_Alpha;
 };
 
@@ -68,9 +89,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, long first,
+std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, const PictureNumbers& numbers,
                                           std::optional<unsigned> depth, AlphaMode alpha) {
-    return std::make_unique<PictureSource>(pattern, first, depth, alpha);
+    return std::make_unique<PictureSource>(pattern, numbers, depth, alpha);
 }
 
 std::unique_ptr<FrameSource> RepeatPicture(Picture picture, const std::string& file) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -9,9 +10,16 @@
 
 namespace fxhost {
 
-// Reads numbered pictures. All have the size of number `first`, and its depth unless `depth` is given (bits
-// per channel). Throws WrongUse when that picture cannot be read.
-std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, long first,
+// The files that frames are read from.
+struct PictureNumbers {
+    long model = 1; // a picture that exists; all have its size
+    // The numbers of the files for frames whose own file does not exist; nothing for a black picture.
+    std::map<long, std::optional<long>> substitutes;
+};
+
+// Reads numbered pictures. All have the size of the model, and its depth unless `depth` is given (bits per
+// channel). Throws WrongUse when that picture cannot be read.
+std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, const PictureNumbers& numbers,
                                           std::optional<unsigned> depth, AlphaMode alpha);
 
 // Shows the same picture in every frame. `file`: where it comes from, or empty.

@@ -10,6 +10,7 @@
 #include "clips/ReadAhead.h"
 #include "guard/Stage.h"
 #include "guard/StopRequest.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
 
@@ -45,7 +46,8 @@ bool RenderAll(ReadAhead& reader, WriteBehind& writer, const FramePlan& plan, co
             ReportFrame(frame.number);
             const auto begin = Clock::now();
             RenderedFrame rendered = render(frame, std::move(*input));
-            result.renderSeconds += std::chrono::duration<double>(Clock::now() - begin).count();
+            rendered.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+            result.renderSeconds += rendered.seconds;
             if (rendered.hasFailed)
                 result.failed.push_back(frame.number);
             if (!writer.add(frame, std::move(rendered)))
@@ -97,10 +99,18 @@ PipelineResult RunPipeline(FrameSource& source, FrameSink& sink, const FramePlan
     };
     report();
     const std::size_t writers = ThreadCount(sink.isParallel());
-    WriteBehind writer(sink, writers, QueueCapacity(source, writers), [&](bool isGood) {
-        progress.advance(isGood);
-        report();
-    });
+    WriteBehind writer(sink, writers, QueueCapacity(source, writers),
+                       [&](const FrameId& frame, const RenderedFrame& rendered) {
+                           progress.advance(frame.number, !rendered.hasFailed);
+                           report();
+                           Event event("frame");
+                           event.add("frame", frame.number)
+                               .add("status", std::string(rendered.hasFailed ? "failed" : "done"));
+                           if (const std::string file = sink.file(frame);
+                               !file.empty() && !rendered.hasFailed)
+                               event.add("file", file);
+                           event.add("seconds", rendered.seconds).send();
+                       });
     DrainGuard drainGuard(writer, sink);
     try {
         result.stopped = !ReadAndRender(source, writer, plan, render, result);

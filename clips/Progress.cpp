@@ -51,7 +51,7 @@ double Progress::seconds() const {
     return std::chrono::duration<double>(Clock::now() - m_Begin).count();
 }
 
-void Progress::advance(bool written) {
+void Progress::advance(long number, bool written) {
     ++m_Done;
     m_Written += written ? 1 : 0;
     const auto now = Clock::now();
@@ -60,13 +60,13 @@ void Progress::advance(bool written) {
     if (m_Style == Style::None || (!isLast && std::chrono::duration<double>(now - m_Shown).count() < period))
         return;
     m_Shown = now;
-    show();
+    show(number);
 }
 
-void Progress::show() {
+void Progress::show(long number) {
     const std::string text = ProgressText(m_Done, m_Total, seconds());
     if (m_Style == Style::Lines) {
-        std::fprintf(m_File, "%s\n", text.c_str());
+        std::fprintf(m_File, "frame %ld: %s\n", number, text.c_str());
         return;
     }
     std::string bar;

@@ -22,8 +22,9 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    // Counts one more frame, and shows it when enough time has passed. written: false for a failed frame.
-    void advance(bool written = true);
+    // Counts the frame with this number, and shows it when enough time has passed. written: false for a
+    // failed frame.
+    void advance(long number, bool written = true);
     // Frames that are written.
     std::size_t written() const { return m_Written; }
     // Seconds since the construction.
@@ -31,7 +32,7 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    void show();
+    void show(long number);
 
     std::FILE* m_File;
     const Style m_Style;

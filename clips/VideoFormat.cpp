@@ -89,6 +89,19 @@ bool IsRgb(const std::string& pixelFormat) {
            pixelFormat.starts_with("abgr");
 }
 
+// FFmpeg would choose another format in silence.
+void RequirePixelFormat(const std::string& codec, const std::string& pixelFormat) {
+    if (pixelFormat.empty())
+        return;
+    const std::vector<std::string> known = EncoderPixelFormats(codec);
+    if (known.empty() || std::find(known.begin(), known.end(), pixelFormat) != known.end())
+        return;
+    std::string list;
+    for (const std::string& name : known)
+        list += " " + name;
+    throw WrongUse("--pixel-format " + pixelFormat + ": the encoder " + codec + " takes only" + list);
+}
+
 } // namespace
 
 long VideoTimescale(const VideoContent& content) {
@@ -113,6 +126,7 @@ VideoFormat ChooseVideoFormat(const std::string& path, const EncoderOptions& opt
     RequireVideoExtension(path);
     const FormatRow& row = *FindRow(ExtensionOf(path), depth > 8, content.hasAlpha);
     const bool isDefaultCodec = options.codec.empty() || options.codec == row.codec;
+    RequirePixelFormat(isDefaultCodec ? row.codec : options.codec, options.pixelFormat);
     const bool odd = (width % 2 || height % 2) && row.oddFormat;
     std::string pixelFormat = options.pixelFormat;
     if (pixelFormat.empty() && isDefaultCodec)

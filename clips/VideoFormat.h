@@ -13,6 +13,8 @@ struct EncoderOptions {
     std::string codec;       // FFmpeg's name of the encoder
     std::string pixelFormat; // FFmpeg's name
     std::string arguments;   // further encoder arguments, separated by blanks
+
+    bool isAny() const { return !codec.empty() || !pixelFormat.empty() || !arguments.empty(); }
 };
 
 // Properties of the clip that the encoder has to preserve.
@@ -33,7 +35,8 @@ struct VideoFormat {
 
 // Chooses the encoder by the output's extension. .mp4 and .m4v: H.264, or H.265 with 10 bits for pictures of
 // more than 8 bits. .mov: ProRes with 10 bits, ProRes 4444 with alpha. .mkv: FFV1, which is lossless up to 16
-// bits. .webm: VP9. `options` take precedence.
+// bits. .webm: VP9. `options` take precedence. Throws WrongUse when the encoder does not take the pixel
+// format.
 VideoFormat ChooseVideoFormat(const std::string& path, const EncoderOptions& options,
                               const VideoContent& content, unsigned width, unsigned height, unsigned depth);
 

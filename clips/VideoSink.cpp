@@ -10,6 +10,7 @@
 #include "clips/PipeIO.h"
 #include "clips/VideoParts.h"
 #include "clips/VideoProbe.h"
+#include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 
 namespace fxhost {
@@ -18,11 +19,61 @@ namespace {
 
 namespace fs = std::filesystem;
 
+PipeFormat PipeFormatOf(const VideoParts::Shape& shape, const VideoFormat& format) {
+    return {shape.width, shape.height, shape.depth > 8, format.isYuv, format.keepsAlpha};
+}
+
+std::vector<std::string> EncoderArguments(const VideoContent& content, const PipeFormat& pipe,
+                                          const VideoFormat& format, const std::string& target) {
+    std::vector<std::string> list = {"ffmpeg",
+                                     "-v",
+                                     "error",
+                                     "-nostdin",
+                                     "-y",
+                                     "-f",
+                                     "rawvideo",
+                                     "-pix_fmt",
+                                     pipe.name(),
+                                     "-video_size",
+                                     std::to_string(pipe.width) + "x" + std::to_string(pipe.height),
+                                     "-framerate",
+                                     content.rate.text(),
+                                     "-i",
+                                     "pipe:0"};
+    list.insert(list.end(), format.arguments.begin(), format.arguments.end());
+    list.insert(list.end(), {"-video_track_timescale", std::to_string(VideoTimescale(content)), "-fflags",
+                             "+bitexact", "-flags:v", "+bitexact", FileArgument(target)});
+    return list;
+}
+
 class VideoSink final : public FrameSink {
 public:
     explicit VideoSink(const VideoJob& job) : m_Job(job), m_Parts(job) {}
 
-    void start(const FramePlan& plan) override { m_Parts.start(plan); }
+    void start(const FramePlan& plan) override {
+        if (m_Job.options.isAny()) // The user's own options may be wrong.
+            tryOut(Picture(m_Job.width, m_Job.height, m_Job.depth));
+        m_Parts.start(plan);
+    }
+    // Encodes one frame in the container of the output.
+    std::uint64_t tryOut(const Picture& picture) const override {
+        const VideoFormat format = ChooseVideoFormat(m_Job.path, m_Job.options, m_Job.content, picture.width,
+                                                     picture.height, picture.depth);
+        const PipeFormat pipe = PipeFormatOf({picture.width, picture.height, picture.depth}, format);
+        const AtomicFile target(m_Job.path);
+        ChildProcess encoder(EncoderArguments(m_Job.content, pipe, format, target.unfinished().string()),
+                             ChildProcess::Pipe::ToStdin);
+        const auto bytes = FrameOf(picture, pipe);
+        WriteFully(encoder.pipe(), bytes.data(), bytes.size());
+        encoder.closePipe();
+        if (const int status = encoder.wait()) {
+            const std::string text = "--output " + m_Job.path +
+                                     ": the encoder does not accept these options: " +
+                                     FailureText("ffmpeg", status, encoder.stderrText());
+            throw WrongUse(text);
+        }
+        return fs::file_size(target.unfinished());
+    }
     Earlier earlier(const FrameId& frame) const override {
         const std::size_t part = frame.place / PartFrames;
         return m_Parts.has(part)          ? Earlier::Complete
@@ -85,6 +136,7 @@ public:
         return std::min(written, m_CompleteParts * PartFrames);
     }
     bool isResumable() const override { return true; }
+    std::string file(const FrameId&) const override { return m_Job.path; }
     std::string partsFolder() const override { return m_Parts.folder(); }
 
 private:
@@ -103,33 +155,11 @@ private:
             m_Parts.setShape(shape, m_Format.partExtension);
     }
 
-    PipeFormat pipeFormat() const {
-        const auto& shape = *m_Parts.shape();
-        return {shape.width, shape.height, shape.depth > 8, m_Format.isYuv, m_Format.keepsAlpha};
-    }
+    PipeFormat pipeFormat() const { return PipeFormatOf(*m_Parts.shape(), m_Format); }
 
     std::vector<std::string> arguments() const {
-        const auto& shape = *m_Parts.shape();
-        std::vector<std::string> list = {"ffmpeg",
-                                         "-v",
-                                         "error",
-                                         "-nostdin",
-                                         "-y",
-                                         "-f",
-                                         "rawvideo",
-                                         "-pix_fmt",
-                                         pipeFormat().name(),
-                                         "-video_size",
-                                         std::to_string(shape.width) + "x" + std::to_string(shape.height),
-                                         "-framerate",
-                                         m_Job.content.rate.text(),
-                                         "-i",
-                                         "pipe:0"};
-        list.insert(list.end(), m_Format.arguments.begin(), m_Format.arguments.end());
-        list.insert(list.end(), {"-video_track_timescale", std::to_string(VideoTimescale(m_Job.content)),
-                                 "-fflags", "+bitexact", "-flags:v", "+bitexact",
-                                 FileArgument(m_Parts.unfinishedPath(m_Part).string())});
-        return list;
+        return EncoderArguments(m_Job.content, pipeFormat(), m_Format,
+                                m_Parts.unfinishedPath(m_Part).string());
     }
 
     // Ends the input of the encoder, which finishes while the next part is being encoded.

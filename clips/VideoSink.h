@@ -21,6 +21,7 @@ struct VideoJob {
     EncoderOptions options;
     AlphaMode alpha = AlphaMode::Auto; // how the video stores colours; Auto is straight
     VideoContent content;
+    unsigned width = 0, height = 0, depth = 8; // of the input; the effect may change the size
     SoundTrack sound;
     std::string identity;      // everything besides the frames that decides what the parts look like
     std::string soundIdentity; // the same for the sound

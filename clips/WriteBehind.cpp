@@ -3,7 +3,7 @@
 namespace fxhost {
 
 WriteBehind::WriteBehind(FrameSink& sink, std::size_t threads, std::size_t capacity,
-                         std::function<void(bool)> onWritten)
+                         std::function<void(const FrameId&, const RenderedFrame&)> onWritten)
     : m_Sink(sink), m_Capacity(capacity), m_OnWritten(std::move(onWritten)) {
     for (std::size_t i = 0; i < threads; ++i)
         m_Threads.emplace_back([this] { work(); });
@@ -58,7 +58,7 @@ void WriteBehind::writeOne(std::unique_lock<std::mutex>& lock) {
     if (error)
         m_Error = m_Error ? m_Error : error;
     else
-        m_OnWritten(!item.rendered.hasFailed);
+        m_OnWritten(item.frame, item.rendered);
     m_Changed.notify_all();
 }
 

@@ -15,15 +15,16 @@ namespace fxhost {
 struct RenderedFrame {
     Picture picture;
     bool hasFailed = false; // true when the effect reported an error in this frame
+    double seconds = 0;     // that rendering took
 };
 
 // Writes rendered frames to a sink on threads of its own.
 class WriteBehind {
 public:
-    // `onWritten` is called after each frame, by one thread at a time; its argument is false for a failed
-    // frame. At most `capacity` frames wait. `sink` must outlive this object.
+    // `onWritten` is called after each frame, by one thread at a time. At most `capacity` frames wait. `sink`
+    // must outlive this object.
     WriteBehind(FrameSink& sink, std::size_t threads, std::size_t capacity,
-                std::function<void(bool)> onWritten);
+                std::function<void(const FrameId&, const RenderedFrame&)> onWritten);
     // Discards the waiting frames, unless drain() was called.
     ~WriteBehind();
     WriteBehind(const WriteBehind&) = delete;
@@ -47,7 +48,7 @@ private:
 
     FrameSink& m_Sink;
     const std::size_t m_Capacity;
-    const std::function<void(bool)> m_OnWritten;
+    const std::function<void(const FrameId&, const RenderedFrame&)> m_OnWritten;
     std::mutex m_Mutex;
     std::condition_variable m_Changed;
     std::deque<Item> m_Waiting;

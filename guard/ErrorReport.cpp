@@ -1,16 +1,16 @@
 #include "guard/ErrorReport.h"
 
-#include <cstdio>
 #include <new>
 
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
 
 namespace {
 
 int Report(const char* text, int status) {
-    std::fprintf(stderr, "fxhost: %s\n", text);
+    PrintMessage(MessageKind::Error, text);
     return status;
 }
 
@@ -22,7 +22,7 @@ int RunAndReport(const std::function<int()>& work) {
     } catch (const WrongUse& error) {
         return Report(error.what(), ExitWrongUse);
     } catch (const EffectFailure& error) {
-        std::fprintf(stderr, "%s%s\n", error.file().empty() ? "fxhost: " : "", error.what());
+        PrintMessage(MessageKind::Error, error.what(), -1, error.file().empty());
         return ExitEffectFailed;
     } catch (const std::bad_alloc&) {
         return Report("not enough memory", ExitEffectFailed);

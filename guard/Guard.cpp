@@ -86,7 +86,9 @@ int RunParent(GuardChannel& channel, pid_t child, const GuardLimits& limits, con
             kill(child, SIGKILL);
         }
     }
-    return watchdog.exitStatusFor(status, passedOn > 0);
+    const SharedStatus& shared = channel.status();
+    ReportWritten(shared.written, shared.total, shared.resumable); // The channel ends with this run.
+    return watchdog.exitStatusFor(status, passedOn > 0 ? signals.first() : 0);
 }
 
 // Observes this process from a thread of its own until the object is destroyed.
@@ -108,7 +110,7 @@ private:
             if (action == Watchdog::Action::Stop)
                 kill(getpid(), SIGTERM); // StopScope handles it, because the status says that it can drain.
             if (action == Watchdog::Action::Kill)
-                _exit(m_Watchdog.exitStatusFor(0, false));
+                _exit(m_Watchdog.exitStatusFor(0, 0));
             std::this_thread::sleep_for(std::chrono::milliseconds(s_PollMilliseconds));
         }
     }

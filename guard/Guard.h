@@ -24,10 +24,11 @@ struct GuardLimits {
 // message names `effect`, the frame and the stage, and the result is ExitRanAway. The stages are those that
 // StageSpan reports.
 //
-// The first SIGINT, SIGTERM or SIGHUP is passed on to the child as SIGTERM, the second one as SIGKILL. The
-// child dies with its parent. When a limit is exceeded, frames that are already rendered are written first,
-// provided that the work reacts to AbandonRequested. Call it while the process has one thread and no GL
-// context.
+// The first SIGINT, SIGTERM or SIGHUP is passed on to the child as SIGTERM, the second one as SIGKILL. After
+// a stop the result is 128 plus the number of the first signal, as shells expect. ReportedWritten() is that
+// of the child. The child dies with its parent. When a limit is exceeded, frames that are already rendered
+// are written first, provided that the work reacts to AbandonRequested. Call it while the process has one
+// thread and no GL context.
 int RunGuarded(const GuardLimits& limits, const std::string& effect, const std::function<int()>& work);
 
 } // namespace fxhost

@@ -39,6 +39,11 @@ long ReportedFrame() {
     return CurrentStatus().frame;
 }
 
+WrittenFrames ReportedWritten() {
+    const SharedStatus& status = CurrentStatus();
+    return {status.written, status.total};
+}
+
 void ReportWritten(long written, long total, bool resumable) {
     SharedStatus& status = CurrentStatus();
     status.written = written;

@@ -55,4 +55,10 @@ long ReportedFrame();
 // them. The watchdog prints this when a run ends badly.
 void ReportWritten(long written, long total, bool resumable);
 
+// What ReportWritten was called with last.
+struct WrittenFrames {
+    long written = 0, total = 0;
+};
+WrittenFrames ReportedWritten();
+
 } // namespace fxhost

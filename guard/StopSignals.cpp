@@ -4,9 +4,11 @@ namespace fxhost {
 
 namespace {
 
-volatile std::sig_atomic_t s_Received = 0;
+volatile std::sig_atomic_t s_Received = 0, s_First = 0;
 
-void OnSignal(int) {
+void OnSignal(int number) {
+    if (s_Received == 0)
+        s_First = number;
     s_Received = s_Received + 1;
 }
 
@@ -14,6 +16,7 @@ void OnSignal(int) {
 
 StopSignals::StopSignals() {
     s_Received = 0;
+    s_First = 0;
     struct sigaction action {};
     action.sa_handler = OnSignal;
     for (int i = 0; i < 3; ++i)
@@ -27,6 +30,10 @@ void StopSignals::restore() {
 
 int StopSignals::count() const {
     return s_Received;
+}
+
+int StopSignals::first() const {
+    return s_First;
 }
 
 } // namespace fxhost

@@ -16,6 +16,8 @@ public:
     void restore();
     // Signals received so far.
     int count() const;
+    // The number of the first one; 0 when there is none.
+    int first() const;
 
 private:
     static constexpr int s_Counted[] = {SIGINT, SIGTERM, SIGHUP};

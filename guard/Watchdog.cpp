@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
 
@@ -74,21 +75,23 @@ void Watchdog::reportExcess() const {
         report(s_MemoryMessage);
 }
 
-int Watchdog::exitStatusFor(int waitStatus, bool stopped) {
+int Watchdog::exitStatusFor(int waitStatus, int stopSignal) {
     if (m_Exceeded != Limit::None) {
         reportWritten();
         return ExitRanAway;
     }
     if (WIFEXITED(waitStatus)) {
+        if (stopSignal && IsStopStatus(WEXITSTATUS(waitStatus))) // The child got another signal.
+            return 128 + stopSignal;
         if (!m_Status.outOfMemory || WEXITSTATUS(waitStatus) == ExitOk)
             return WEXITSTATUS(waitStatus);
         report(s_MemoryMessage);
-    } else if (!stopped) {
+    } else if (!stopSignal) {
         const int signal = WTERMSIG(waitStatus);
         report("crashed with signal " + std::to_string(signal) + " (" + strsignal(signal) + ")");
     }
     reportWritten();
-    return stopped && !WIFEXITED(waitStatus) ? ExitStopped : ExitRanAway;
+    return stopSignal && !WIFEXITED(waitStatus) ? 128 + stopSignal : ExitRanAway;
 }
 
 std::string Watchdog::position() const {
@@ -101,14 +104,16 @@ std::string Watchdog::position() const {
 void Watchdog::report(const std::string& problem) const {
     if (m_Limits.isSilent)
         return;
-    std::fprintf(stderr, "fxhost: %s: %s: %s\n", m_Effect.c_str(), position().c_str(), problem.c_str());
+    PrintMessage(MessageKind::Error, m_Effect + ": " + position() + ": " + problem, m_Status.frame);
 }
 
 void Watchdog::reportWritten() const {
     if (m_Status.total > 0)
-        std::fprintf(stderr, "fxhost: %ld of %ld frames are written%s\n", m_Status.written.load(),
-                     m_Status.total.load(),
-                     m_Status.resumable ? "; the same command with --resume continues after them" : "");
+        PrintMessage(MessageKind::Note, std::to_string(m_Status.written) + " of " +
+                                            std::to_string(m_Status.total) + " frames are written" +
+                                            (m_Status.resumable && m_Status.written > 0
+                                                 ? "; the same command with --resume continues after them"
+                                                 : ""));
 }
 
 } // namespace fxhost

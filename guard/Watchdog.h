@@ -23,8 +23,8 @@ public:
     Action check(std::optional<std::uint64_t> dataBytes);
 
     // Exit status for a child that ended with this wait status; prints the message about a crash.
-    // `stopped`: true when the child was ended by a signal of the user.
-    int exitStatusFor(int waitStatus, bool stopped);
+    // `stopSignal`: the signal with which the user asked for a stop, or 0.
+    int exitStatusFor(int waitStatus, int stopSignal);
 
 private:
     enum class Limit { None, Time, Memory };

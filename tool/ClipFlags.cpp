@@ -6,15 +6,26 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
     const auto text = [&](const char* name, std::string& value, const char* type, const char* help) {
         command.add_option(name, value, help)->type_name(type)->group("Clips");
     };
-    text(
-        "--frames", options.frames, "FIRST-LAST[xSTEP]",
-        "Frames to render: 1-240, 1-240x2, 7; all frames of the input by default. Videos begin with frame 1");
+    text("--frames", options.frames, "LIST",
+         "Frames to render: 1-240, 1-240x2, 1,3,5-; all frames of the input by default. Videos begin with "
+         "frame 1");
     text("--fps", options.fps, "RATE",
          "Frames per second: 25, 29.97, 30000/1001; the rate of the input video, or 24, by default");
     command
         .add_option("--zero-frame", options.zeroFrame,
                     "Number of the frame at time 0; the first frame of the input, or 1, by default")
         ->type_name("NUMBER")
+        ->group("Clips");
+    static const std::map<std::string, MissingFrames> missing = {{"error", MissingFrames::Error},
+                                                                 {"hold", MissingFrames::Hold},
+                                                                 {"black", MissingFrames::Black},
+                                                                 {"skip", MissingFrames::Skip}};
+    command
+        .add_option(
+            "--missing", options.missing,
+            "What happens to missing numbered pictures: an error, the frame before, black, or left out")
+        ->transform(CLI::CheckedTransformer(missing))
+        ->type_name("error|hold|black|skip")
         ->group("Clips");
     text("--keys", options.keys, "FILE.json",
          R"(Keyframes: {"Amount": {"0": 0, "1s": 100}}, times in frames or seconds)");
@@ -26,6 +37,10 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
          "FFmpeg encoder for the output; chosen by its extension by default");
     text("--pixel-format", options.pixelFormat, "NAME", "FFmpeg pixel format for the output");
     text("--codec-options", options.codecOptions, "TEXT", "Further arguments for the encoder: \"-crf 12\"");
+    command
+        .add_flag("--dry-run", options.dryRun,
+                  "Render one frame and check everything that a run needs, but write nothing")
+        ->group("Clips");
     CLI::Option* const replace = command
                                      .add_flag_callback(
                                          "-y", [] {}, "Replace existing output files, which is the default")

@@ -1,12 +1,23 @@
 #include "tool/EffectReporter.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "drivers/EffectDiagnostics.h"
 #include "engine/IPlugin.h"
+#include "guard/Stage.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
+
+namespace {
+
+// Clips count frames; single pictures do not.
+std::string FrameText() {
+    const long frame = ReportedFrame();
+    return frame < 0 ? "" : " (frame " + std::to_string(frame) + ")";
+}
+
+} // namespace
 
 EffectReporter::EffectReporter(const std::string& effect, const ReportOptions& options)
     : m_Options(options), m_Source(EffectSource::Open(effect)), m_ScriptErrors(m_Source) {}
@@ -41,7 +52,8 @@ void EffectReporter::print(const std::vector<Diagnostic>& diagnostics) {
         m_HasErrors |= isError;
         m_Failed |= isError || m_Options.strict;
         if (isError || !m_Options.quiet)
-            std::fprintf(stderr, "%s\n", ToText(diagnostic).c_str());
+            PrintMessage(isError ? MessageKind::Error : MessageKind::Warning,
+                         ToText(diagnostic) + FrameText(), ReportedFrame(), false);
     }
 }
 

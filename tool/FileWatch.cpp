@@ -45,7 +45,7 @@ Snapshot Take(const std::vector<std::string>& paths) {
 int RunOnChange(const std::vector<std::string>& paths, const std::function<int()>& work) {
     for (;;) {
         const Snapshot before = Take(paths);
-        if (const int status = work(); status == ExitStopped)
+        if (const int status = work(); IsStopStatus(status))
             return status;
         std::fprintf(stderr, "fxhost: waiting for changes; interrupt with Ctrl+C\n");
         while (Take(paths) == before)

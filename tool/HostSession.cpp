@@ -1,10 +1,9 @@
 #include "tool/HostSession.h"
 
-#include <cstdio>
-
 #include "guard/Stage.h"
 #include "tool/EngineSession.h"
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
 
@@ -17,8 +16,9 @@ ScriptMessageListener::Handler PrintTo(const EffectSource& source, const ReportO
     return [file = source.DisplayPath("fx.js")](const ScriptMessage& message) {
         const long frame = ReportedFrame();
         const std::string number = frame >= 0 ? " (frame " + std::to_string(frame) + ")" : "";
-        std::fprintf(stderr, "%s:%d: print%s: %s\n", file.c_str(), message.line, number.c_str(),
-                     message.text.c_str());
+        PrintMessage(MessageKind::Print,
+                     file + ":" + std::to_string(message.line) + ": print" + number + ": " + message.text,
+                     frame, false);
     };
 }
 
@@ -77,7 +77,7 @@ int HostSession::finish() {
     }
     const auto violations = m_Driver->finish();
     for (const std::string& violation : violations)
-        std::fprintf(stderr, "host: %s\n", violation.c_str());
+        PrintMessage(MessageKind::Error, "host: " + violation, -1, false);
     if (!violations.empty())
         return ExitHostRules;
     const bool failed = m_Reporter ? m_Reporter->failed() : inspectBundle();

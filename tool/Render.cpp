@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -6,6 +7,8 @@
 #include "clips/Clip.h"
 #include "clips/FailedPicture.h"
 #include "clips/ProtectedFiles.h"
+#include "guard/ErrorReport.h"
+#include "guard/Stage.h"
 #include "tool/ClipFlags.h"
 #include "tool/Commands.h"
 #include "tool/FileWatch.h"
@@ -16,6 +19,7 @@
 #include "tool/HostSession.h"
 #include "toolkit/ContentDigest.h"
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 #include "toolkit/PictureFile.h"
 
 namespace fxhost {
@@ -30,7 +34,7 @@ struct RenderOptions {
     HostOptions host;
     GuardLimits limits;
     ReportOptions report; // quiet comes from `clip`
-    bool watch = false;
+    bool watch = false, json = false;
 };
 
 std::unique_ptr<HostSession> OpenSession(const RenderOptions& options) {
@@ -51,11 +55,10 @@ std::vector<std::string> SettingsInPixels(const RenderOptions& options,
 void WarnOfReducedDepth(const RenderOptions& options) {
     const unsigned wanted = options.frame.depth.value_or(8), held = LargestDepth(options.output);
     if (held < wanted && !options.report.quiet)
-        std::fprintf(
-            stderr,
-            "fxhost: %s: this format holds %u bits per channel, so the frame is rendered at %u and rounded; "
-            ".exr and .tif hold 32\n",
-            options.output.c_str(), held, wanted);
+        PrintMessage(MessageKind::Warning, options.output + ": this format holds " + std::to_string(held) +
+                                               " bits per channel, so the frame is rendered at " +
+                                               std::to_string(wanted) +
+                                               " and rounded; .exr and .tif hold 32");
 }
 
 // The files that are read besides the input.
@@ -94,7 +97,10 @@ int RenderPicture(const RenderOptions& options) {
     request.time = options.frame.time;
 
     const Picture picture = session->render(request);
-    if (session->reportFrame()) {
+    if (options.clip.dryRun) {
+        session->reportFrame();
+        TryPicture(options.output, picture, options.alphaOut.value_or(options.frame.alpha));
+    } else if (session->reportFrame()) {
         KeepFailedPicture(options.output, picture);
     } else {
         WritePicture(options.output, picture, options.alphaOut.value_or(options.frame.alpha));
@@ -140,7 +146,9 @@ int RenderClip(const RenderOptions& options) {
         ReadAnimation(options.clip.keys, SettingsInPixels(options, parameters, clip.width(), clip.height()),
                       parameters, clip.rate());
     const auto layers = ReadLayers(options.frame.layers, parameters, clip.depth(), options.frame.alpha);
-    const int status = clip.run(*session, animation, layers, [&] { return session->reportFrame(); });
+    const auto hasFailed = [&] { return session->reportFrame(); };
+    const int status = options.clip.dryRun ? clip.dryRun(*session, animation, layers, hasFailed)
+                                           : clip.run(*session, animation, layers, hasFailed);
     const int effectStatus = session->finish();
     return status == ExitOk ? effectStatus : status;
 }
@@ -152,16 +160,36 @@ int RenderOnce(const RenderOptions& options) {
                                   [&] { return isClip ? RenderClip(options) : RenderPicture(options); });
     if (status == ExitRanAway)
         for (const Diagnostic& found : FindHang(options.limits, shown))
-            std::fprintf(stderr, "%s\n", ToText(found).c_str());
+            PrintMessage(MessageKind::Error, ToText(found), -1, false);
+    return status;
+}
+
+// Runs once and sends the summary event.
+int RenderAndSummarize(const RenderOptions& options) {
+    const auto begin = std::chrono::steady_clock::now();
+    ReportWritten(0, 0, false);
+    const int status = RunAndReport([&] { return RenderOnce(options); });
+    const auto [written, total] = ReportedWritten();
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
+    Event("summary")
+        .add("status", long{status})
+        .add("written", written)
+        .add("total", total)
+        .add("output", options.output)
+        .add("seconds", elapsed.count())
+        .send();
     return status;
 }
 
 int Render(RenderOptions options) {
+    if (options.json) // Standard output may carry frames.
+        UseJsonEvents(options.output == "-" ? stderr : stdout);
     RequireOneInput(options.frame);
     options.report.quiet = options.clip.quiet;
     if (!options.watch)
-        return RenderOnce(options);
-    return RunOnChange({options.frame.effect, options.frame.input}, [&] { return RenderOnce(options); });
+        return RenderAndSummarize(options);
+    return RunOnChange({options.frame.effect, options.frame.input},
+                       [&] { return RenderAndSummarize(options); });
 }
 
 } // namespace
@@ -185,6 +213,8 @@ Command AddRender(CLI::App& tool) {
     AddClipOptions(*app, options->clip);
     AddHostOptions(*app, options->host);
     app->add_flag("--strict", options->report.strict, "Treat warnings as errors");
+    app->add_flag("--json", options->json,
+                  "Print one JSON object for each frame, warning and error, and a summary, instead of text");
     app->add_flag("--watch", options->watch,
                   "Render again whenever a file of the effect, or the input, changes");
     AddGuardOptions(*app, options->limits);

@@ -45,6 +45,20 @@ void ScaleAtAnyDepth(Picture& picture, const Factor& factor) {
 
 } // namespace
 
+void MakeOpaque(Picture& picture) {
+    const auto fill = [&]<class Channel>(Channel full) {
+        auto* channel = reinterpret_cast<Channel*>(picture.bytes.data());
+        for (std::size_t i = 0; i < picture.bytes.size() / sizeof(Channel); i += 4)
+            channel[i] = full;
+    };
+    if (picture.depth == 8)
+        fill(std::uint8_t{255});
+    else if (picture.depth == 16)
+        fill(std::uint16_t{32768});
+    else
+        fill(1.0f);
+}
+
 void Premultiply(Picture& picture) {
     ScaleAtAnyDepth(picture, [](double alpha) { return alpha; });
 }

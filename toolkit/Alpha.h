@@ -16,6 +16,8 @@ enum class AlphaMode {
 // Where alpha is 0, colours are left as they are: they cannot be divided, and light without coverage is kept.
 void Premultiply(Picture& picture);
 void Unpremultiply(Picture& picture);
+// Sets alpha to its full value everywhere.
+void MakeOpaque(Picture& picture);
 // The same picture with multiplied colours.
 Picture Premultiplied(Picture picture);
 

@@ -12,7 +12,9 @@ enum ExitStatus : int {
     ExitWrongUse = 2,
     ExitHostRules = 3,
     ExitRanAway = 4,
+    ExitHungUp = 129,
     ExitStopped = 130,
+    ExitTerminated = 143,
 };
 
 struct ExitStatusDescription {
@@ -26,8 +28,15 @@ inline constexpr ExitStatusDescription ExitStatusTable[] = {
     {ExitWrongUse, "wrong use: invalid options or unreadable input files"},
     {ExitHostRules, "the plug-in broke a rule of the host's protocol"},
     {ExitRanAway, "the effect exceeded its time or memory limit, or crashed"},
+    {ExitHungUp, "stopped by SIGHUP: the terminal was closed"},
     {ExitStopped, "interrupted by the user"},
+    {ExitTerminated, "stopped by SIGTERM"},
 };
+
+// True when a signal that asks the tool to stop ended the work. The status is 128 plus its number.
+constexpr bool IsStopStatus(int status) {
+    return status == ExitHungUp || status == ExitStopped || status == ExitTerminated;
+}
 
 // A mistake in the command line or in an input file. The text names the option and what was expected. The
 // process ends with ExitWrongUse.

@@ -136,14 +136,30 @@ Picture ReadPicture(const std::string& path, std::optional<unsigned> depth, Alph
     return ToPicture(file, depth.value_or(file.depth));
 }
 
-void WritePicture(const std::string& path, const Picture& picture, AlphaMode mode) {
+namespace {
+
+// Returns the size of the file in bytes.
+std::uint64_t WriteOrTry(const std::string& path, const Picture& picture, AlphaMode mode, bool isTrial) {
     try {
         const AtomicFile file(path);
         Write(file.unfinished().string(), picture, mode);
-        file.commit();
+        const std::uint64_t bytes = fs::file_size(file.unfinished());
+        if (!isTrial)
+            file.commit();
+        return bytes;
     } catch (const std::exception& error) {
         throw EffectFailure(path, std::string("cannot be written: ") + error.what());
     }
+}
+
+} // namespace
+
+void WritePicture(const std::string& path, const Picture& picture, AlphaMode mode) {
+    WriteOrTry(path, picture, mode, false);
+}
+
+std::uint64_t TryPicture(const std::string& path, const Picture& picture, AlphaMode mode) {
+    return WriteOrTry(path, picture, mode, true);
 }
 
 unsigned LargestDepth(const std::string& path) {

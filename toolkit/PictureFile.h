@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -19,6 +20,10 @@ Picture ReadPicture(const std::string& path, std::optional<unsigned> depth,
 // multiplies them by alpha for EXR only. The file appears under its name only when it is complete. Throws
 // EffectFailure with the file and the reason.
 void WritePicture(const std::string& path, const Picture& picture, AlphaMode alpha = AlphaMode::Auto);
+
+// Writes the file without giving it its name, removes it and returns its size in bytes. Throws like
+// WritePicture.
+std::uint64_t TryPicture(const std::string& path, const Picture& picture, AlphaMode alpha = AlphaMode::Auto);
 
 // The most bits per channel that files with this name hold: 8, 16 or 32. 32 when the format is unknown.
 unsigned LargestDepth(const std::string& path);

@@ -9,22 +9,34 @@ namespace {
 
 using namespace fxhost;
 
-TEST(FrameListTest, RangeWithOptionalStepListsItsFrames) {
-    const std::pair<const char*, std::vector<long>> rows[] = {
-        {"1-3", {1, 2, 3}}, {"7", {7}}, {"0-9x3", {0, 3, 6, 9}}, {"1001-1004x2", {1001, 1003}}};
-    for (const auto& [text, frames] : rows) {
-        const FrameRange range = FrameRange::Parse(text);
-        std::vector<long> listed;
-        for (std::size_t place = 0; place < range.size(); ++place)
-            listed.push_back(range.at(place));
-        EXPECT_EQ(listed, frames) << text;
-        EXPECT_EQ(range.text(), text);
+TEST(FrameListTest, PartsListTheirFramesInOrderAndOnce) {
+    const struct {
+        const char* text;
+        long end; // of the input
+        std::vector<long> frames;
+        const char* shown;
+        long last;
+    } rows[] = {{"1-3", 9, {1, 2, 3}, "1-3", 3},
+                {"7", 9, {7}, "7", 7},
+                {"0-9x3", 9, {0, 3, 6, 9}, "0, 3, 6, 9", 9},
+                {"1001-1004x2", 9, {1001, 1003}, "1001, 1003", 1003},
+                {"1,3,5-9x2,8-", 10, {1, 3, 5, 7, 8, 9, 10}, "1, 3, 5, 7-10", 9},
+                {"4-x3", 11, {4, 7, 10}, "4, 7, 10", 0},
+                {"3-5, 1-4", 9, {1, 2, 3, 4, 5}, "1-5", 5},
+                {"12-", 9, {}, "", 0}};
+    for (const auto& row : rows) {
+        const FrameList list = FrameList::Parse(row.text);
+        EXPECT_EQ(list.numbers(row.end), row.frames) << row.text;
+        EXPECT_EQ(NumbersText(row.frames), row.shown);
+        EXPECT_EQ(list.last(), row.last) << row.text;
     }
+    EXPECT_EQ(NumbersText({1, 3, 5, 7}, 2), "1, 3, ...");
 }
 
 TEST(FrameListTest, MalformedRangesShardsAndRatesAreRejected) {
-    for (const char* text : {"", "a", "5-1", "-1", "1-", "1-5x0", "1-5x", "1-5,7", "1.5", "1-999999999999"})
-        EXPECT_THROW(FrameRange::Parse(text), WrongUse) << text;
+    for (const char* text :
+         {"", "a", "5-1", "-1", "-", "1-5x0", "1-5x", "1-5,", ",", "1--3", "1.5", "1-999999999999"})
+        EXPECT_THROW(FrameList::Parse(text), WrongUse) << text;
     for (const char* text : {"", "3", "0/8", "9/8", "3/", "/8", "3/0", "a/b"})
         EXPECT_THROW(Shard::Parse(text), WrongUse) << text;
     for (const char* text : {"", "0", "-5", "nan", "inf", "25fps", "1/0", "30000/", "2000", "5000/2"})

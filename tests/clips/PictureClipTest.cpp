@@ -125,6 +125,63 @@ TEST_F(PictureClipTest, ResumeAfterAKillRendersOnlyTheMissingFrames) {
     EXPECT_EQ(bytes("out_5.png"), bytes("whole_5.png"));
 }
 
+TEST_F(PictureClipTest, MissingPicturesAreAnErrorAtOnceOrReplacedOrLeftOut) {
+    for (const long number : {2L, 3L, 6L})
+        writeInputs(number, number);
+    ClipOptions options;
+    options.frames = "1-";
+    EXPECT_THAT([&] { run(options, "in_#.png", "out_#.png"); },
+                Says<WrongUse>("in_1.png: no such file", "2 more files (frames 1, 4-5)", "--missing"));
+    EXPECT_THAT(outputs(), IsEmpty()); // found before the first frame
+    const auto rendered = [&](MissingFrames mode, long number) {
+        options.missing = mode;
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(run(options, "in_#.png", "out_#.png"), ExitOk);
+        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("3 frames are missing (1, 4-5)"));
+        return ReadPicture(at("out_" + std::to_string(number) + ".png"), {}).bytes;
+    };
+    rendered(MissingFrames::Skip, 2);
+    EXPECT_THAT(outputs(), ElementsAre("out_2.png", "out_3.png", "out_6.png"));
+    const auto second = rendered(MissingFrames::Hold, 2), third = rendered(MissingFrames::Hold, 3);
+    EXPECT_EQ(rendered(MissingFrames::Hold, 1), second);
+    EXPECT_EQ(rendered(MissingFrames::Hold, 5), third);
+    std::vector<std::uint8_t> inverted(7 * 5 * 4, 255); // transparent black, of which colours are inverted
+    for (std::size_t i = 0; i < inverted.size(); i += 4)
+        inverted[i] = 0;
+    EXPECT_EQ(rendered(MissingFrames::Black, 4), inverted);
+    // A frame that arrives later is rendered by --resume, and only that one.
+    writeInputs(4, 4);
+    options.resume = true;
+    m_Renderer.times.clear();
+    EXPECT_EQ(run(options, "in_#.png", "out_#.png"), ExitOk);
+    EXPECT_EQ(m_Renderer.times.size(), 1u);
+}
+
+TEST_F(PictureClipTest, DryRunRendersOneFrameAndLeavesNothing) {
+    writeInputs(1, 5);
+    ClipOptions options;
+    options.frames = "2-4";
+    m_Request.input = at("in_#.png");
+    m_Request.output = at("out_#.png");
+    Clip clip(options, m_Request);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(clip.dryRun(m_Renderer, {}, {}, m_HasFailed), ExitOk);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                HasSubstr("3 frames (2-4) of 7x5 pixels with 8 bits"));
+    EXPECT_EQ(m_Renderer.times.size(), 1u);
+    EXPECT_THAT(outputs(), IsEmpty());
+    EXPECT_EQ(clip.dryRun(m_Renderer, {}, {}, [] { return true; }), ExitEffectFailed);
+    // A limit on the size of files stands in for a disk without space.
+    const rlimit tight{10, RLIM_INFINITY};
+    signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &tight);
+    EXPECT_THAT([&] { clip.dryRun(m_Renderer, {}, {}, m_HasFailed); },
+                Says<EffectFailure>("cannot be written"));
+    const rlimit wide{RLIM_INFINITY, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &wide);
+    signal(SIGXFSZ, SIG_DFL);
+}
+
 TEST_F(PictureClipTest, StopSignalKeepsTheRenderedFrames) {
     writeInputs(1, 9);
     m_Renderer.beforeFrame = [&] {
@@ -132,7 +189,7 @@ TEST_F(PictureClipTest, StopSignalKeepsTheRenderedFrames) {
             raise(SIGTERM);
     };
     testing::internal::CaptureStderr();
-    EXPECT_EQ(run({}, "in_#.png", "out_#.png"), ExitStopped);
+    EXPECT_EQ(run({}, "in_#.png", "out_#.png"), ExitTerminated);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("stopped; 4 of 9 frames are written"));
     EXPECT_EQ(outputs().size(), 4u);
 }
@@ -211,6 +268,8 @@ TEST_F(PictureClipTest, ContradictingOptionsAreRejected) {
                 {"in_#.png", "in_#.png", "", "", "", "is the input file"},
                 {"in_#.png", "out_#.zip", "", "", "", "no picture format"},
                 {"in_#.png", "no/out_#.png", "", "", "", "there is no folder"},
+                {"in_#.png", "out_#.png", "3-", "", "", "the last frame of"},
+                {"in_1.png", "out_#.png", "3-", "", "", "has no end"},
                 {"in_#.png", "-", "", "", "", "--resume"},
                 {"in_#.png", "out.mp4", "", "1/2", "", "--shard"},
                 {"in_#.png", "out_#.png", "", "", "4x4", "--raw"},

@@ -230,10 +230,9 @@ TEST_F(VideoClipTest, VideoThatEndsEarlyIsReportedWithItsFrame) {
     makeVideo("in.mp4", 100, "25", "-c:v libx264 -g 10 -an -movflags +faststart");
     ClipOptions options;
     options.frames = "90-120";
-    EXPECT_THAT(
-        [&] { run(options, "in.mp4", "a_###.png"); },
-        Says<WrongUse>("in.mp4", "ends early, before frame 101 of 120", "11 of 31 frames are written"));
-    EXPECT_TRUE(exists("a_100.png"));
+    EXPECT_THAT([&] { run(options, "in.mp4", "a_###.png"); },
+                Says<WrongUse>("--frames 90-120", "in.mp4 has only 100 frames"));
+    EXPECT_FALSE(exists("a_090.png"));
     std::filesystem::resize_file(at("in.mp4"), std::filesystem::file_size(at("in.mp4")) / 2);
     EXPECT_THAT([&] { run({}, "in.mp4", "b_###.png"); },
                 Says<WrongUse>("in.mp4", "the video ends early", "of 100", "frames are written", "--resume"));
@@ -241,6 +240,29 @@ TEST_F(VideoClipTest, VideoThatEndsEarlyIsReportedWithItsFrame) {
 
     std::ofstream(at("text.mp4")) << "no video";
     EXPECT_THAT([&] { run({}, "text.mp4", "c_#.png"); }, Says<WrongUse>("--input", "text.mp4"));
+}
+
+TEST_F(VideoClipTest, UnusableEncoderOptionsAreFoundBeforeTheFirstFrame) {
+    WritePicture(at("in_1.png"), SomePicture(64, 48, 8, 1));
+    const struct {
+        EncoderOptions options;
+        const char *output, *message;
+    } rows[] = {{{"no_such", "", ""}, "out.mkv", "Unknown encoder 'no_such'"},
+                {{"", "yuv999", ""}, "out.mp4", "--pixel-format yuv999: the encoder libx264 takes only"},
+                {{"", "rgb24", ""}, "out.mp4", "--pixel-format rgb24"},
+                {{"", "", "-crf"}, "out.mp4", "does not accept these options"},
+                {{"libvpx-vp9", "", ""}, "out.mov", "does not accept these options"}};
+    for (const auto& row : rows) {
+        ClipOptions options;
+        options.codec = row.options.codec;
+        options.pixelFormat = row.options.pixelFormat;
+        options.codecOptions = row.options.arguments;
+        EXPECT_THAT([&] { run(options, "in_#.png", row.output); },
+                    testing::AllOf(Says<WrongUse>(row.message), testing::Not(Says<WrongUse>("--resume"))))
+            << row.message;
+    }
+    EXPECT_THAT(m_Renderer.times, testing::IsEmpty());
+    EXPECT_THAT(names(), testing::ElementsAre("in_1.png"));
 }
 
 TEST_F(VideoClipTest, VideoWhoseFramesChangeSizeIsRejected) {

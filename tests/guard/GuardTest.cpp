@@ -155,14 +155,19 @@ TEST(GuardTest, StopSignalReachesTheWorkAndEndsWorkThatDoesNotHandleIt) {
         kill(getppid(), SIGINT);
         while (!StopRequested())
             usleep(1000);
-        return static_cast<int>(ExitStopped);
+        return StopStatus();
     };
     EXPECT_EQ(Guarded({}, finish).status, ExitStopped);
     const auto ignore = []() -> int {
         kill(getppid(), SIGTERM);
         LoopForever();
     };
-    EXPECT_EQ(Guarded({}, ignore).status, ExitStopped);
+    EXPECT_EQ(Guarded({}, ignore).status, ExitTerminated);
+    const auto hangUp = []() -> int {
+        kill(getppid(), SIGHUP);
+        LoopForever();
+    };
+    EXPECT_EQ(Guarded({}, hangUp).status, ExitHungUp);
 }
 
 } // namespace

@@ -80,7 +80,7 @@ TEST_F(CommandsGLTest, HelpAndManualListEveryExitStatus) {
         listed.push_back(status);
     }
     EXPECT_THAT(listed, testing::ElementsAre(ExitOk, ExitEffectFailed, ExitWrongUse, ExitHostRules,
-                                             ExitRanAway, ExitStopped));
+                                             ExitRanAway, ExitHungUp, ExitStopped, ExitTerminated));
 }
 
 TEST_F(CommandsGLTest, ManualAndCompletionNameEveryCommandAndOption) {

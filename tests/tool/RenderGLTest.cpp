@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 
 #include "tests/support/RunTool.h"
@@ -45,6 +46,28 @@ TEST_F(RenderGLTest, ACopyKeepsEveryValueAtEveryDepth) {
             EXPECT_NEAR(got[i], wanted[i], 1e-5) << i;
     }
     EXPECT_EQ(names().size(), 6u) << "temporary files are left";
+}
+
+TEST_F(RenderGLTest, JsonEventsAreOneLineForEachFrameAndASummary) {
+    const ToolRun run =
+        RunTool("render " + s_Simple + " --size 4x4 --frames 3,5- --json -o " + at("f_#.png"));
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.out,
+                testing::MatchesRegex(
+                    "\\{\"event\": \"error\", \"text\": \"--frames 3,5-: expected a last frame[^\n]*\n"
+                    "\\{\"event\": \"summary\", \"status\": 2, \"written\": 0, [^\n]*\n"));
+    // The name of the folder is not valid UTF-8.
+    fs::create_directory(at("caf\xe9"));
+    const ToolRun good =
+        RunTool("render " + s_Simple + " --size 4x4 --frames 3,5 --json -o " + at("caf\xe9/f_#.png"));
+    EXPECT_EQ(good.status, 0);
+    EXPECT_EQ(good.err, "");
+    EXPECT_THAT(
+        good.out,
+        testing::AllOf(HasSubstr("caf\\udce9/f_3.png"), HasSubstr("{\"event\": \"frame\", \"frame\": 5, "),
+                       HasSubstr("{\"event\": \"summary\", \"status\": 0, \"written\": 2, \"total\": 2, ")));
+    EXPECT_EQ(std::count(good.out.begin(), good.out.end(), '\n'), 3);
+    EXPECT_TRUE(fs::exists(at("caf\xe9/f_5.png")));
 }
 
 TEST_F(RenderGLTest, ParametersLayersTimeAndSizeReachTheEffect) {
