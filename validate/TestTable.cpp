@@ -21,7 +21,7 @@ const TestRow* TestTable() {
         {"frame-order", 4, "frames that depend on where the user scrubbed before", FrameOrder},
         {"several-instances", 5, "a layer that changes when the effect on another layer does",
          SeveralInstances},
-        {"parameter-names", 5, "controls that cannot be told apart", ParameterNames},
+        {"parameter-names", 5, "controls with the same name, or with none", ParameterNames},
         {"parameter-defaults", 5, "controls that start outside their range", ParameterDefaults},
         {"parameter-extremes", 6, "a crash or an error at the end of a slider", ParameterExtremes},
         {"animated-parameters", 6, "keyframes that have no effect or come late", AnimatedParameters},
