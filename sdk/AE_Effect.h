@@ -43,6 +43,8 @@ typedef char** PF_Handle;
 typedef unsigned char PF_Boolean;
 #endif
 typedef PF_Handle PF_ArbitraryH;
+typedef const void* PF_ConstPtr;
+typedef const PF_ConstPtr* PF_ConstHandle;
 typedef struct PF_ProgressInfo* PF_ProgPtr;
 typedef struct PF_LayerAudioOpaque* PF_LayerAudio;
 
@@ -78,6 +80,7 @@ enum {
     PF_Cmd_EVENT = 15,
     PF_Cmd_SMART_PRE_RENDER = 23,
     PF_Cmd_SMART_RENDER = 24,
+    PF_Cmd_GET_FLATTENED_SEQUENCE_DATA = 28,
     PF_Cmd_NUM_CMDS = 34,
 };
 
@@ -110,6 +113,7 @@ enum {
     PF_OutFlag2_SUPPORTS_SMART_RENDER = 0x00000400,
     PF_OutFlag2_FLOAT_COLOR_AWARE = 0x00001000,
     PF_OutFlag2_PPRO_DO_NOT_CLONE_SEQUENCE_DATA_FOR_RENDER = 0x00008000,
+    PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA = 0x00800000,
     PF_OutFlag2_SUPPORTS_THREADED_RENDERING = 0x08000000,
 };
 

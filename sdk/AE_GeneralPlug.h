@@ -120,3 +120,11 @@ typedef struct AEGP_WorldSuite3 {
     A_Err (*AEGP_FillOutPFEffectWorld)(AEGP_WorldH worldH, PF_EffectWorld* pf_worldP);
     void* unused9to12[4];
 } AEGP_WorldSuite3;
+
+#define kPFEffectSequenceDataSuite "PF Effect Sequence Data Suite"
+#define kPFEffectSequenceDataSuiteVersion1 1
+
+typedef struct PF_EffectSequenceDataSuite1 {
+    // A read-only view of the data, also while in_data->sequence_data is null.
+    PF_Err (*PF_GetConstSequenceData)(PF_ProgPtr effect_ref, PF_ConstHandle* sequence_data);
+} PF_EffectSequenceDataSuite1;

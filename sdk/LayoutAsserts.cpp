@@ -247,7 +247,7 @@ SIZE(AEGP_RenderSuite5, 112) OFFSET(AEGP_RenderSuite5, AEGP_CheckinFrame, 32)
     OFFSET(AEGP_RenderSuite5, AEGP_GetReceiptWorld, 40)
 SIZE(AEGP_WorldSuite3, 104) OFFSET(AEGP_WorldSuite3, AEGP_New, 0)
     OFFSET(AEGP_WorldSuite3, AEGP_FillOutPFEffectWorld, 64)
-SIZE(AEGP_EffectRefH, 8)
+SIZE(PF_EffectSequenceDataSuite1, 8) SIZE(PF_ConstHandle, 8) SIZE(AEGP_EffectRefH, 8)
 SIZE(PF_Handle, 8)
 SIZE(prRect, 8) OFFSET(prRect, top, 0) OFFSET(prRect, left, 2) OFFSET(prRect, bottom, 4)
     OFFSET(prRect, right, 6)
@@ -280,6 +280,8 @@ static_assert(PF_Param_POINT_3D == 18);
 static_assert(PF_Interrupt_CANCEL == 517);
 static_assert(PF_OutFlag2_SUPPORTS_SMART_RENDER == 0x400);
 static_assert(PF_OutFlag2_SUPPORTS_THREADED_RENDERING == 0x8000000);
+static_assert(PF_Cmd_GET_FLATTENED_SEQUENCE_DATA == 28 &&
+              PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA == 0x800000);
 static_assert(kSPSuiteNotFoundError == 0x53214664);
 
 // A suite's number, which is not its structure's.

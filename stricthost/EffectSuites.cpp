@@ -1,5 +1,6 @@
 #include "AE_EffectCBSuites.h"
 #include "AE_EffectSuites.h"
+#include "AE_GeneralPlug.h"
 #include "stricthost/HandleCallbacks.h"
 #include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
@@ -61,6 +62,16 @@ PF_Err OptionsButtonName(PF_ProgPtr effect, const A_char* name) {
     return PF_Err_NONE;
 }
 
+PF_Err ConstSequenceData(PF_ProgPtr effect, PF_ConstHandle* data) {
+    HostCall* call = HostCall::From(effect, "PF_GetConstSequenceData");
+    if (!call || !call->instance || !data)
+        return PF_Err_BAD_CALLBACK_PARAM;
+    const PF_Handle shared = call->frame ? call->instance->SharedData() : call->in.sequence_data;
+    call->Protect(shared);
+    *data = reinterpret_cast<PF_ConstHandle>(shared);
+    return PF_Err_NONE;
+}
+
 const PF_WorldSuite2 s_Worlds = {[](PF_ProgPtr effect, A_long width, A_long height, PF_Boolean,
                                     PF_PixelFormat format, PF_EffectWorld* world) -> PF_Err {
                                      return CreatePluginWorld(effect, width, height,
@@ -71,6 +82,7 @@ const PF_ColorParamSuite1 s_Colors = {FloatColor};
 const PF_ParamUtilsSuite3 s_ParamUtils = {UpdateParamUi, nullptr, nullptr, nullptr, nullptr,
                                           nullptr,       nullptr, nullptr, nullptr};
 const PF_EffectUISuite1 s_EffectUi = {OptionsButtonName};
+const PF_EffectSequenceDataSuite1 s_SequenceData = {ConstSequenceData};
 
 } // namespace
 
@@ -82,6 +94,8 @@ const SuiteRow* EffectSuites() {
         {kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, SuiteRow::AfterEffects, &s_ParamUtils},
         {kPFParamUtilsSuite, 1, SuiteRow::Premiere, &s_ParamUtils},
         {kPFEffectUISuite, kPFEffectUISuiteVersion1, SuiteRow::AfterEffects, &s_EffectUi},
+        {kPFEffectSequenceDataSuite, kPFEffectSequenceDataSuiteVersion1, SuiteRow::AfterEffects,
+         &s_SequenceData},
         {nullptr, 0, SuiteRow::Both, nullptr},
     };
     return s_Rows;

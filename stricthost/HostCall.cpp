@@ -59,6 +59,11 @@ void HostCall::PassParams(std::vector<PF_ParamDef> defs) {
     paramPointers.push_back(nullptr);
 }
 
+void HostCall::Protect(PF_Handle handle) {
+    if (handle)
+        readOnly.emplace(handle, host.handles.Bytes(handle));
+}
+
 HostTime HostCall::TimeOf(const PF_ParamDef* def) const {
     const auto found = checkouts.find(def);
     return found != checkouts.end() ? found->second.time : HostTime{in.current_time, in.time_scale};

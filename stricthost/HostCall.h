@@ -39,6 +39,8 @@ struct HostCall {
 
     // Hands definitions with values over as params[], with a null pointer after the last one.
     void PassParams(std::vector<PF_ParamDef> defs);
+    // Lets the plug-in read a handle of the host during this command, and no more. Null is allowed.
+    void Protect(PF_Handle handle);
     // Time for which a definition was filled.
     HostTime TimeOf(const PF_ParamDef* def) const;
     // Index of the parameter that a definition was filled for; -1 when it is not one of this command's.
@@ -59,11 +61,12 @@ struct HostCall {
     std::vector<PF_ParamDef> params;
     std::vector<PF_ParamDef*> paramPointers;
     std::map<const PF_ParamDef*, Checkout> checkouts;
-    std::map<PF_Handle, int> locks;    // balance of lock and unlock in this command
-    bool flattens = false;             // returns a copy in sequence_data
-    A_long added = 0;                  // number of parameters added
-    const FrameState* frame = nullptr; // set for rendering commands
-    SmartState* smart = nullptr;       // set for smart pre-render and smart render
+    std::map<PF_Handle, int> locks;                  // balance of lock and unlock in this command
+    std::map<PF_Handle, std::vector<char>> readOnly; // protected handles and their bytes
+    bool flattens = false;                           // returns a copy in sequence_data
+    A_long added = 0;                                // number of parameters added
+    const FrameState* frame = nullptr;               // set for rendering commands
+    SmartState* smart = nullptr;                     // set for smart pre-render and smart render
 };
 
 // Makes a command the current one of its thread for a scope.

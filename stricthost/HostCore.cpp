@@ -105,6 +105,9 @@ void HostCore::CheckAfter(HostCall& call, void* contextBefore) {
     for (const auto& [handle, count] : call.locks)
         if (count != 0 && handles.IsLive(handle))
             call.Report(count > 0 ? "did not unlock a handle" : "unlocked a handle too often");
+    for (const auto& [handle, bytes] : call.readOnly)
+        if (handles.Bytes(handle) != bytes)
+            call.Report("changed sequence data that it may only read");
     if (std::find(std::begin(call.out.return_msg), std::end(call.out.return_msg), '\0') ==
         std::end(call.out.return_msg))
         call.Report("wrote a message without an end");

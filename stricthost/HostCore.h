@@ -49,6 +49,12 @@ public:
         return options.quirks.byteCopies && (outFlags & PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING) == 0;
     }
 
+    // True when rendering commands carry no sequence data, as After Effects threads its renders.
+    bool WithholdsData() const {
+        return options.quirks.nullRenderData && !IsPremiere() &&
+               (outFlags2 & PF_OutFlag2_SUPPORTS_THREADED_RENDERING) != 0;
+    }
+
     PF_FilterProc entry;
     Options options;
     ViolationList violations;

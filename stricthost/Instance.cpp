@@ -16,10 +16,8 @@ namespace stricthost {
 namespace {
 
 // Named by newer versions of the interface.
-constexpr PF_Cmd s_GetFlattened = 28;                    // PF_Cmd_GET_FLATTENED_SEQUENCE_DATA
-constexpr PF_OutFlags2 s_SupportsGetFlattened = 1 << 23; // PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA
-constexpr PF_InFlags s_RenderOnly = 1;                   // PF_InFlag_PROJECT_IS_RENDER_ONLY
-constexpr PF_ParamUIFlags s_Invisible = 1 << 9;          // PF_PUI_INVISIBLE
+constexpr PF_InFlags s_RenderOnly = 1;          // PF_InFlag_PROJECT_IS_RENDER_ONLY
+constexpr PF_ParamUIFlags s_Invisible = 1 << 9; // PF_PUI_INVISIBLE
 
 } // namespace
 
@@ -99,9 +97,10 @@ void Instance::Flatten() {
 
 // The host owns the handle that the plug-in returns; the live one stays.
 std::vector<char> Instance::FlattenedCopy() {
-    HostCall call(m_Core, s_GetFlattened, this);
+    HostCall call(m_Core, PF_Cmd_GET_FLATTENED_SEQUENCE_DATA, this);
     FillIn(call.in);
     call.flattens = true;
+    call.Protect(m_Sequence);
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     const PF_Handle flat = call.out.sequence_data;
     if (err == PF_Err_NONE && (!flat || flat == m_Sequence))
@@ -138,7 +137,8 @@ std::optional<std::vector<char>> Instance::BytesForCopy() {
         return std::nullopt;
     if (m_Core.CopiesBytes() && m_Sequence)
         return m_Core.handles.Bytes(m_Sequence);
-    if (m_Core.options.quirks.getFlattened && (m_Core.outFlags2 & s_SupportsGetFlattened) && m_Sequence)
+    if (m_Core.options.quirks.getFlattened && m_Sequence &&
+        (m_Core.outFlags2 & PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA))
         return FlattenedCopy();
     Flatten();
     std::optional<std::vector<char>> bytes;
@@ -182,9 +182,7 @@ std::vector<char> Instance::SaveAndReopen() {
 }
 
 PF_Handle Instance::RenderData() const {
-    if (m_Core.options.quirks.nullRenderData && (m_Core.outFlags2 & PF_OutFlag2_SUPPORTS_THREADED_RENDERING))
-        return nullptr;
-    return m_HasRenderCopy ? m_RenderSequence : m_Sequence;
+    return m_Core.WithholdsData() ? nullptr : SharedData();
 }
 
 void Instance::MakeRenderCopy() {

@@ -81,6 +81,8 @@ public:
     void SetControlState(A_long index, const PF_ParamDef& def);
     // Sequence data for rendering commands, which differs from the user interface's under some quirks.
     PF_Handle RenderData() const;
+    // The data that rendering commands may read through the suite.
+    PF_Handle SharedData() const { return m_HasRenderCopy ? m_RenderSequence : m_Sequence; }
     // Fills in sequence data, sizes and times.
     void FillIn(PF_InData& in) const;
     HostCore& Host() const { return m_Core; }

@@ -17,7 +17,8 @@ const QuirkRow* QuirkTable() {
         {"get-flattened", &Quirks::getFlattened,
          "Sends GET_FLATTENED_SEQUENCE_DATA instead of SEQUENCE_FLATTEN to plug-ins that support it."},
         {"null-render-data", &Quirks::nullRenderData,
-         "Renders without sequence data when the plug-in's flags ask for threaded rendering."},
+         "After Effects renders without sequence data when the plug-in's flags ask for threaded rendering; a "
+         "suite lets the plug-in read it."},
         {"bare-layers", &Quirks::bareLayers,
          "Gives layer parameters no pixels in smart render unless pre-render checked them out as layers."},
         {"limited-copy", &Quirks::limitedCopy,

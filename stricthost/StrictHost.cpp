@@ -58,9 +58,9 @@ void StrictHost::SendGlobalSetup() {
 }
 
 void StrictHost::CheckFlags() {
-    constexpr PF_OutFlags2 getsFlattened = 0x00800000;
     if ((m_Core.outFlags2 & PF_OutFlag2_SUPPORTS_THREADED_RENDERING) &&
-        (m_Core.outFlags & PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING) && !(m_Core.outFlags2 & getsFlattened))
+        (m_Core.outFlags & PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING) &&
+        !(m_Core.outFlags2 & PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA))
         m_Core.violations.Add(
             "GLOBAL_SETUP promised threaded rendering of data that needs flattening without "
             "PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA");

@@ -40,6 +40,8 @@ public:
     A_u_long Version() const { return m_Core.version; }
     PF_OutFlags OutFlags() const { return m_Core.outFlags; }
     PF_OutFlags2 OutFlags2() const { return m_Core.outFlags2; }
+    // True when frames carry no sequence data: the quirk "null-render-data" with the plug-in's flags.
+    bool WithholdsData() const { return m_Core.WithholdsData(); }
     // Pixel formats that the plug-in declared to Premiere Pro, in its order.
     const std::vector<std::uint32_t>& PixelFormats() const { return m_Core.formats; }
 

@@ -154,6 +154,13 @@ TEST_F(ParameterTest, OptionsAllowAGapInTheCountAndRefuseKinds) {
     EXPECT_EQ(m_Host->Params().back().type, PF_Param_ANGLE);
     EXPECT_EQ(m_Host->Params().size(), 2u);
     Finish();
+    m_Plugin.does[PF_Cmd_PARAMS_SETUP] = [](Command& c) {
+        c.Add(PF_Param_ANGLE, "Angle");
+        return --c.out->num_params, PF_Err_NONE;
+    };
+    StartHost();
+    EXPECT_THAT(m_Host->Violations(), ElementsAre(testing::HasSubstr("reported 1 parameters, but added 1")))
+        << "too few parameters are no gap";
 }
 
 } // namespace

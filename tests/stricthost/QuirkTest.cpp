@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "AE_EffectCBSuites.h"
+#include "AE_GeneralPlug.h"
 #include "PrSDKAESupport.h"
 #include "tests/stricthost/HostTest.h"
 
@@ -91,28 +92,67 @@ TEST_F(QuirkTest, RenderCopiesHaveDataOfTheirOwn) {
 }
 
 TEST_F(QuirkTest, GetFlattenedLeavesTheLiveDataAlone) {
-    constexpr PF_Cmd getFlattened = 28;
-    m_Plugin.does[getFlattened] = [](Command& c) {
+    m_Plugin.does[PF_Cmd_GET_FLATTENED_SEQUENCE_DATA] = [](Command& c) {
         c.out->sequence_data = c.NewHandle(16);
         std::strcpy(*c.out->sequence_data, "flat copy");
         return PF_Err_NONE;
     };
     std::string seen;
     m_Plugin.before[PF_Cmd_SEQUENCE_RESETUP] = [&seen](Command& c) { seen = *c.in->sequence_data; };
-    m_Plugin.flags2 |= 0x00800000; // PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA
+    m_Plugin.flags2 |= PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA;
     StartWith(&Quirks::getFlattened).Duplicate();
     EXPECT_EQ(seen, "flat copy");
     EXPECT_EQ(m_Plugin.log, "gps?r");
     Finish();
 }
 
-TEST_F(QuirkTest, ThreadedRenderCommandsHaveNoSequenceData) {
-    m_Plugin.before[PF_Cmd_RENDER] = [](Command& c) { EXPECT_EQ(c.in->sequence_data, nullptr); };
-    m_Plugin.before[PF_Cmd_UPDATE_PARAMS_UI] = [](Command& c) { EXPECT_NE(c.in->sequence_data, nullptr); };
+TEST_F(QuirkTest, FlattenedDataThatIsNoCopyOfItsOwnIsReported) {
+    m_Plugin.flags2 |= PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA;
+    m_Plugin.does[PF_Cmd_GET_FLATTENED_SEQUENCE_DATA] = [](Command& c) {
+        std::strcpy(*c.in->sequence_data, "flat"); // and returns the live handle
+        return PF_Err_NONE;
+    };
+    StartWith(&Quirks::getFlattened).SaveAndReopen();
+    m_Host->Finish();
+    EXPECT_THAT(m_Host->Violations(),
+                ElementsAre("GET_FLATTENED_SEQUENCE_DATA changed sequence data that it may only read",
+                            "GET_FLATTENED_SEQUENCE_DATA returned no flattened copy of its own"));
+}
+
+const char* SharedData(Command& c) {
+    PF_ConstHandle data = nullptr;
+    EXPECT_EQ(c.Borrow<PF_EffectSequenceDataSuite1>(kPFEffectSequenceDataSuite, 1)
+                  .PF_GetConstSequenceData(c.in->effect_ref, &data),
+              PF_Err_NONE);
+    return data ? static_cast<const char*>(*data) : "";
+}
+
+TEST_F(QuirkTest, ThreadedRenderCommandsReadTheirSequenceDataThroughTheSuiteOnly) {
+    std::string seen;
+    for (const PF_Cmd command : {PF_Cmd_SMART_PRE_RENDER, PF_Cmd_SMART_RENDER, PF_Cmd_UPDATE_PARAMS_UI})
+        m_Plugin.before[command] = [&seen](Command& c) {
+            seen +=
+                std::string(c.in->sequence_data ? *c.in->sequence_data : "null") + "/" + SharedData(c) + " ";
+        };
     m_Plugin.flags2 |= PF_OutFlag2_SUPPORTS_THREADED_RENDERING;
-    Instance& instance = StartWith(&Quirks::nullRenderData);
+    m_Options.quirks.renderCopies = true;
+    Instance& instance = StartWith(&Quirks::nullRenderData, Personality::AfterEffects);
     instance.UpdateUI();
-    instance.Render(m_Request);
+    EXPECT_EQ(instance.Render(m_Request).picture.bytes, Inverted(m_Input).bytes);
+    EXPECT_EQ(seen, "live/live null/again null/again ");
+    EXPECT_TRUE(m_Host->WithholdsData());
+    Finish();
+    m_Plugin.before[PF_Cmd_SMART_RENDER] = [](Command& c) { const_cast<char*>(SharedData(c))[0] = 'X'; };
+    StartWith(&Quirks::nullRenderData, Personality::AfterEffects).Render(m_Request);
+    m_Host->Finish();
+    EXPECT_THAT(m_Host->Violations(),
+                ElementsAre("SMART_RENDER changed sequence data that it may only read"));
+    // Premiere Pro has neither the suite nor threads that share an instance.
+    m_Plugin.before[PF_Cmd_RENDER] = [](Command& c) {
+        EXPECT_NE(c.in->sequence_data, nullptr);
+        EXPECT_EQ(c.Acquire(kPFEffectSequenceDataSuite, 1), nullptr);
+    };
+    StartWith(&Quirks::nullRenderData, Personality::Premiere).Render(m_Request);
     Finish();
 }
 
