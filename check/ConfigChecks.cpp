@@ -64,6 +64,14 @@ std::vector<Element> Elements(const std::string& xml) {
     return elements;
 }
 
+// PF_OutFlag2_SUPPORTS_THREADED_RENDERING
+constexpr unsigned long s_ThreadedRendering = 0x8000000;
+
+bool AsksForThreads(const Element& element) {
+    return element.name == "FLAGS2" &&
+           (std::strtoul(element.text.c_str(), nullptr, 10) & s_ThreadedRendering);
+}
+
 std::string Problem(const Element& element, const std::vector<Element>& all) {
     const Setting* const setting = Find(element.name);
     if (setting && !element.parent.empty())
@@ -81,6 +89,9 @@ std::string Problem(const Element& element, const std::vector<Element>& all) {
                (element.text.starts_with("0x")
                     ? " (" + std::to_string(std::strtoul(element.text.c_str(), nullptr, 16)) + ")"
                     : "");
+    if (AsksForThreads(element))
+        return "FLAGS2 asks for threaded rendering, 134217728 (0x8000000), so After Effects renders without "
+               "instance data, and the layer passes through unchanged; leave that flag out";
     return "";
 }
 

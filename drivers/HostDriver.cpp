@@ -4,6 +4,7 @@
 #include <cmath>
 #include <exception>
 
+#include "drivers/BundleReference.h"
 #include "drivers/EffectDiagnostics.h"
 #include "drivers/HostValues.h"
 #include "engine/Config.h"
@@ -12,7 +13,6 @@
 #include "host/EntryPoint.h"
 #include "parameters/ParameterTraits.h"
 #include "platform/CGL.h"
-#include "platform/CoreFoundation.h"
 #include "platform/GLProblem.h"
 #include "toolkit/Downsampling.h"
 #include "toolkit/Errors.h"
@@ -52,19 +52,6 @@ PF_Err WatchedEntry(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamList
     return s_Entry(command, in, out, params, output, extra);
 }
 
-// The bundle in a folder, for hosts that report a reference instead of a path. Null when there is none.
-std::shared_ptr<void> BundleAt(const std::string& path) {
-    const auto* bytes = reinterpret_cast<const UInt8*>(path.data());
-    CFURLRef url = CFURLCreateFromFileSystemRepresentation(kCFAllocatorDefault, bytes,
-                                                           static_cast<CFIndex>(path.size()), true);
-    const CFBundleRef bundle = url ? CFBundleCreate(kCFAllocatorDefault, url) : nullptr;
-    if (url)
-        CFRelease(url);
-    if (!bundle)
-        return nullptr;
-    return {bundle, [](void* reference) { CFRelease(reference); }};
-}
-
 void* CurrentContext() {
     return CGLGetCurrentContext();
 }
@@ -98,7 +85,7 @@ HostDriver::HostDriver(const HostSettings& settings, const EffectSource* source,
     options.personality = settings.personality;
     options.currentContext = CurrentContext;
     options.quirks = settings.quirks;
-    options.allowParamGap = true; // an effect may declare a type that hosts do not know
+    options.allowParamGap = settings.allowParamGap;
     if (source) {
         source->Select(transform);
         s_Entry = EntryPointFunc;
@@ -224,6 +211,10 @@ Picture HostDriver::render(const FrameInputs& request) {
                             std::to_string(result.picture.height) + " pixels; at most " +
                             std::to_string(MaxExtent) + " either way are possible");
     return std::move(result.picture);
+}
+
+bool HostDriver::withholdsData() const {
+    return m_Host->WithholdsData();
 }
 
 const std::vector<std::string>& HostDriver::finish() {

@@ -16,6 +16,8 @@ struct HostSettings {
     unsigned across = 1, down = 1; // preview resolution: layer pixels per rendered pixel
     double pixelAspect = 1;        // width / height of a pixel
     stricthost::Quirks quirks;     // behaviour of real programs that the emulated one shows
+    // Accepts a count that includes parameters of types that hosts do not know.
+    bool allowParamGap = false;
     std::string bundle; // a .plugin to load; empty selects the plug-in that is linked into the tool
 };
 
@@ -36,6 +38,10 @@ public:
     // For a bundle the host knows only labels, which are used as names too.
     std::vector<Parameter> parameters() override;
     Picture render(const FrameInputs& request) override;
+
+    // True when the host sends frames without instance data, because the plug-in's flags ask for threaded
+    // rendering. The plug-in of this project then passes the layer through.
+    bool withholdsData() const;
 
     // Shuts down the plug-in and returns its violations of the protocol.
     const std::vector<std::string>& finish();

@@ -90,6 +90,8 @@ void AddHostOptions(CLI::App& command, HostOptions& options) {
     command.add_option("--plugin", options.plugin, "Bundle to load as a host does, instead of EFFECT")
         ->type_name("NAME.plugin");
     AddStrictHostOption(command, options.strictHost);
+    command.add_flag("--allow-param-gap", options.allowParamGap,
+                     "Accept a parameter of a type that hosts do not know; real programs refuse the effect");
 }
 
 HostSettings ToHostSettings(const HostOptions& options, const std::string& effect) {
@@ -100,6 +102,7 @@ HostSettings ToHostSettings(const HostOptions& options, const std::string& effec
     settings.across = settings.down = ParseReduction(options.downsample);
     settings.pixelAspect = options.pixelAspect;
     settings.quirks = ParseQuirks(options.strictHost);
+    settings.allowParamGap = options.allowParamGap;
     settings.bundle = !options.plugin.empty() ? options.plugin : IsBundle(effect) ? effect : std::string();
     return settings;
 }

@@ -15,13 +15,14 @@ struct HostOptions {
     double pixelAspect = 1;
     std::string plugin;
     std::vector<std::string> strictHost; // names of quirks, or "seed:N"
+    bool allowParamGap = false;
 };
 
 // Adds --strict-host, and reads it. ParseQuirks throws WrongUse for an unknown name.
 void AddStrictHostOption(CLI::App& command, std::vector<std::string>& names);
 stricthost::Quirks ParseQuirks(const std::vector<std::string>& names);
 
-// Adds --host, --downsample, --pixel-aspect, --plugin and --strict-host.
+// Adds --host, --downsample, --pixel-aspect, --plugin, --strict-host and --allow-param-gap.
 void AddHostOptions(CLI::App& command, HostOptions& options);
 
 // Converts the options for this effect, which may be a bundle itself. Throws WrongUse unless exactly one of

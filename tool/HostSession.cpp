@@ -35,10 +35,18 @@ HostSession::HostSession(const HostSettings& settings, const std::string& effect
     m_Inspection.emplace(m_Reporter->source(), PrintTo(m_Reporter->source(), options));
     m_Driver.emplace(settings, &m_Reporter->source(), RenderInspection::Transform);
     reportFrame();
+    m_PassesThrough = m_Driver->withholdsData();
+    if (m_PassesThrough)
+        m_Reporter->print({{m_Reporter->source().DisplayPath("config.xml"),
+                            0,
+                            Severity::Warning,
+                            "FLAGS2 asks for threaded rendering, so this host sends frames without instance "
+                            "data, and the layer passes through unchanged",
+                            {}}});
 }
 
 Picture HostSession::render(const FrameInputs& inputs) {
-    if (!m_Inspection)
+    if (!m_Inspection || m_PassesThrough)
         return m_Driver->render(inputs);
     m_Inspection->beginFrame(inputs.input);
     Picture picture = m_Driver->render(inputs);
@@ -72,7 +80,7 @@ int HostSession::finish() {
     if (m_Reporter) {
         m_Reporter->print(m_Inspection->take());
         m_Reporter->reportAll();
-        if (!m_Reporter->hasErrors())
+        if (!m_PassesThrough && !m_Reporter->hasErrors())
             m_Reporter->print(m_Inspection->unsetUniforms());
     }
     const auto violations = m_Driver->finish();

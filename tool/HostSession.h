@@ -32,6 +32,7 @@ private:
     std::optional<EffectReporter> m_Reporter;
     std::optional<RenderInspection> m_Inspection;
     std::optional<HostDriver> m_Driver;
+    bool m_PassesThrough = false; // frames come without instance data, so the script does not draw them
 };
 
 } // namespace fxhost

@@ -74,6 +74,10 @@ TEST(CheckGLTest, EveryMistakeIsReportedOnItsLine) {
          0,
          {"config.xml:2:warning", "config.xml:4:warning", "config.xml:5:warning", "config.xml:0:warning"},
          "at the top level"},
+        {"refused-by-hosts",
+         0,
+         {"config.xml:3:warning", "fx.js:1:warning", "fx.js:2:warning"},
+         "asks for threaded rendering"},
         {"grows-without-flag", 0, {"fx.js:2:warning"}, "lacks 512 (0x200)"},
         {"newer-glsl", 1, {"main.frag:3:error", "main.frag:4:warning"}, "is reserved"},
         {"float-suffix", 0, {"main.frag:3:warning"}, "others refuse it"},
@@ -138,6 +142,22 @@ TEST(CheckGLTest, RenderReportsWarningsPrintedTextAndEndlessLoops) {
     EXPECT_THAT(render("prints", "").err, HasSubstr("prints/fx.js:4: print: 8 {\"a\":[1]}"));
     EXPECT_THAT(render("endless-setup", "--frame-timeout 1").err,
                 HasSubstr("fx.js:3: error: Error: this loop does not end"));
+}
+
+// A parameter of an unknown type takes an index that hosts do not have, and threads have no instance data.
+TEST(CheckGLTest, RenderReportsWhatRealProgramsRefuseOnceARun) {
+    const std::string command = "render " + s_Broken + "refused-by-hosts --size 8x8 --frames 1-3 -o " +
+                                testing::TempDir() + "fxhost_refused_#.png --strict-host null-render-data";
+    const ToolRun strict = RunTool(command);
+    EXPECT_EQ(strict.status, 3);
+    EXPECT_THAT(strict.err,
+                HasSubstr("host: PARAMS_SETUP reported 2 parameters, but added 0 beside the input"));
+    const ToolRun lenient = RunTool(command + " --allow-param-gap");
+    EXPECT_EQ(lenient.status, 0) << lenient.err;
+    const std::string warning = "config.xml: warning: FLAGS2 asks for threaded rendering";
+    const std::size_t first = lenient.err.find(warning);
+    ASSERT_NE(first, std::string::npos) << lenient.err;
+    EXPECT_EQ(lenient.err.find(warning, first + 1), std::string::npos) << lenient.err;
 }
 
 TEST(CheckGLTest, BrokenEffectsAreNotPackedOrBundledUnlessForced) {

@@ -1,0 +1,2 @@
+function setup() { SV_initParam("odd", 99, "Odd"); }
+function draw() {}
