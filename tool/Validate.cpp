@@ -3,6 +3,7 @@
 #include <memory>
 #include <unistd.h>
 
+#include "drivers/BundleReference.h"
 #include "platform/CGL.h"
 #include "tool/Commands.h"
 #include "toolkit/Errors.h"
@@ -53,7 +54,7 @@ int Validate(ValidateCommandOptions& options) {
         return List();
     if (options.tests.plugin.empty())
         throw WrongUse("PLUGIN is missing: a bundle NAME.plugin or a module");
-    options.tests.currentContext = CurrentContext;
+    options.tests.system = {CurrentContext, BundleAt};
     const auto results = validate::Validate(options.tests, ShowProgress);
     EndProgress();
     if (!options.junit.empty())

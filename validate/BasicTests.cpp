@@ -29,15 +29,11 @@ void RendersOneFrame(TestRun& run) {
         RenderSize(run, personality, s_Width, s_Height, 8);
 }
 
-// The process of a test ends without unloading, so this one loads and unloads the module itself.
 void Unloads(TestRun& run) {
-    for (int i = 0; i < 2; ++i) {
-        stricthost::StrictHost host(std::filesystem::path(run.Path()),
-                                    run.OptionsFor(Personality::AfterEffects));
-        host.GlobalSetup();
-        host.ParamsSetup();
-        host.NewInstance();
-        host.Finish();
+    for (const char* where :
+         {"in the first life of the module", "after the module was unloaded and loaded again"}) {
+        Trial(run, run.OptionsFor(Personality::AfterEffects), where).Apply(s_Width, s_Height);
+        run.Unload();
     }
 }
 

@@ -39,7 +39,7 @@ public:
         : m_Run(run), m_Options(run.OptionsFor(Choose(run.Personalities(), run.Seed()))),
           m_Depths(run.Depths(m_Options.personality)) {
         if (run.Seed() % 4 == 3)
-            m_Options.quirks = HarmlessQuirks(run.Seed());
+            m_Options.quirks = HarmlessQuirks(run);
     }
 
     void Run(const std::vector<Step>& steps) {
@@ -67,10 +67,10 @@ private:
     }
 
     // A selection of the quirks that change no picture.
-    static stricthost::Quirks HarmlessQuirks(std::uint32_t seed) {
-        stricthost::Quirks quirks = stricthost::QuirksFromSeed(seed);
-        quirks.fields = quirks.bgra = quirks.nullRenderData = quirks.bareLayers = quirks.bundleReference =
-            false;
+    static stricthost::Quirks HarmlessQuirks(const TestRun& run) {
+        stricthost::Quirks quirks = stricthost::QuirksFromSeed(run.Seed());
+        quirks.fields = quirks.bgra = quirks.nullRenderData = quirks.bareLayers = false;
+        quirks.bundleReference = quirks.bundleReference && run.HasBundleReference();
         return quirks;
     }
 

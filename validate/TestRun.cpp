@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstring>
 #include <random>
+#include <utility>
 
 #include "stricthost/CommandName.h"
 #include "stricthost/PixelFormats.h"
@@ -54,24 +55,32 @@ void FillNoise(fxhost::Picture& picture, double white, std::mt19937& random) {
 
 } // namespace
 
-TestRun::TestRun(std::string path, std::uint32_t seed, SharedReport& report, void* (*currentContext)())
-    : m_Path(std::move(path)), m_Seed(seed), m_Report(report), m_CurrentContext(currentContext) {
+TestRun::TestRun(std::string path, std::uint32_t seed, SharedReport& report, const HostSystem& system)
+    : m_Path(std::move(path)), m_Seed(seed), m_Report(report), m_System(system) {
     s_Report = &report;
+    if (m_System.bundleAt)
+        m_Bundle = m_System.bundleAt(m_Path);
 }
-
-TestRun::~TestRun() = default;
 
 PF_FilterProc TestRun::Entry() {
     if (!m_Module)
-        m_Module = std::make_unique<stricthost::PluginModule>(m_Path);
+        m_Module = new stricthost::PluginModule(m_Path);
     s_Entry = m_Module->Entry();
     return LoggedEntry;
+}
+
+void TestRun::Unload() {
+    const std::size_t number = m_Report.BeginCommand("unloading of the module");
+    s_Entry = nullptr;
+    delete std::exchange(m_Module, nullptr);
+    m_Report.EndCommand(number, 0);
 }
 
 stricthost::Options TestRun::OptionsFor(Personality personality) const {
     stricthost::Options options;
     options.personality = personality;
-    options.currentContext = m_CurrentContext;
+    options.currentContext = m_System.currentContext;
+    options.bundleReference = m_Bundle.get();
     options.pluginPath = std::filesystem::absolute(m_Path).lexically_normal().string();
     return options;
 }

@@ -7,6 +7,7 @@
 
 #include "pictures/Picture.h"
 #include "stricthost/StrictHost.h"
+#include "validate/HostSystem.h"
 #include "validate/SharedReport.h"
 
 namespace validate {
@@ -16,9 +17,7 @@ namespace validate {
 class TestRun {
 public:
     // path: a bundle NAME.plugin or a bare module. The report must outlive this object.
-    // currentContext: as in stricthost::Options; may be null.
-    TestRun(std::string path, std::uint32_t seed, SharedReport& report, void* (*currentContext)() = nullptr);
-    ~TestRun();
+    TestRun(std::string path, std::uint32_t seed, SharedReport& report, const HostSystem& system = {});
     TestRun(const TestRun&) = delete;
     TestRun& operator=(const TestRun&) = delete;
 
@@ -27,8 +26,13 @@ public:
     // Adds a finding. Any thread.
     void Fail(const std::string& text) { m_Report.AddFinding(text); }
 
-    // Entry point of the loaded plug-in, which logs every command.
+    // Entry point of the plug-in, which logs every command. Loads the module when it is not loaded. The
+    // module stays loaded until the process ends, unless Unload is called.
     PF_FilterProc Entry();
+    // Call it while no host of the plug-in exists.
+    void Unload();
+    // True when hosts can report a bundle reference instead of a path (quirk "bundle-reference").
+    bool HasBundleReference() const { return m_Bundle != nullptr; }
     // Host options with the plug-in's path filled in.
     stricthost::Options OptionsFor(stricthost::Personality personality) const;
     // Personalities that run the plug-in differently: smart render only when it is supported.
@@ -47,8 +51,9 @@ private:
     std::string m_Path;
     std::uint32_t m_Seed;
     SharedReport& m_Report;
-    void* (*m_CurrentContext)();
-    std::unique_ptr<stricthost::PluginModule> m_Module;
+    HostSystem m_System;
+    std::shared_ptr<void> m_Bundle; // a CFBundleRef
+    stricthost::PluginModule* m_Module = nullptr;
     std::unique_ptr<Abilities> m_Abilities;
 };
 

@@ -6,8 +6,12 @@ Trial::Trial(TestRun& run, const stricthost::Options& options, std::string where
     : m_Run(run), m_Where(std::move(where)), m_MayInterrupt(options.interruptAt != 0) {
     m_Where += (m_Where.empty() ? "in " : ", in ") + std::string(NameOf(options.personality));
     m_Host = std::make_unique<stricthost::StrictHost>(run.Entry(), options);
-    m_Host->GlobalSetup();
-    m_Host->ParamsSetup();
+    try {
+        m_Host->GlobalSetup();
+        m_Host->ParamsSetup();
+    } catch (const stricthost::CommandError& error) {
+        throw std::runtime_error(std::string(error.what()) + " (" + m_Where + ")");
+    }
 }
 
 Trial::~Trial() {

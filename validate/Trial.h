@@ -10,7 +10,8 @@ namespace validate {
 // becomes a finding of the test. Thread-safe like StrictHost.
 class Trial {
 public:
-    // where: how the situation is described in findings, such as "with 1x1 pixels".
+    // where: how the situation is described in findings, such as "with 1x1 pixels". Throws
+    // std::runtime_error, with that text, when a set-up command fails.
     Trial(TestRun& run, const stricthost::Options& options, std::string where = {});
     ~Trial();
     Trial(const Trial&) = delete;

@@ -48,7 +48,7 @@ using Test = std::function<void(TestRun& run)>;
 // Runs in the process of the test.
 int RunTest(const ValidateOptions& options, std::uint32_t seed, const Test& test, SharedReport& report) {
     const fxhost::StageSpan span(fxhost::Stage::Draw);
-    TestRun run(options.plugin, seed, report, options.currentContext);
+    TestRun run(options.plugin, seed, report, options.system);
     try {
         test(run);
     } catch (const std::exception& error) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "validate/HostSystem.h"
+
 namespace validate {
 
 struct ValidateOptions {
@@ -14,8 +16,7 @@ struct ValidateOptions {
     int repeat = 1;         // runs, each with the next seed
     double timeout = 60;    // seconds for one test; 0: no limit
     std::string only;       // name of the only test to run, whatever its level; empty: all
-    // Returns the GL context of the calling thread; null: contexts are not compared.
-    void* (*currentContext)() = nullptr;
+    HostSystem system;
 };
 
 struct TestResult {

@@ -8,6 +8,9 @@
 #include <vector>
 
 #include "AE_EffectCB.h"
+#include "AE_GeneralPlug.h"
+#include "SPBasic.h"
+#include "SPErrorCodes.h"
 #include "tests/validate/plugins/Invert.h"
 
 // The invert with one fault. The file's name selects the fault: link the module to "hangs.so" to get the
@@ -215,6 +218,66 @@ PF_Err NeedsData(const Command& c) {
     return c.Run();
 }
 
+PF_Err NeedsPath(const Command& c) {
+    A_UTF16Char path[AEFX_MAX_PATH] = {};
+    if (c.Is(PF_Cmd_GLOBAL_SETUP) &&
+        c.in->utils->get_platform_data(c.in->effect_ref, PF_PlatData_EXE_FILE_PATH_W, path) != PF_Err_NONE)
+        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+    return c.Run();
+}
+
+// Runs without the fault, and promises more to the host.
+PF_Err Promising(const Command& c, PF_OutFlags flags, PF_OutFlags2 flags2) {
+    const PF_Err err = c.Run();
+    if (c.Is(PF_Cmd_GLOBAL_SETUP)) {
+        c.out->out_flags |= flags;
+        c.out->out_flags2 |= flags2;
+    }
+    return err;
+}
+
+PF_Err LiesAboutFlags(const Command& c) {
+    return Promising(c, PF_OutFlag_I_EXPAND_BUFFER, 0);
+}
+
+PF_Err ClaimsToFlatten(const Command& c) {
+    return Promising(c, 0, PF_OutFlag2_SUPPORTS_GET_FLATTENED_SEQUENCE_DATA);
+}
+
+PF_Err NeedsDataInThreads(const Command& c) {
+    if (c.Is(PF_Cmd_RENDER) && !c.in->sequence_data)
+        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+    return Promising(c, 0, PF_OutFlag2_SUPPORTS_THREADED_RENDERING);
+}
+
+PF_Err WritesSharedData(const Command& c) {
+    const void* suite = nullptr;
+    PF_ConstHandle data = nullptr;
+    SPBasicSuite& basic = *c.in->pica_basicP;
+    if (c.Is(PF_Cmd_RENDER) && basic.AcquireSuite(kPFEffectSequenceDataSuite, 1, &suite) == kSPNoError) {
+        static_cast<const PF_EffectSequenceDataSuite1*>(suite)->PF_GetConstSequenceData(c.in->effect_ref,
+                                                                                        &data);
+        basic.ReleaseSuite(kPFEffectSequenceDataSuite, 1);
+        *static_cast<char*>(const_cast<void*>(*data)) ^= 1;
+    }
+    return Promising(c, 0, PF_OutFlag2_SUPPORTS_THREADED_RENDERING);
+}
+
+// Registers a name with the system that a second life of the module cannot register again.
+PF_Err FailsWhenLoadedAgain(const Command& c) {
+    static const bool s_Registered = std::getenv("FX_REGISTERED") == nullptr;
+    setenv("FX_REGISTERED", "1", 1);
+    return s_Registered ? c.Run() : PF_Err{PF_Err_INTERNAL_STRUCT_DAMAGED};
+}
+
+PF_Err CrashesAtUnload(const Command& c) {
+    struct AtUnload {
+        ~AtUnload() { std::raise(SIGSEGV); }
+    };
+    static const AtUnload s_AtUnload;
+    return c.Run();
+}
+
 PF_Err LeaksWhenInterrupted(const Command& c) {
     if (!c.Is(PF_Cmd_RENDER))
         return c.Run();
@@ -280,7 +343,7 @@ PF_Err FailsGlobalSetup(const Command& c) {
 PF_Err WithoutSmartRender(PF_Err (*fault)(const Command&), const Command& c) {
     const PF_Err err = fault(c);
     if (c.Is(PF_Cmd_GLOBAL_SETUP))
-        c.out->out_flags2 = 0;
+        c.out->out_flags2 &= ~(PF_OutFlag2_SUPPORTS_SMART_RENDER | PF_OutFlag2_FLOAT_COLOR_AWARE);
     return err;
 }
 
@@ -315,6 +378,13 @@ constexpr Row s_Faults[] = {
     {"forgets-on-reopen", ForgetsOnReopen},
     {"loses-data-of-copies", LosesDataOfCopies},
     {"needs-data", NeedsData},
+    {"needs-path", NeedsPath},
+    {"lies-about-flags", LiesAboutFlags},
+    {"claims-to-flatten", ClaimsToFlatten},
+    {"needs-data-in-threads", NeedsDataInThreads},
+    {"writes-shared-data", WritesSharedData},
+    {"fails-when-loaded-again", FailsWhenLoadedAgain},
+    {"crashes-at-unload", CrashesAtUnload},
     {"leaks-when-interrupted", LeaksWhenInterrupted},
     {"uses-shared-scratch", UsesSharedScratch},
     {"breaks-after-deletions", BreaksAfterDeletions},
