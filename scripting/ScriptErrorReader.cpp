@@ -115,20 +115,21 @@ int CallingLine(duk_context* context) {
     return line;
 }
 
+void DescribeScriptError(duk_context* context) {
+    duk_safe_call(context, Describe, nullptr, 1, 3);
+}
+
 ScriptError ReadScriptError(duk_context* context, const char* text) {
     ScriptError error;
     error.evaluated = EvaluatedName(text);
     const bool isCallback = error.evaluated != s_ScriptName;
-
-    duk_dup_top(context);
-    if (duk_safe_call(context, Describe, nullptr, 1, 3) != DUK_EXEC_SUCCESS) {
+    if (!duk_is_string(context, -1)) { // Describe failed, and its results are an error and undefined values
         error.message = "an error that cannot be shown";
-    } else {
-        Translate(error, Utf8FromScript(duk_get_string(context, -2)),
-                  Utf8FromScript(duk_get_string(context, -1)));
-        if (error.line == 0 && !isCallback)
-            error.line = AuthorLine(duk_get_int(context, -3));
+        return error;
     }
-    duk_pop_3(context);
+    Translate(error, Utf8FromScript(duk_get_string(context, -2)),
+              Utf8FromScript(duk_get_string(context, -1)));
+    if (error.line == 0 && !isCallback)
+        error.line = AuthorLine(duk_get_int(context, -3));
     return error;
 }

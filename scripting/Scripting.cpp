@@ -5,11 +5,48 @@
 #include "context/Context.h"
 #include "scripting/Bindings.h"
 #include "scripting/Console.h"
+#include "scripting/Interpreter.h"
 #include "scripting/ScriptErrorReader.h"
 
 Scripting* Scripting::s_Instance = nullptr;
 void (*Scripting::ErrorCallback)(const ScriptError&) = nullptr;
 void (*Scripting::PrintCallback)(const ScriptMessage&) = nullptr;
+
+namespace {
+
+// One call of Execute.
+struct Evaluation {
+    duk_context* heap;
+    const char* text;
+    bool isDescribed = false; // an error was caught, and its description is on the stack
+};
+
+void RegisterAll(void* data) {
+    auto* const heap = static_cast<duk_context*>(data);
+    RegisterConsole(heap);
+    for (const auto group : {ParameterBindings, RenderTargetBindings, ShaderBindings, TextureBindings,
+                             SurfaceBindings, SequenceBindings})
+        RegisterFunctions(heap, group());
+}
+
+void Evaluate(void* data) {
+    auto& evaluation = *static_cast<Evaluation*>(data);
+    constexpr duk_uint_t flags = DUK_COMPILE_EVAL | DUK_COMPILE_SAFE | DUK_COMPILE_NOSOURCE |
+                                 DUK_COMPILE_STRLEN | DUK_COMPILE_NOFILENAME;
+    const bool failed = duk_eval_raw(evaluation.heap, evaluation.text, 0, flags) != 0;
+    if (failed && Scripting::ErrorCallback) {
+        DescribeScriptError(evaluation.heap);
+        evaluation.isDescribed = true;
+    }
+}
+
+void CollectGarbage(void* data) {
+    auto* const heap = static_cast<duk_context*>(data);
+    duk_set_top(heap, 0);
+    duk_gc(heap, 0);
+}
+
+} // namespace
 
 Scripting& Scripting::Instance() {
     if (!s_Instance)
@@ -22,45 +59,47 @@ void Scripting::DestroyInstance() {
     s_Instance = nullptr;
 }
 
+Scripting::Scripting() = default;
+
 Scripting::~Scripting() {
     Release();
 }
 
 void Scripting::Init() {
-    m_Heap = duk_create_heap(nullptr, nullptr, nullptr, nullptr, nullptr);
-    if (m_Heap) {
-        RegisterConsole(m_Heap);
-        for (const auto group : {ParameterBindings, RenderTargetBindings, ShaderBindings, TextureBindings,
-                                 SurfaceBindings, SequenceBindings})
-            RegisterFunctions(m_Heap, group());
-    } else if (ErrorCallback) {
-        ErrorCallback({"Error: the script interpreter has no memory", "", 0, "fx.js"});
-    }
+    m_Interpreter = Interpreter::Create();
+    if (!m_Interpreter || !m_Interpreter->Run(RegisterAll, m_Interpreter->Heap(), 1))
+        Abandon();
     Context::Current().Init();
 }
 
+void Scripting::Abandon() {
+    m_Interpreter.reset();
+    if (ErrorCallback)
+        ErrorCallback({"Error: the script interpreter has no memory", "", 0, EvaluatedName(m_Evaluated)});
+}
+
 void Scripting::Execute(const char* text) {
-    if (!text || !m_Heap)
+    if (!text || !m_Interpreter)
         return;
-    constexpr duk_uint_t flags = DUK_COMPILE_EVAL | DUK_COMPILE_SAFE | DUK_COMPILE_NOSOURCE |
-                                 DUK_COMPILE_STRLEN | DUK_COMPILE_NOFILENAME;
     m_Evaluated = text;
-    const bool failed = duk_eval_raw(m_Heap, text, 0, flags) != 0;
-    if (failed && ErrorCallback)
-        ErrorCallback(ReadScriptError(m_Heap, text));
+    Evaluation evaluation{m_Interpreter->Heap(), text};
+    if (m_Interpreter->Run(Evaluate, &evaluation)) {
+        if (evaluation.isDescribed)
+            ErrorCallback(ReadScriptError(evaluation.heap, text));
+        if (!m_Interpreter->Run(CollectGarbage, evaluation.heap))
+            Abandon();
+    } else {
+        Abandon();
+    }
     m_Evaluated = "";
-    duk_pop(m_Heap);
-    duk_gc(m_Heap, 0);
 }
 
 void Scripting::Report(const std::string& message) {
-    if (ErrorCallback && m_Heap)
-        ErrorCallback({message, "", CallingLine(m_Heap), EvaluatedName(m_Evaluated)});
+    if (ErrorCallback && m_Interpreter)
+        ErrorCallback({message, "", CallingLine(m_Interpreter->Heap()), EvaluatedName(m_Evaluated)});
 }
 
 void Scripting::Release() {
-    if (m_Heap)
-        duk_destroy_heap(m_Heap);
-    m_Heap = nullptr;
+    m_Interpreter.reset();
     Context::Current().Release();
 }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
-struct duk_hthread;
+class Interpreter;
 
 // A script error, for tools that report it. The engine itself discards all script errors.
 struct ScriptError {
@@ -31,11 +32,13 @@ public:
     Scripting(const Scripting&) = delete;
     Scripting& operator=(const Scripting&) = delete;
 
-    // Starts an interpreter that has only the native functions, and an empty registry.
+    // Starts an interpreter that has only the native functions, and an empty registry. Without memory there
+    // is an error and no interpreter.
     void Init();
 
     // Evaluates global code and discards errors of every kind. Then runs a full garbage collection. Does
-    // nothing when the text is null or before Init.
+    // nothing when the text is null or there is no interpreter. A script that has used up its memory fails;
+    // when even that is impossible, there is an error and no interpreter from then on.
     void Execute(const char* text);
 
     // Destroys the interpreter and everything that the script created.
@@ -53,9 +56,10 @@ public:
     static void (*PrintCallback)(const ScriptMessage& message);
 
 private:
-    Scripting() = default;
+    Scripting();
+    void Abandon();
 
-    duk_hthread* m_Heap = nullptr;
+    std::unique_ptr<Interpreter> m_Interpreter;
     const char* m_Evaluated = ""; // the text that Execute evaluates
     static Scripting* s_Instance;
 };

@@ -22,13 +22,15 @@ using Faults::Kind;
 bool s_IsCounting = false;
 Kind s_Kind{};
 std::size_t s_FailAt = Faults::Never, s_Calls = 0;
+bool s_FailsOnwards = false;
 long s_LiveObjects = 0;
 GLenum s_PendingError = GL_NO_ERROR;
 
 bool Fails(Kind kind) {
     if (!s_IsCounting || kind != s_Kind)
         return false;
-    return s_Calls++ == s_FailAt;
+    const std::size_t call = s_Calls++;
+    return call == s_FailAt || (s_FailsOnwards && call > s_FailAt);
 }
 
 bool FailsForMemory() {
@@ -104,9 +106,10 @@ void* AllocateFor(const void* caller, std::size_t size) {
 
 } // namespace
 
-void Faults::FailAt(Kind kind, std::size_t number) {
+void Faults::FailAt(Kind kind, std::size_t number, bool onwards) {
     s_Kind = kind;
     s_FailAt = number;
+    s_FailsOnwards = onwards;
     s_Calls = 0;
     s_PendingError = GL_NO_ERROR;
     s_IsCounting = true;
@@ -232,15 +235,23 @@ FAULTS_WRAP(std::FILE*, fopen, (const char* path, const char* mode)) {
     return Fails(Kind::FileAccess) ? nullptr : __real_fopen(path, mode);
 }
 
+static duk_alloc_function s_AllocateForScript = nullptr;
+static duk_realloc_function s_ReallocateForScript = nullptr;
+
+// The engine's own functions refuse an impossible size.
+static duk_size_t SizeForScript(duk_size_t size) {
+    return size != 0 && Fails(Kind::ScriptAllocation) ? SIZE_MAX : size;
+}
+
 FAULTS_WRAP(duk_context*, duk_create_heap,
-            (duk_alloc_function, duk_realloc_function, duk_free_function, void* data,
+            (duk_alloc_function allocate, duk_realloc_function reallocate, duk_free_function free, void* data,
              duk_fatal_function fatal)) {
-    const auto allocate = [](void*, duk_size_t size) {
-        return Fails(Kind::ScriptAllocation) ? nullptr : std::malloc(size);
-    };
-    const auto reallocate = [](void*, void* memory, duk_size_t size) {
-        return size != 0 && Fails(Kind::ScriptAllocation) ? nullptr : std::realloc(memory, size);
-    };
+    s_AllocateForScript = allocate;
+    s_ReallocateForScript = reallocate;
     return __real_duk_create_heap(
-        allocate, reallocate, [](void*, void* memory) { std::free(memory); }, data, fatal);
+        [](void* owner, duk_size_t size) { return s_AllocateForScript(owner, SizeForScript(size)); },
+        [](void* owner, void* memory, duk_size_t size) {
+            return s_ReallocateForScript(owner, memory, SizeForScript(size));
+        },
+        free, data, fatal);
 }

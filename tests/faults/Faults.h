@@ -15,8 +15,9 @@ enum class Kind {
 };
 constexpr std::size_t Never = static_cast<std::size_t>(-1);
 
-// Counts calls of this kind from now on; the call with this number, from 0, fails.
-void FailAt(Kind kind, std::size_t number);
+// Counts calls of this kind from now on; the call with this number, from 0, fails, and with `onwards` every
+// later one, too.
+void FailAt(Kind kind, std::size_t number, bool onwards = false);
 // Ends counting and failing. Returns the number of calls.
 std::size_t Stop();
 

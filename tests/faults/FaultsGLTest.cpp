@@ -10,7 +10,8 @@ namespace {
 struct FaultRow {
     const char* name;
     Faults::Kind kind;
-    std::size_t step; // 1 makes each call fail in turn, 2 every other call
+    std::size_t step;     // 1 makes each call fail in turn, 2 every other call
+    bool onwards = false; // all later calls fail, too
 };
 
 class FaultsGLTest : public testing::TestWithParam<FaultRow> {};
@@ -30,7 +31,7 @@ TEST_P(FaultsGLTest, AFailureIsReportedOrHarmlessAndLeavesNoGLObjects) {
     ASSERT_GT(calls, 0u);
     for (std::size_t call = 0; call < calls; call += GetParam().step) {
         const long before = Faults::LiveGLObjects();
-        Faults::FailAt(GetParam().kind, call);
+        Faults::FailAt(GetParam().kind, call, GetParam().onwards);
         const LifeCycleResult result = RunLifeCycle();
         Faults::Stop();
         EXPECT_TRUE(!result.report.empty() || result.pixels == right.pixels)
@@ -43,6 +44,7 @@ TEST_P(FaultsGLTest, AFailureIsReportedOrHarmlessAndLeavesNoGLObjects) {
 INSTANTIATE_TEST_SUITE_P(, FaultsGLTest,
                          testing::Values(FaultRow{"Allocation", Faults::Kind::Allocation, 1},
                                          FaultRow{"ScriptAllocation", Faults::Kind::ScriptAllocation, 61},
+                                         FaultRow{"ScriptMemory", Faults::Kind::ScriptAllocation, 7, true},
                                          FaultRow{"GLObject", Faults::Kind::GLObject, 1},
                                          FaultRow{"GLMemory", Faults::Kind::GLMemory, 1},
                                          FaultRow{"FileAccess", Faults::Kind::FileAccess, 1}),

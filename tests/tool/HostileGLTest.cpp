@@ -14,8 +14,10 @@ const std::map<std::string, const char*> s_FirstErrors = {
     {"deep-config", "config.xml:2: error: not well-formed XML: elements are nested too deep"},
     {"emoji", nullptr},
     {"endless-recursion", "fx.js:3: error: RangeError"},
+    {"grows-memory", "fx.js:8: error: Error: alloc failed"},
     {"impossible-output", "fx.js:5: error: SV_setOutputExtent(-1, 24) is ignored"},
     {"impossible-targets", "fx.js:5: error: SV_initRenderTarget: a texture of 0 x 2 pixels is not possible"},
+    {"later-glsl-names", nullptr},
     {"misleading-message", "fx.js:5: error: SyntaxError: not here (line 70)"},
     {"odd-depths", nullptr},
     {"odd-numbers", nullptr},
@@ -24,6 +26,7 @@ const std::map<std::string, const char*> s_FirstErrors = {
     {"releases-in-callbacks", nullptr},
     {"replaces-frame", "fx.js:5: error: SV_release of the handle of SV_getSequenceRT"},
     {"resizes-frame", nullptr},
+    {"wide-image", "fx.js:3: error: SV_initTexture: a texture of 40000 x 1 pixels is not possible"},
 };
 
 class HostileGLTest : public FolderTest {};
