@@ -24,28 +24,26 @@ void Sequence::Reset(const Surface& surface, double time) {
     m_FrameHeight = surface.height;
     m_FrameFormat = surface.format;
     SetOutputExtent(surface.width, surface.height);
-    const auto create = [&] {
+    RenderTarget* const target = m_Owner->Find<RenderTarget>(m_RenderTarget);
+    if (target && target->usable())
+        target->grabPixels(nullptr, m_OutputWidth, m_OutputHeight, surface.format,
+                           static_cast<long>(surface.rowBytes), true, true);
+    else if (target && !target->errorText().empty()) // frames that fail must not leave one target each
+        target->init(m_OutputWidth, m_OutputHeight, surface.format);
+    else // the registry keeps a target whose storage was freed
         m_RenderTarget = m_Owner->InitResource<RenderTarget>(m_OutputWidth, m_OutputHeight, surface.format);
-    };
-    if (m_RenderTarget == 0)
-        create();
-    RenderTarget& target = GetRenderTarget();
-    if (target.usable())
-        target.grabPixels(nullptr, m_OutputWidth, m_OutputHeight, surface.format,
-                          static_cast<long>(surface.rowBytes), true, true);
-    else
-        create(); // the registry keeps the unusable target until its release
 }
 
 void Sequence::ResetInputTexture(const Surface& surface) {
     const void* const source = surface.buffer.empty() ? surface.pixels : surface.buffer.data();
     if (!source)
         return;
-    const auto create = [&] {
+    Texture* const old = m_Owner->Find<Texture>(m_InputTexture);
+    if (old && old->id() == 0 &&
+        !old->errorText().empty()) // layers that fail must not leave one texture each
+        old->init(surface.width, surface.height, surface.format, true);
+    else if (!old || old->id() == 0)
         m_InputTexture = m_Owner->InitResource<Texture>(surface.width, surface.height, surface.format);
-    };
-    if (m_InputTexture == 0 || m_Owner->GetResource<Texture>(m_InputTexture).id() == 0)
-        create();
     Texture& texture = m_Owner->GetResource<Texture>(m_InputTexture);
     if (texture.id() != 0)
         texture.grabPixels(source, surface.width, surface.height, surface.format,

@@ -125,6 +125,31 @@ TEST_F(LifecycleGLTest, EndedAndSavedInstancesReturnTheirGLStorage) {
     EXPECT_EQ(Frame(input).channels, input.channels) << "a saved instance that the host goes on to use";
 }
 
+TEST_F(LifecycleGLTest, FramesThatFailLeaveNoTargetsAndTextures) {
+    Start({{"fx.js", OneShaderScript()}, {"pixel.frag", PixelShader("c")}});
+    constexpr unsigned tooWide = 1u << 20;
+    const std::vector<std::uint8_t> row(tooWide * 4);
+    const auto fail = [&] {
+        const ContextKeeper keeper;
+        ASSERT_TRUE(Engine().lockFrame());
+        Engine().grabIntoTexture(IPlugin::InputLayer, const_cast<std::uint8_t*>(row.data()), tooWide, 1, 8,
+                                 tooWide * 4L);
+        Engine().render(0, tooWide, 1, 8, 1);
+        EXPECT_EQ(Engine().grabResultBegin(), nullptr);
+        Engine().releaseFrame();
+    };
+    auto input = TestPicture<std::uint8_t>(1, 1);
+    input.channels = {1, 2, 3, 4};
+    for (int i = 0; i < 3; ++i) { // at first without a frame to return to, then after one
+        fail();
+        fail();
+        EXPECT_EQ(Context::Current().LiveEntities<RenderTarget>().size(), 1u);
+        EXPECT_EQ(Context::Current().LiveEntities<Texture>().size(), 1u);
+        EXPECT_EQ(Frame(input).channels, input.channels);
+        EXPECT_EQ(CountObjects(), 3 + 3) << "program, shaders, target, framebuffer and input texture";
+    }
+}
+
 TEST_F(LifecycleGLTest, AScriptReleasesItsTexturesOnlyInTheContextOfTheEngine) {
     Start({{"fx.js", R"js(
         var textures = [];
@@ -186,16 +211,16 @@ TEST_F(LifecycleGLTest, ASecondSetUpOpensTheEffectOfTheSecondBundle) {
     BlobReader::Instance().init(nullptr, nullptr); // back to loose files
 }
 
-TEST_F(LifecycleGLTest, EightThreadsEachGetTheFrameOfTheirInstance) {
+TEST_F(LifecycleGLTest, SixteenThreadsEachGetTheFrameOfTheirInstance) {
     Start({{"fx.js", OneShaderScript()}, {"pixel.frag", PixelShader("vec4(c.rgb + amount, c.a)")}});
     std::atomic<int> wrong = 0;
-    void* instances[8];
+    void* instances[16];
     for (void*& instance : instances) // before the threads start: only frames take the lock
         instance = NewInstance();
     std::vector<std::thread> workers;
-    for (unsigned t = 0; t < 8; ++t)
+    for (unsigned t = 0; t < 16; ++t)
         workers.emplace_back([&, t, instance = instances[t]] {
-            const unsigned width = 3 + t, height = 11 - t;
+            const unsigned width = 3 + t, height = 19 - t;
             std::vector<std::uint32_t> input(width * height, 0x0A0A0A0Au * t), expected = input;
             for (std::uint32_t& pixel : expected)
                 pixel += 0x01010100u * (t + 1); // alpha is the first byte, the lowest one
