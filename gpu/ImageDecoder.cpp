@@ -35,6 +35,31 @@ bool ClaimsTooManyPixels(const unsigned char* bytes, int size) {
     return isKnown && double{1} * width * height > s_MostPixelsPerByte * size;
 }
 
+bool IsPnm(std::string_view file) {
+    return file.starts_with("P5") || file.starts_with("P6");
+}
+
+// The decoder computes width, height and largest value as int, without noticing that a number is too long.
+bool HasOverlongPnmNumber(std::string_view file) {
+    constexpr std::size_t mostDigits = 9;
+    std::size_t at = 2;
+    const auto skip = [&](std::string_view characters) {
+        at = std::min(file.find_first_not_of(characters, at), file.size());
+    };
+    for (int number = 0; number < 3; ++number) {
+        skip(" \t\n\v\f\r");
+        while (at < file.size() && file[at] == '#') { // a comment, to the end of its line
+            at = std::min(file.find_first_of("\n\r", at), file.size());
+            skip(" \t\n\v\f\r");
+        }
+        const std::size_t first = at;
+        skip("0123456789");
+        if (at - first > mostDigits)
+            return true;
+    }
+    return false;
+}
+
 // The decoder reads beyond its own memory when it converts these to four channels.
 bool IsDeepPnm(const std::vector<unsigned char>& file, int size) {
     return file.size() > 1 && file[0] == 'P' && stbi_is_16_bit_from_memory(file.data(), size) != 0;
@@ -44,6 +69,9 @@ bool IsDeepPnm(const std::vector<unsigned char>& file, int size) {
 std::string Objection(const std::vector<unsigned char>& file, int size) {
     if (HasOverlongHuffmanTable(file))
         return "a Huffman table of the JPEG file has more than 256 codes";
+    const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
+    if (IsPnm(text) && HasOverlongPnmNumber(text))
+        return "a number in the header of the PNM file is too long";
     if (IsDeepPnm(file, size))
         return "PNM files of 16 bits per channel cannot be read; use PNG instead";
     if (ClaimsTooManyPixels(file.data(), size))
