@@ -198,6 +198,9 @@ private:
             return warnDraw("the frame depends on the frames that were rendered before it; hosts render "
                             "frames in any order, so "
                             "compute it from SV_getTime() and the parameters");
+        if (FineDifference(alone, m_Run.renderAfterPreparing(s_Reference, s_Small)) > s_Same)
+            return warnDraw("the frame depends on preRender() of another frame; hosts prepare several frames "
+                            "before they draw the first, so compute in draw() what draw() needs");
         m_Run.driver().addInstance();
         std::vector<ParameterSetting> other;
         for (unsigned i = 0; i < m_Run.parameters().size(); ++i)

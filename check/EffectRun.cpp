@@ -105,6 +105,16 @@ Picture EffectRun::render(const CheckFrame& frame, const std::vector<ParameterSe
     return picture;
 }
 
+Picture EffectRun::renderAfterPreparing(const CheckFrame& frame, const CheckFrame& other) {
+    ReportFrame(m_FrameNumber);
+    m_CallChecks.beginFrame(frame.width, frame.height, true); // sizes of the other frame are no mistakes here
+    Picture picture = m_Driver->renderAfterPreparing(inputs(frame, {}), inputs(other, {}));
+    m_CallChecks.endFrame();
+    ++m_FrameNumber;
+    reportScript();
+    return picture;
+}
+
 // The same text is printed once, because a check renders many frames.
 void EffectRun::print(const ScriptMessage& message) {
     const std::string text = m_Source.DisplayPath("fx.js") + ":" + std::to_string(message.line) + ": print";

@@ -37,6 +37,9 @@ public:
     // Renders a frame with the values that a host starts with, changed by `settings`.
     Picture render(const CheckFrame& frame, const std::vector<ParameterSetting>& settings = {});
 
+    // Renders a frame after preRender() was called for another one, as hosts do that prepare frames ahead.
+    Picture renderAfterPreparing(const CheckFrame& frame, const CheckFrame& other);
+
     void report(const std::vector<Diagnostic>& diagnostics);
     void warnScript(int line, const std::string& text);
     void reportUniforms();

@@ -130,19 +130,39 @@ void EngineDriver::setValues(const FrameInputs& request) {
 }
 
 Picture EngineDriver::render(const FrameInputs& request) {
-    const Picture& input = request.input;
     const RequiredFrameLock lock(m_Engine);
     StageSpan span(Stage::PreRender, &m_OnStage);
+    return draw(request, prepare(request), span);
+}
+
+Picture EngineDriver::renderAfterPreparing(const FrameInputs& request, const FrameInputs& other) {
+    const RequiredFrameLock lock(m_Engine);
+    StageSpan span(Stage::PreRender, &m_OnStage);
+    const Extent extent = prepare(request);
+    prepare(other);
+    m_Engine.preUIUpdate();
+    m_Engine.setCompositionSize(request.input.width, request.input.height, 1);
+    setValues(request);
+    return draw(request, extent, span);
+}
+
+EngineDriver::Extent EngineDriver::prepare(const FrameInputs& request) {
+    const Picture& input = request.input;
     m_Engine.setSequenceData(sequence());
     m_Engine.setCompositionSize(input.width, input.height, 1);
     setValues(request);
-    unsigned width = input.width, height = input.height;
-    m_Engine.preRender(input.width, input.height, width, height);
-    if (width > MaxExtent || height > MaxExtent)
-        throw EffectFailure("the effect asks for an output of " + std::to_string(width) + "x" +
-                            std::to_string(height) + " pixels; at most " + std::to_string(MaxExtent) +
+    Extent extent{input.width, input.height};
+    m_Engine.preRender(input.width, input.height, extent.width, extent.height);
+    if (extent.width > MaxExtent || extent.height > MaxExtent)
+        throw EffectFailure("the effect asks for an output of " + std::to_string(extent.width) + "x" +
+                            std::to_string(extent.height) + " pixels; at most " + std::to_string(MaxExtent) +
                             " either way are possible");
+    return extent;
+}
 
+Picture EngineDriver::draw(const FrameInputs& request, Extent extent, StageSpan& span) {
+    const Picture& input = request.input;
+    const auto [width, height] = extent;
     m_Engine.setInputOrigin(static_cast<int>(width / 2) - static_cast<int>(input.width / 2),
                             static_cast<int>(height / 2) - static_cast<int>(input.height / 2));
     m_Engine.begin(true);

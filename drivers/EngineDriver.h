@@ -32,6 +32,9 @@ public:
 
     std::vector<Parameter> parameters() override;
     Picture render(const FrameInputs& request) override;
+    // The same in the order of a host that prepares several frames ahead: preRender for the request and for
+    // another frame, updateUIFlags, then the request's frame.
+    Picture renderAfterPreparing(const FrameInputs& request, const FrameInputs& other);
 
     EffectInfo info();
     // Adds an instance of the effect. It becomes the current one, to which all other calls refer.
@@ -51,7 +54,12 @@ public:
 
 private:
     void* sequence() const { return m_Sequences[m_Current]; }
+    struct Extent {
+        unsigned width, height;
+    };
     void setValues(const FrameInputs& request);
+    Extent prepare(const FrameInputs& request);
+    Picture draw(const FrameInputs& request, Extent extent, StageSpan& span);
     Picture result(unsigned width, unsigned height, unsigned depth, StageSpan& span);
 
     IPlugin& m_Engine;

@@ -50,6 +50,7 @@ TEST(CheckGLTest, EveryMistakeIsReportedOnItsLine) {
         {"transparent", 0, {"fx.js:3:warning"}, "fully transparent"},
         {"not-scaled", 0, {"fx.js:8:warning"}, "half the preview resolution"},
         {"counts-frames", 0, {"fx.js:3:warning"}, "frames that were rendered before it"},
+        {"remembers-size", 0, {"fx.js:6:warning"}, "preRender() of another frame"},
         {"shares-instances", 0, {"fx.js:8:warning"}, "another instance"},
         {"depends-on-depth", 0, {"fx.js:3:warning"}, "bits per channel differs"},
         {"fixed-target", 0, {"fx.js:6:warning"}, "keeps the size of an earlier frame"},
