@@ -1,8 +1,9 @@
 #!/bin/sh
 # Kills a run at some frame, continues with --resume, and compares the files with those of an uninterrupted run.
-#   kill_and_resume.sh FXHOST
+#   kill_and_resume.sh FXHOST [OPTION]     OPTION: for each run, such as --no-fork
 set -eu
 fxhost=$1
+option=${2-}
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder"
@@ -32,7 +33,7 @@ fail() {
     exit 1
 }
 
-clip="render effect --size 480x270 --frames 1-150 --fps 25 --param amount=0:0,6s:1 --quiet -o"
+clip="render $option effect --size 480x270 --frames 1-150 --fps 25 --param amount=0:0,6s:1 --quiet -o"
 
 # kill_when PATH OUTPUT: starts a run and kills it as soon as the file exists.
 kill_when() {

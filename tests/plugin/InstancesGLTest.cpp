@@ -9,6 +9,7 @@ namespace {
 using stricthost::Instance;
 
 constexpr unsigned s_Width = 32, s_Height = 12; // of the layer at full resolution
+constexpr int s_Border = 3;                     // of the second effect of two
 
 // An operation on an instance. It returns another instance that must render right afterwards.
 struct Operation {
@@ -99,6 +100,30 @@ TEST_P(InstancesGLTest, RenderEveryPixelRightAtEachDepthResolutionAndNumberOfThr
             for (const unsigned threads : {1u, 4u, 16u})
                 EXPECT_EQ(RenderInThreads(host, depth, reduction, threads, GetParam().operation), "")
                     << depth << " bits, resolution 1/" << reduction << ", " << threads << " threads";
+}
+
+// Each module has an engine, an interpreter and a GL context of its own, between which every thread changes.
+TEST(TwoEffectsGLTest, SixteenThreadsRenderWithTwoModulesInTurn) {
+    probe::Host hosts[] = {{"probe", probe::Personality::AfterEffects},
+                           {"probe_resizing", probe::Personality::AfterEffects}};
+    std::vector<std::future<std::string>> workers;
+    for (unsigned t = 0; t < 16; ++t)
+        workers.push_back(std::async(std::launch::async, [&hosts, t] {
+            Instance& plain = hosts[0].Apply(s_Width, s_Height, t);
+            Instance& larger = hosts[1].Apply(s_Width, s_Height, s_Width - t);
+            larger.SetValue(probe::Grow, double(s_Border));
+            std::string wrong;
+            for (const unsigned depth : {8u, 16u, 32u, 8u}) {
+                const auto input = probe::Noise(s_Width, s_Height, depth, t);
+                const stricthost::FrameSpec request = {.input = &input, .wanted = {}};
+                wrong += probe::Difference(plain.Render(request), probe::Expected(input, t));
+                wrong +=
+                    probe::Difference(larger.Render(request), probe::Expected(input, s_Width - t, s_Border));
+            }
+            return wrong;
+        }));
+    for (auto& worker : workers)
+        EXPECT_EQ(worker.get(), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(After, InstancesGLTest, testing::ValuesIn(Cases()), NameOf);
