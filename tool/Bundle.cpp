@@ -12,6 +12,7 @@
 #include "packaging/TargetSystem.h"
 #include "stricthost/StrictHost.h"
 #include "tool/Commands.h"
+#include "tool/GuardOptions.h"
 #include "tool/GuardedCheck.h"
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
@@ -27,6 +28,7 @@ constexpr char s_Category[] = "Shader Effects";
 struct BundleOptions {
     BundleParts parts;
     bool pipl = false;
+    GuardLimits limits; // of the check
 };
 
 // A folder that is deleted together with the object.
@@ -88,7 +90,7 @@ void AddPropertyList(const BundleOptions& options, const WrittenBundle& bundle) 
 }
 
 int MakeBundle(const BundleOptions& options) {
-    RequireShippable(options.parts.effect, "bundled", options.parts.replace);
+    RequireShippable(options.limits, options.parts.effect, "bundled", options.parts.replace);
     const WrittenBundle bundle = WriteBundle(options.parts);
     if (options.pipl || FindTargetSystem(options.parts.target).needsPropertyList)
         AddPropertyList(options, bundle);
@@ -120,6 +122,7 @@ Command AddBundle(CLI::App& tool) {
     app->footer("Examples:\n  fxhost bundle effects/blur -o Blur.plugin\n"
                 "  fxhost bundle effects/blur -o plugins/ --target macos\n"
                 "  fxhost render --plugin Blur.plugin -i in.png -o out.png");
+    AddGuardOptions(*app, options->limits);
     return {app, [options] { return MakeBundle(*options); }};
 }
 

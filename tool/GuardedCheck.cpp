@@ -66,8 +66,9 @@ std::vector<Diagnostic> FindHang(const GuardLimits& limits, const std::string& e
     return file.readAll();
 }
 
-void RequireShippable(const std::string& effect, const std::string& verb, bool force) {
-    const CheckResult result = CheckGuarded({}, effect);
+void RequireShippable(const GuardLimits& limits, const std::string& effect, const std::string& verb,
+                      bool force) {
+    const CheckResult result = CheckGuarded(limits, effect);
     bool hasErrors = result.status != ExitOk;
     for (const Diagnostic& found : result.diagnostics) {
         std::fprintf(stderr, "%s\n", ToText(found).c_str());

@@ -23,6 +23,7 @@ std::vector<Diagnostic> FindHang(const GuardLimits& limits, const std::string& e
 
 // Checks an effect before it is shipped and prints its diagnostics. Throws EffectFailure when it has errors,
 // unless `force` is true. `verb` is what is refused, such as "bundled".
-void RequireShippable(const std::string& effect, const std::string& verb, bool force);
+void RequireShippable(const GuardLimits& limits, const std::string& effect, const std::string& verb,
+                      bool force);
 
 } // namespace fxhost

@@ -5,6 +5,7 @@
 #include "packaging/EffectSource.h"
 #include "packaging/Package.h"
 #include "tool/Commands.h"
+#include "tool/GuardOptions.h"
 #include "tool/GuardedCheck.h"
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
@@ -18,6 +19,7 @@ namespace fs = std::filesystem;
 struct PackOptions {
     std::string from, to;
     bool force = false;
+    GuardLimits limits; // of the check
 };
 
 int Pack(const PackOptions& options) {
@@ -28,7 +30,7 @@ int Pack(const PackOptions& options) {
         std::fprintf(stderr, "%s\n", ToText(finding).c_str());
     if (!packing.findings.empty())
         return ExitEffectFailed;
-    RequireShippable(options.from, "packed", options.force);
+    RequireShippable(options.limits, options.from, "packed", options.force);
     const Bytes package = ToPackage(packing.files);
     WriteFileAtomically(options.to, std::as_bytes(std::span(package)));
     return ExitOk;
@@ -62,6 +64,7 @@ Command AddPack(CLI::App& tool) {
     app->add_option("FOLDER", options->from, "Folder that holds fx.js")->required();
     app->add_option("-o,--output", options->to, "Package to write")->required()->type_name("FILE");
     app->add_flag("--force", options->force, "Pack an effect in which `fxhost check` finds errors, too");
+    AddGuardOptions(*app, options->limits);
     app->footer("Hidden files and packages in the folder are left out; equal folders give equal packages.\n\n"
                 "Example:\n  fxhost pack effects/blur -o blob.dat");
     return {app, [options] { return Pack(*options); }};

@@ -14,7 +14,7 @@ namespace {
 // process.
 std::string WithoutFork(const std::string& arguments) {
 #ifdef __SANITIZE_THREAD__
-    for (const char* command : {"render ", "check ", "sheet ", "bench "})
+    for (const char* command : {"render ", "check ", "sheet ", "bench ", "pack ", "bundle "})
         if (arguments.starts_with(command))
             return command + ("--no-fork " + arguments.substr(std::strlen(command)));
 #endif
