@@ -7,8 +7,8 @@ namespace fxhost {
 
 namespace {
 
-constexpr double s_Tolerance = 0.25; // of a frame
-constexpr double s_MaxRate = 120;    // of a candidate; higher ones are time bases, not frame rates
+constexpr double s_Tolerance = 0.25;       // of a frame
+constexpr double s_MaxCandidateRate = 120; // of a candidate; higher ones are time bases, not frame rates
 
 bool HasRate(const std::vector<double>& times, const FrameRate& rate) {
     for (std::size_t i = 0; i < times.size(); ++i)
@@ -37,9 +37,9 @@ std::optional<FrameRate> ConstantRate(const std::vector<double>& times,
 }
 
 FrameRate ResamplingRate(const std::vector<double>& times, const std::vector<FrameRate>& candidates) {
-    const double usual = 1 / std::max(MedianDistance(times), 1 / s_MaxRate);
+    const double usual = 1 / std::max(MedianDistance(times), 1 / s_MaxCandidateRate);
     for (const FrameRate& rate : candidates)
-        if (rate.perSecond() <= s_MaxRate && rate.perSecond() > usual * 0.99)
+        if (rate.perSecond() <= s_MaxCandidateRate && rate.perSecond() > usual * 0.99)
             return rate;
     return {std::max(std::lround(usual), 1L), 1};
 }

@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t s_BarWidth = 30;
 constexpr double s_BarPeriod = 0.2, s_LinePeriod = 5; // seconds
 
-std::string Clock(double seconds) {
+std::string Countdown(double seconds) {
     const long all = std::lround(std::ceil(seconds));
     char text[32];
     if (all >= 3600)
@@ -31,7 +31,7 @@ std::string ProgressText(std::size_t done, std::size_t total, double seconds) {
     std::snprintf(number, sizeof number, rate < 10 ? "%.2f" : "%.1f", rate);
     text += std::string(", ") + number + " frames/s";
     if (done < total)
-        text += ", " + Clock(static_cast<double>(total - done) / rate) + " left";
+        text += ", " + Countdown(static_cast<double>(total - done) / rate) + " left";
     return text;
 }
 

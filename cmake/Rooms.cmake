@@ -23,11 +23,15 @@ if(FX_FUZZ)
   target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# fx_room(NAME SOURCES a.cpp ... PUBLIC rooms-in-headers PRIVATE rooms-and-libraries-inside)
-# One static library for the folder it is called in. Headers are included as "folder/Header.h".
+# fx_room(NAME [SEPARATE] SOURCES a.cpp ... PUBLIC rooms-in-headers PRIVATE rooms-and-libraries-inside)
+# One static library for the folder it is called in. Headers are included as "folder/Header.h". With FX_UNITY several
+# sources are compiled as one, except in a SEPARATE room, whose sources use the same name for different things.
 function(fx_room name)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ROOM "SEPARATE" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} STATIC ${ROOM_SOURCES})
+  if(FX_UNITY AND NOT ROOM_SEPARATE)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 4)
+  endif()
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${ROOM_PUBLIC} PRIVATE project_options ${ROOM_PRIVATE})
 endfunction()
