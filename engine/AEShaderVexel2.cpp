@@ -7,6 +7,7 @@
 #include "context/Context.h"
 #include "engine/Config.h"
 #include "gpu/DrawText.h"
+#include "gpu/GLErrors.h"
 #include "gpu/OpenGLContext.h"
 #include "platform/GL.h"
 #include "scripting/PitchScript.h"
@@ -172,11 +173,11 @@ void AEShaderVexel2::releaseSequenceData(void* data) {
 void AEShaderVexel2::setSequenceData(void* data) {
     const auto found = m_Records.find(data);
     m_SequenceData = found != m_Records.end() ? found->second : nullptr;
-    SelectSequence();
+    selectSequence();
 }
 
 // Makes the current instance's sequence the registry's current one. Null when there is no instance.
-Sequence* AEShaderVexel2::SelectSequence() const {
+Sequence* AEShaderVexel2::selectSequence() const {
     if (!m_SequenceData)
         return nullptr;
     resume(*m_SequenceData);
@@ -197,7 +198,7 @@ void AEShaderVexel2::preRender(unsigned width, unsigned height, unsigned& outWid
     const LockScope lock(*this); // some hosts call this without the lock
     if (!m_SequenceData)
         return;
-    Sequence* const sequence = SelectSequence();
+    Sequence* const sequence = selectSequence();
     if (sequence)
         sequence->SetOutputExtent(0, 0);
     if (lock) {
@@ -214,7 +215,7 @@ void AEShaderVexel2::render(double time, unsigned width, unsigned height, unsign
     const LockScope lock(*this);
     if (!m_SequenceData || !lock)
         return;
-    Sequence* const sequence = SelectSequence();
+    Sequence* const sequence = selectSequence();
     if (sequence) {
         Sequence::Surface surface;
         surface.width = width;
@@ -224,7 +225,7 @@ void AEShaderVexel2::render(double time, unsigned width, unsigned height, unsign
     }
     const std::string errors = Context::Current().GetErrors();
     if (!errors.empty())
-        ShowErrors(sequence, errors);
+        showErrors(sequence, errors);
     else
         runCallback("draw();");
     if (sequence)
@@ -236,11 +237,13 @@ void AEShaderVexel2::render(double time, unsigned width, unsigned height, unsign
 }
 
 // Draws the texts into the frame, which the host shows, as the engine has no window.
-void AEShaderVexel2::ShowErrors(Sequence* sequence, const std::string& errors) {
+void AEShaderVexel2::showErrors(Sequence* sequence, const std::string& errors) {
     Utils::Log("%s", errors.c_str());
     const bool hasFrame = sequence && sequence->GetRenderTarget().usable();
     RenderTarget& screen = hasFrame ? sequence->GetRenderTarget() : RenderTarget::screen;
     screen.set(nullptr);
+    if (!hasFrame)
+        return; // the default framebuffer of an offscreen context has no pixels
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f); // the content of a resized target is undefined
     glClear(GL_COLOR_BUFFER_BIT);
     glMatrixMode(GL_PROJECTION);
@@ -252,6 +255,7 @@ void AEShaderVexel2::ShowErrors(Sequence* sequence, const std::string& errors) {
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, 0);
     glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
+    GLErrors::Check("AEShaderVexel2::showErrors");
     Utils::DrawText(4, 0, static_cast<int>(screen.height() >> 4), errors);
 }
 
@@ -261,7 +265,7 @@ void AEShaderVexel2::preUIUpdate() {
     const LockScope lock(*this); // hosts call this without the lock
     if (!m_SequenceData || !lock)
         return;
-    SelectSequence();
+    selectSequence();
     runCallback("updateUIFlags();");
 }
 
@@ -281,7 +285,7 @@ Parameter& AEShaderVexel2::getParam(unsigned index) const {
 void AEShaderVexel2::setParam(unsigned index, Parameter::Value& value) {
     if (!m_SequenceData)
         return;
-    SelectSequence();
+    selectSequence();
     Parameter& parameter = getParamDesc(index);
     if (parameter.handle != 0 && parameter.type != Parameter::LAYER)
         parameter.value = value;
@@ -292,7 +296,7 @@ void AEShaderVexel2::grabIntoTexture(unsigned index, void* pixels, unsigned widt
     const LockScope lock(*this);
     if (!pixels || rowBytes == 0 || !m_SequenceData || !lock)
         return;
-    Sequence* const sequence = SelectSequence();
+    Sequence* const sequence = selectSequence();
     if (index == InputLayer) {
         if (!sequence)
             return;
@@ -314,14 +318,14 @@ void AEShaderVexel2::grabIntoTexture(unsigned index, void* pixels, unsigned widt
 }
 
 void* AEShaderVexel2::grabResultBegin() {
-    Sequence* const sequence = SelectSequence();
+    Sequence* const sequence = selectSequence();
     if (!sequence || !sequence->HasFrame())
         return nullptr;
     return const_cast<void*>(sequence->GetRenderTarget().grabBegin());
 }
 
 void AEShaderVexel2::grabResultEnd(void* pixels) {
-    if (Sequence* const sequence = SelectSequence())
+    if (Sequence* const sequence = selectSequence())
         sequence->GetRenderTarget().grabEnd(pixels);
 }
 
@@ -333,26 +337,26 @@ std::uint32_t AEShaderVexel2::getVersion() {
     return (major & 0x3F) | (minor & 0xFF) << 6 | (build & 0xFFFF) << 14 | stage << 30;
 }
 
-std::uint32_t AEShaderVexel2::ConfigNumber(const wchar_t* key) const {
+std::uint32_t AEShaderVexel2::configNumber(const wchar_t* key) const {
     return ToNumber(m_Config ? m_Config->GetString(key) : "");
 }
 
 std::uint32_t AEShaderVexel2::getFlags() {
-    return ConfigNumber(L"FLAGS");
+    return configNumber(L"FLAGS");
 }
 
 std::uint32_t AEShaderVexel2::getFlags2() {
-    return ConfigNumber(L"FLAGS2");
+    return configNumber(L"FLAGS2");
 }
 
 std::uint32_t AEShaderVexel2::getPrivNum() {
-    return ConfigNumber(L"PRIVNUM");
+    return configNumber(L"PRIVNUM");
 }
 
 std::string AEShaderVexel2::getString(PluginString which) {
-    static constexpr const wchar_t* keys[] = {L"ABOUT", L"FXNAME", L"AGEP_ID"};
+    static constexpr const wchar_t* s_Keys[] = {L"ABOUT", L"FXNAME", L"AGEP_ID"};
     const auto index = static_cast<std::size_t>(which);
-    return m_Config && index < std::size(keys) ? m_Config->GetString(keys[index]) : std::string();
+    return m_Config && index < std::size(s_Keys) ? m_Config->GetString(s_Keys[index]) : std::string();
 }
 
 unsigned AEShaderVexel2::getNumFeedbackFrames() {
@@ -408,6 +412,6 @@ void AEShaderVexel2::setCompositionSize(unsigned width, unsigned height, float s
 void AEShaderVexel2::setInputOrigin(int x, int y) {
     if (!m_SequenceData)
         return;
-    if (Sequence* const sequence = SelectSequence())
+    if (Sequence* const sequence = selectSequence())
         sequence->SetInputOrigin(x, y);
 }

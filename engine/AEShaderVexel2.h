@@ -60,16 +60,16 @@ private:
 
     static void suspend(SequenceData& record);
     static void resume(SequenceData& record);
-    Sequence* SelectSequence() const;
+    Sequence* selectSequence() const;
     void runCallback(const char* call);
     void restartScript(const std::string& script);
-    static void ShowErrors(Sequence* sequence, const std::string& errors);
-    std::uint32_t ConfigNumber(const wchar_t* key) const;
+    static void showErrors(Sequence* sequence, const std::string& errors);
+    std::uint32_t configNumber(const wchar_t* key) const;
 
     SequenceData* m_SequenceData = nullptr; // of the current instance
     // All sequence data that the host holds. Hosts forget some when they save or copy an instance; the engine
-    // frees those at its end. They lie in a pool, as blocks that stay would break up the memory of the
-    // frames.
+    // frees those at its end. They come from a pool, so that these small long-lived blocks do not
+    // fragment the memory that frames use.
     std::pmr::unsynchronized_pool_resource m_Pool;
     std::pmr::map<void*, SequenceData*> m_Records{&m_Pool};
     std::unique_ptr<Config> m_Config;

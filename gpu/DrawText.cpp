@@ -1,6 +1,7 @@
 #include "gpu/DrawText.h"
 
 #include "gpu/BitmapFont.h"
+#include "gpu/GLErrors.h"
 #include "platform/GL.h"
 
 namespace {
@@ -27,6 +28,21 @@ void DrawRow(int x, int y, const char* text, std::size_t length) {
     glCallLists(static_cast<GLsizei>(length), GL_UNSIGNED_BYTE, text);
 }
 
+// Draws the lines of the text from the highest of `rows` rows down.
+void DrawLines(int x, int y, int rows, const std::string& text) {
+    std::size_t start = 0;
+    for (int remaining = rows - 1; remaining >= 0;) {
+        const std::size_t end = text.find('\n', start);
+        if (end == std::string::npos)
+            return;
+        if (end > start) {
+            DrawRow(x, y + s_LineHeight * remaining, text.data() + start, end - start);
+            --remaining;
+        }
+        start = end + 1;
+    }
+}
+
 } // namespace
 
 void Utils::DrawText(int x, int y, int lineCount, const std::string& text) {
@@ -37,20 +53,9 @@ void Utils::DrawText(int x, int y, int lineCount, const std::string& text) {
     if (base == 0)
         return;
     glListBase(base);
-
-    if (lineCount < 2) {
+    if (lineCount < 2)
         DrawRow(x + 1, y + s_BaseLine, text.data(), text.size());
-        return;
-    }
-    std::size_t start = 0;
-    for (int remaining = lineCount - 1; remaining >= 0;) {
-        const std::size_t end = text.find('\n', start);
-        if (end == std::string::npos)
-            return;
-        if (end > start) {
-            DrawRow(x + 1, y + s_BaseLine + s_LineHeight * remaining, text.data() + start, end - start);
-            --remaining;
-        }
-        start = end + 1;
-    }
+    else
+        DrawLines(x + 1, y + s_BaseLine, lineCount, text);
+    GLErrors::Check("Utils::DrawText");
 }
