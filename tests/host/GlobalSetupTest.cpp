@@ -35,15 +35,7 @@ TEST(GlobalSetupTest, VersionFlagsAndPixelFormatsAreReportedAsEachHostExpects) {
         Formats formats;
     };
     const Row rows[] = {
-        {"version 1.1 build 1",
-         AE,
-         1u | 1u << 6 | 1u << 14,
-         deep | 0x200,
-         0x1400,
-         557057,
-         always | deep | 0x200,
-         0x1400,
-         {}},
+        {"version 1.1 build 1", AE, 0x4041, deep | 0x200, 0x1400, 557057, always | deep | 0x200, 0x1400, {}},
         {"largest major version", AE, 63, 0, 0, 7u << 19 | 7u << 26, always, 0, {}},
         {"upper half of the minor version is lost", Pr, 255u << 6, deep, floats, 15u << 15, always, noClones,
          all},

@@ -46,65 +46,34 @@ TEST(ParamsSetupTest, EveryTypeIsPublishedAsItsHostParameter) {
     struct Row {
         const char* name;
         Parameter parameter;
-        int kind, flags, id;
+        int kind, flags;
         std::vector<double> content;
+        int id = 3;
     };
+    const std::vector<double> oneStep = {65536, -65536, 65536, -65536};
     const std::vector<double> twoSteps = {131072, -131072, 131072, -131072};
+    using P = Parameter;
+    const Parameter slider = Declared(P::FLOAT, 0x03000008, {2.5f}),
+                    negative = Declared(P::FLOAT, 0xFE000000);
     const Row rows[] = {
-        {"slider",
-         Declared(Parameter::FLOAT, 0x03000008, {2.5f}),
-         10,
-         0x60,
-         3,
-         {2.5, 2.5, -100, -100, 100, 100, 3, 0.05f}},
-        {"negative precision",
-         Declared(Parameter::FLOAT, 0xFE000000),
-         10,
-         0x60,
-         3,
-         {0, 0, -100, -100, 100, 100, -2, 0.05f}},
-        {"3-D point with its second component twice",
-         Declared(Parameter::POINT, 0, {1, 2, 3}),
-         18,
-         0,
-         3,
-         {1, 2, 2, 1, 2, 2}},
-        {"colour truncated without scaling",
-         Declared(Parameter::COLOR, 0, {0.5f, 0.5f, 0.5f, 1.0f}),
-         5,
-         0x60,
-         3,
-         {0, 0, 0, 1, 0}},
-        {"colour truncated to bytes",
-         Declared(Parameter::COLOR, 0, {10.9f, 20, 255, 256}),
-         5,
-         0x60,
-         3,
-         {10, 20, 255, 0, 10}},
-        {"colour out of range",
-         Declared(Parameter::COLOR, 0, {-1, 1e30f, 0, 3}),
-         5,
-         0x60,
-         3,
-         {255, 0, 0, 3, 255}},
-        {"layer", Declared(Parameter::LAYER), 0, 0x40, 3, {}},
+        {"slider", slider, 10, 0x60, {2.5, 2.5, -100, -100, 100, 100, 3, 0.05f}},
+        {"negative precision", negative, 10, 0x60, {0, 0, -100, -100, 100, 100, -2, 0.05f}},
+        {"3-D point with its y as z", Declared(P::POINT, 0, {1, 2, 3}), 18, 0, {1, 2, 2, 1, 2, 2}},
+        {"colour without scaling", Declared(P::COLOR, 0, {0.5f, 0.5f, 0.5f, 1}), 5, 0x60, {0, 0, 0, 1, 0}},
+        {"colour in bytes", Declared(P::COLOR, 0, {10.9f, 20, 255, 256}), 5, 0x60, {10, 20, 255, 0, 10}},
+        {"colour out of range", Declared(P::COLOR, 0, {-1, 1e30f, 0, 3}), 5, 0x60, {255, 0, 0, 3, 255}},
+        {"layer", Declared(P::LAYER), 0, 0x40, {}},
         // 16.16, rounded, then shifted left by 16 in 32 bits.
-        {"2-D point", Declared(Parameter::POINT2D, 0, {50, 0.5f}), 6, 0x60, 3, {0, half, 0, half}},
-        {"2-D point of one step",
-         Declared(Parameter::POINT2D, 0, {step, -step}),
-         6,
-         0x60,
-         3,
-         {65536, -65536, 65536, -65536}},
-        {"2-D point rounded up", Declared(Parameter::POINT2D, 0, {1.6f * step, -1.6f * step}), 6, 0x60, 3,
-         twoSteps},
-        {"texture", Int(Parameter::TEXTURE, 5), 7, 0x40, 3, {0, 0, 10}},
-        {"path, whose id is its index", Declared(Parameter::PATH), 12, 0x40, 1, {}},
-        {"check box with the low byte as default", Int(Parameter::BOOL, 0x102), 4, 0x40, 3, {258, 2}},
-        {"pop-up narrowed to 16 bits", Int(Parameter::POPUP, 0x1FFFE), 7, 0x40, 3, {-2, -2, 10}},
-        {"start of a group", Declared(Parameter::GROUP_START), 13, 0, 3, {}},
-        {"end of a group", Declared(Parameter::GROUP_END), 14, 0, 3, {}},
-        {"angle", Declared(Parameter::ANGLE, 0, {-1.99999f}), 3, 0x60, 3, {-131071, -131071}},
+        {"2-D point", Declared(P::POINT2D, 0, {50, 0.5f}), 6, 0x60, {0, half, 0, half}},
+        {"2-D point of one step", Declared(P::POINT2D, 0, {step, -step}), 6, 0x60, oneStep},
+        {"2-D point rounded up", Declared(P::POINT2D, 0, {1.6f * step, -1.6f * step}), 6, 0x60, twoSteps},
+        {"texture", Int(P::TEXTURE, 5), 7, 0x40, {0, 0, 10}},
+        {"path, whose id is its index", Declared(P::PATH), 12, 0x40, {}, 1},
+        {"check box with the low byte as default", Int(P::BOOL, 0x102), 4, 0x40, {258, 2}},
+        {"pop-up narrowed to 16 bits", Int(P::POPUP, 0x1FFFE), 7, 0x40, {-2, -2, 10}},
+        {"start of a group", Declared(P::GROUP_START), 13, 0, {}},
+        {"end of a group", Declared(P::GROUP_END), 14, 0, {}},
+        {"angle", Declared(P::ANGLE, 0, {-1.99999f}), 3, 0x60, {-131071, -131071}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

@@ -14,12 +14,9 @@ std::vector<A_long> Edges(const PF_LRect& rect) {
 
 TEST(ScalingTest, UnionsIgnoreEmptyRectangles) {
     PF_LRect sum = {5, 5, 5, 9};
-    for (const PF_LRect& rect : {PF_LRect{20, 20, 20, 30},
-                                 {-1, 0, 10, 10},
-                                 {3, -4, 12, 5},
-                                 {20, 20, 20, 30},
-                                 {4, -8, 5, 20},
-                                 {0, 0, 1, 1}})
+    const PF_LRect rects[] = {
+        {20, 20, 20, 30}, {-1, 0, 10, 10}, {3, -4, 12, 5}, {4, -8, 5, 20}, {0, 0, 1, 1}};
+    for (const PF_LRect& rect : rects)
         Adapter::UnionLRect(&rect, &sum);
     EXPECT_THAT(Edges(sum), ElementsAre(-1, -8, 12, 20));
 }
@@ -37,54 +34,18 @@ TEST(FrameSetupTest, TheOutputIsSizedAndCentredByTheRulesOfEachHost) {
     const Row rows[] = {
         {"same size at full resolution", Plain, 640, 361, 1, 1, {3, 2}, 640, 361, "640x361 0,0"},
         // 320/2 - 640/2, 90/2 - 361/2
-        {"same size at half and quarter resolution",
-         Plain,
-         640,
-         361,
-         2,
-         4,
-         {1, 1},
-         640,
-         361,
-         "320x90 -160,-135"},
+        {"same size at 1/2 and 1/4", Plain, 640, 361, 2, 4, {1, 1}, 640, 361, "320x90 -160,-135"},
         {"larger", Plain, 640, 361, 1, 1, {1, 1}, 741, 461, "741x461 50,50"},
         {"narrower with wide pixels", Plain, 640, 360, 1, 1, {3, 2}, 600, 360, "900x360 130,0"}, // 600 * 3/2
-        {"Premiere Pro, same size", Pr, 640, 360, 1, 1, {1, 1}, 640, 360, "640x360 0,0 640x360"},
-        {"Premiere Pro, same size at half resolution",
-         Pr,
-         640,
-         360,
-         2,
-         2,
-         {3, 2},
-         640,
-         360,
-         "640x360 0,0 320x180"},
-        {"Premiere Pro, wider", Pr, 640, 360, 1, 1, {1, 1}, 801, 360, "801x360 80,0 801x360"},
-        {"Premiere Pro, narrower and higher",
-         Pr,
-         640,
-         360,
-         1,
-         1,
-         {1, 1},
-         320,
-         401,
-         "320x401 -160,20 320x401"},
+        {"Premiere, same size", Pr, 640, 360, 1, 1, {1, 1}, 640, 360, "640x360 0,0 640x360"},
+        {"Premiere, same size at 1/2", Pr, 640, 360, 2, 2, {3, 2}, 640, 360, "640x360 0,0 320x180"},
+        {"Premiere, wider", Pr, 640, 360, 1, 1, {1, 1}, 801, 360, "801x360 80,0 801x360"},
+        {"Premiere, narrower and higher", Pr, 640, 360, 1, 1, {1, 1}, 320, 401, "320x401 -160,20 320x401"},
         // 800 * 3/2, 640 * 3/2 = 960
-        {"Premiere Pro, wide pixels", Pr, 640, 360, 1, 1, {3, 2}, 800, 360, "1200x360 120,0 1200x360"},
+        {"Premiere, wide pixels", Pr, 640, 360, 1, 1, {3, 2}, 800, 360, "1200x360 120,0 1200x360"},
         // 800/2 * 3/2 is less than the output.
-        {"Premiere Pro, wider at half resolution",
-         Pr,
-         640,
-         360,
-         2,
-         2,
-         {3, 2},
-         800,
-         360,
-         "640x360 0,0 600x180"},
-        {"Premiere Pro, smaller", Pr, 640, 360, 1, 1, {1, 1}, 320, 180, "640x360 0,0 320x180"},
+        {"Premiere, wider at 1/2", Pr, 640, 360, 2, 2, {3, 2}, 800, 360, "640x360 0,0 600x180"},
+        {"Premiere, smaller", Pr, 640, 360, 1, 1, {1, 1}, 320, 180, "640x360 0,0 320x180"},
         {"almost rounded", Plain, 6, 7, 4, 4, {1, 1}, 6, 7, "1x2 -3,-2"}, // (6 + 1) / 4, (7 + 1) / 4
         {"scale without denominator", Plain, 6, 7, 0, 0, {1, 1}, 6, 7, "6x7 0,0"},
         {"scale without numerator", Plain, 8, 8, 1, 1, {0, 2}, 9, 8, "9x8 0,0"},
@@ -267,24 +228,13 @@ TEST(SmartPreRenderTest, LargestResultGrowsFromWhatTheHostSetAndNoSumOverflows) 
         unsigned wantedWidth, wantedHeight; // by the engine; 0 for the input's size
         PF_LRect result, maximum;
     };
+    constexpr PF_LRect rightEdge = {1500000001, 0, most, 2}, swapped = {huge - 1, 4, huge + 1, 6};
     const Row rows[] = {
         {"same size", {0, 0, 4, 4}, {-5, 1, 2, 3}, 0, 0, {0, 0, 4, 4}, {-5, 0, 4, 4}},
         {"new size", {0, 0, 4, 4}, {-5, 1, 2, 3}, 6, 2, {-1, 1, 5, 3}, {-5, 1, 5, 3}},
         {"huge input", {-huge, -huge, huge, huge}, {}, 10, 20, {-5, -10, 5, 10}, {-5, -10, 5, 10}},
-        {"beyond the largest number",
-         {huge, 0, huge + 2, 2},
-         {},
-         1000000000,
-         2,
-         {1500000001, 0, most, 2},
-         {1500000001, 0, most, 2}},
-        {"edges in the wrong order",
-         {huge, 5, -huge, 2},
-         {},
-         2,
-         2,
-         {huge - 1, 4, huge + 1, 6},
-         {huge - 1, 4, huge + 1, 6}},
+        {"beyond the largest number", {huge, 0, huge + 2, 2}, {}, 1000000000, 2, rightEdge, rightEdge},
+        {"edges in the wrong order", {huge, 5, -huge, 2}, {}, 2, 2, swapped, swapped},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

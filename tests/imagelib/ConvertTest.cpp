@@ -64,15 +64,6 @@ TEST(ConvertTest, StoringRoundsTiesToEvenAndClamps) {
     }
 }
 
-TEST(ConvertTest, FloatsAreCopiedBitForBit) {
-    const float values[8] = {NAN, INFINITY, -3.5f, 1e-40f, 0.25f, 2.0f, -0.0f, 1e30f};
-    Surface<Pixel32> surface;
-    ASSERT_TRUE(LoadSurface(values, sizeof values, 2, 1, 32, sizeof values, surface));
-    float back[8];
-    ASSERT_TRUE(StoreSurface(surface, back, sizeof back, 32, sizeof back));
-    EXPECT_EQ(std::memcmp(back, values, sizeof values), 0);
-}
-
 TEST(ConvertTest, PixelsForTheOctreeAreInTheOrderRedGreenBlueAlpha) {
     Pixel32 pixels[2] = {{1.0f, 0.1f, 0.5f, -1.0f}, {0.0f, NAN, 2.0f, 1.0f}};
     const Surface<Pixel32> surface(1, 2, sizeof(Pixel32), pixels);

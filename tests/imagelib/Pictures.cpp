@@ -52,19 +52,10 @@ Reference::Colour DistantPixel(Random& random) {
 
 float HostileChannel(Random& random) {
     using Limits = std::numeric_limits<float>;
-    static const float values[] = {Limits::quiet_NaN(),
-                                   Limits::infinity(),
-                                   -Limits::infinity(),
-                                   Limits::max(),
-                                   -Limits::max(),
-                                   Limits::denorm_min(),
-                                   -0.0f,
-                                   1000.0f,
-                                   -999.5f,
-                                   1e10f,
-                                   1.5f,
-                                   -0.5f};
-    return random() % 8 ? Uniform(random, 0, 1) : values[random() % std::size(values)];
+    constexpr float none = Limits::quiet_NaN(), endless = Limits::infinity(), most = Limits::max();
+    static const float s_Values[] = {none,  endless, -endless, most,  -most, Limits::denorm_min(),
+                                     -0.0f, 1000.0f, -999.5f,  1e10f, 1.5f,  -0.5f};
+    return random() % 8 ? Uniform(random, 0, 1) : s_Values[random() % std::size(s_Values)];
 }
 
 Reference::Colour HostilePixel(Random& random) {
@@ -72,38 +63,28 @@ Reference::Colour HostilePixel(Random& random) {
     return {alpha, HostileChannel(random), HostileChannel(random), HostileChannel(random)};
 }
 
+Reference::Colour MakePixel(Kind kind, Random& random, int x, int y) {
+    return kind == Kind::Photo     ? PhotoPixel(random, x, y)
+           : kind == Kind::Wild    ? WildPixel(random)
+           : kind == Kind::Ties    ? TiePixel(random)
+           : kind == Kind::Distant ? DistantPixel(random)
+                                   : HostilePixel(random);
+}
+
 } // namespace
 
 Reference::Picture Make(Kind kind, int width, int height) {
     Random random(static_cast<unsigned>(kind) * 7919u + static_cast<unsigned>(width * 131 + height));
     Reference::Picture picture{width, height, {}};
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            switch (kind) {
-            case Kind::Photo:
-                picture.pixels.push_back(PhotoPixel(random, x, y));
-                break;
-            case Kind::Wild:
-                picture.pixels.push_back(WildPixel(random));
-                break;
-            case Kind::Ties:
-                picture.pixels.push_back(TiePixel(random));
-                break;
-            case Kind::Distant:
-                picture.pixels.push_back(DistantPixel(random));
-                break;
-            case Kind::Hostile:
-                picture.pixels.push_back(HostilePixel(random));
-                break;
-            }
-        }
-    }
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            picture.pixels.push_back(MakePixel(kind, random, x, y));
     return picture;
 }
 
 const char* Name(Kind kind) {
-    static const char* const names[] = {"photo", "wild", "ties", "distant", "hostile"};
-    return names[static_cast<int>(kind)];
+    static const char* const s_Names[] = {"photo", "wild", "ties", "distant", "hostile"};
+    return s_Names[static_cast<int>(kind)];
 }
 
 ImageLib::Surface<ImageLib::Pixel32> ToSurface(const Reference::Picture& picture) {

@@ -49,41 +49,15 @@ void CompareWithReference(Pictures::Kind kind, int width, int height, const Call
     }
 }
 
-void CompareAllSelectorsAndModes(Pictures::Kind kind, int width, int height) {
-    for (unsigned selector = 0; selector <= 22; ++selector)
-        for (int mode = -1; mode <= 15; ++mode)
-            for (const bool serpentine : {false, true})
-                ASSERT_NO_FATAL_FAILURE(
-                    CompareWithReference(kind, width, height, {selector, mode, 0.5f, serpentine}));
-}
-
-TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheReferenceOnNarrowPictures) {
-    for (const Pictures::Kind kind : Pictures::s_All) {
-        ASSERT_NO_FATAL_FAILURE(CompareAllSelectorsAndModes(kind, 1, 1));
-        ASSERT_NO_FATAL_FAILURE(CompareAllSelectorsAndModes(kind, 1, 37));
-        ASSERT_NO_FATAL_FAILURE(CompareAllSelectorsAndModes(kind, 37, 1));
-        ASSERT_NO_FATAL_FAILURE(CompareAllSelectorsAndModes(kind, 7, 5));
-    }
-}
-
-TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheReferenceOnAPhoto) {
-    CompareAllSelectorsAndModes(Pictures::Kind::Photo, 64, 33);
-}
-
-TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheReferenceOnValuesBeyondOne) {
-    CompareAllSelectorsAndModes(Pictures::Kind::Wild, 64, 33);
-}
-
-TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheReferenceOnTies) {
-    CompareAllSelectorsAndModes(Pictures::Kind::Ties, 64, 33);
-}
-
-TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheReferenceFarFromAllColours) {
-    CompareAllSelectorsAndModes(Pictures::Kind::Distant, 64, 33);
-}
-
-TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheReferenceOnNanAndInfinity) {
-    CompareAllSelectorsAndModes(Pictures::Kind::Hostile, 64, 33);
+TEST_F(QuantizeTest, EverySelectorAndModeEqualsTheReferenceOnPicturesOfEveryKind) {
+    constexpr int sizes[][2] = {{1, 1}, {1, 37}, {37, 1}, {7, 5}, {64, 33}};
+    for (const Pictures::Kind kind : Pictures::s_All)
+        for (const auto [width, height] : sizes)
+            for (unsigned selector = 0; selector <= 22; ++selector)
+                for (int mode = -1; mode <= 15; ++mode)
+                    for (const bool serpentine : {false, true})
+                        ASSERT_NO_FATAL_FAILURE(
+                            CompareWithReference(kind, width, height, {selector, mode, 0.5f, serpentine}));
 }
 
 TEST_F(QuantizeTest, OrderedStrengthMayBeAnyNumber) {
