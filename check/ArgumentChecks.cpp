@@ -50,7 +50,7 @@ struct Expectation {
 };
 
 const Expectation* HandleExpectation(Kind kind) {
-    static const Expectation rows[] = {
+    static const Expectation s_Rows[] = {
         {Kind::Parameter, "a parameter", {Parameter::Tag}},
         {Kind::Shader, "a shader", {Shader::Tag}},
         {Kind::Target, "a render target", {RenderTarget::Tag}},
@@ -60,9 +60,9 @@ const Expectation* HandleExpectation(Kind kind) {
          {Texture::Tag, RenderTarget::Tag, Parameter::Tag}},
         {Kind::Surface, "a surface", {Surface::Tag}},
     };
-    const auto* const found = std::find_if(std::begin(rows), std::end(rows),
+    const auto* const found = std::find_if(std::begin(s_Rows), std::end(s_Rows),
                                            [&](const Expectation& row) { return row.kind == kind; });
-    return found == std::end(rows) ? nullptr : found;
+    return found == std::end(s_Rows) ? nullptr : found;
 }
 
 bool IsNumber(const Json& value) {
@@ -84,7 +84,7 @@ std::string Describe(const Json& value) {
     return value.dump();
 }
 
-// Also says what kind of handle a number is.
+// A handle is described with its kind.
 std::string DescribeHandle(const Json& value) {
     const unsigned handle = HandleIn(value);
     const HandleKind* const kind = KindOf(handle);
@@ -156,24 +156,24 @@ struct NamedConstant {
 
 // GL numbers of texture parameters and of their values.
 const std::vector<NamedConstant>& TextureParameters() {
-    static const std::vector<int> wraps = {0x2901, 0x812F, 0x812D, 0x8370};
-    static const std::vector<int> channels = {0x1903, 0x1904, 0x1905, 0x1906, 0, 1};
-    static const std::vector<NamedConstant> rows = {
+    static const std::vector<int> s_Wraps = {0x2901, 0x812F, 0x812D, 0x8370};
+    static const std::vector<int> s_Channels = {0x1903, 0x1904, 0x1905, 0x1906, 0, 1};
+    static const std::vector<NamedConstant> s_Rows = {
         {0x2800, {0x2600, 0x2601}},
         {0x2801, {0x2600, 0x2601, 0x2700, 0x2701, 0x2702, 0x2703}},
-        {0x2802, wraps},
-        {0x2803, wraps},
+        {0x2802, s_Wraps},
+        {0x2803, s_Wraps},
         {0x813A, {}},
         {0x813B, {}},
         {0x813C, {}},
         {0x813D, {}},
         {0x8501, {}},
-        {0x8E42, channels},
-        {0x8E43, channels},
-        {0x8E44, channels},
-        {0x8E45, channels},
+        {0x8E42, s_Channels},
+        {0x8E43, s_Channels},
+        {0x8E44, s_Channels},
+        {0x8E45, s_Channels},
     };
-    return rows;
+    return s_Rows;
 }
 
 const NamedConstant* FindTextureParameter(const Json& name) {

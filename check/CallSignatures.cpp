@@ -6,7 +6,7 @@ namespace fxhost {
 
 std::span<const CallSignature> CallSignatures() {
     using enum ArgumentKind;
-    static const std::vector<CallSignature> signatures = {
+    static const std::vector<CallSignature> s_Signatures = {
         {"SV_initParam", {{"name", Text}, {"type", TypeCode}, {"label", Text}}, 2},
         {"SV_getParamValue", {{"parameter", Parameter}}, 1},
         {"SV_setParamValue", {{"parameter", Parameter}, {"value", ParameterValue}}, 2},
@@ -53,7 +53,7 @@ std::span<const CallSignature> CallSignatures() {
         {"SV_getContextExtent", {}, 0},
         {"SV_getInputOrigin", {}, 0},
     };
-    return signatures;
+    return s_Signatures;
 }
 
 } // namespace fxhost

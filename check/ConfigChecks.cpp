@@ -46,11 +46,11 @@ std::string WithoutXmlComments(std::string text) {
 
 // All elements with the text up to the next tag.
 std::vector<Element> Elements(const std::string& xml) {
-    static const std::regex tag(R"(<(/?)([A-Za-z_][\w.-]*)[^>]*?(/?)>([^<]*))");
+    static const std::regex s_Tag(R"(<(/?)([A-Za-z_][\w.-]*)[^>]*?(/?)>([^<]*))");
     std::vector<Element> elements;
     std::vector<std::string> open;
     const std::string text = WithoutXmlComments(xml);
-    for (std::sregex_iterator at(text.begin(), text.end(), tag), end; at != end; ++at) {
+    for (std::sregex_iterator at(text.begin(), text.end(), s_Tag), end; at != end; ++at) {
         if (at->length(1)) {
             if (!open.empty())
                 open.pop_back();
@@ -76,8 +76,8 @@ std::string Problem(const Element& element, const std::vector<Element>& all) {
     const Setting* const setting = Find(element.name);
     if (setting && !element.parent.empty())
         return element.name + " is inside <" + element.parent +
-               ">, where the engine does not find it; each setting must be an element of its own at the top "
-               "level";
+               ">, where the engine does not find it; each setting must be a separate element at the "
+               "top level";
     const bool isRoot = std::any_of(all.begin(), all.end(),
                                     [&](const Element& other) { return other.parent == element.name; });
     if (!setting && element.parent.empty() && !isRoot)

@@ -74,10 +74,10 @@ void AddLimit(const std::string& text, const std::string& keyword, std::size_t o
 
 // Searches a copy in which comments and strings are blank, so that positions are those of the script.
 std::string LimitLoops(const std::string& script, double seconds) {
-    static const std::regex loop(R"(\b(while|for)\s*\()");
+    static const std::regex s_Loop(R"(\b(while|for)\s*\()");
     const std::string text = WithoutStrings(WithoutComments(script));
     Insertions insertions;
-    for (std::sregex_iterator at(text.begin(), text.end(), loop), end; at != end; ++at)
+    for (std::sregex_iterator at(text.begin(), text.end(), s_Loop), end; at != end; ++at)
         AddLimit(text, at->str(1), static_cast<std::size_t>(at->position() + at->length() - 1), insertions);
     std::string result = script;
     for (auto at = insertions.rbegin(); at != insertions.rend(); ++at)

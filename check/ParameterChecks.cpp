@@ -75,7 +75,7 @@ void CheckPoint3D(const Parameter& parameter, Texts& problems) {
 void CheckPopup(const Parameter& parameter, Texts& problems) {
     const auto choices = Choices(parameter);
     if (parameter.choices == Parameter().choices)
-        problems.push_back("the pop-up has no entries of its own; call SV_setParamChoices");
+        problems.push_back("the pop-up has only the default entries; call SV_setParamChoices");
     else if (parameter.choiceCount == 0)
         problems.push_back("pop-up \"" + parameter.name + "\" has the one entry \"" + parameter.choices +
                            "\", which counts as none; give it two or more");

@@ -18,10 +18,10 @@ constexpr unsigned long s_GrowFlag = 0x200; // in FLAGS of config.xml
 } // namespace
 
 bool MayGrow(const EffectSource& source) {
-    static const std::regex flags(R"(<FLAGS>\s*(\d{1,18}))");
+    static const std::regex s_Flags(R"(<FLAGS>\s*(\d{1,18}))");
     const std::string config = source.ReadText("config.xml").value_or("");
     std::smatch match;
-    return std::regex_search(config, match, flags) && (std::stoul(match[1]) & s_GrowFlag);
+    return std::regex_search(config, match, s_Flags) && (std::stoul(match[1]) & s_GrowFlag);
 }
 
 RenderInspection::RenderInspection(const EffectSource& source, ScriptMessageListener::Handler onPrint)

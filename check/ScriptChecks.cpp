@@ -18,12 +18,12 @@ using Names = std::set<std::string>;
 
 // The members of the constant objects, read from the text that the engine puts before every script.
 std::map<std::string, Names> ConstantObjects() {
-    static const std::regex object(R"(var (SV_\w+) = \{([^}]*)\})"), member(R"((\w+)\s*:)");
+    static const std::regex s_Object(R"(var (SV_\w+) = \{([^}]*)\})"), s_Member(R"((\w+)\s*:)");
     const std::string prelude = PitchScript("");
     std::map<std::string, Names> objects;
-    for (std::sregex_iterator at(prelude.begin(), prelude.end(), object), end; at != end; ++at) {
+    for (std::sregex_iterator at(prelude.begin(), prelude.end(), s_Object), end; at != end; ++at) {
         const std::string body = WithoutComments(at->str(2));
-        for (std::sregex_iterator name(body.begin(), body.end(), member); name != end; ++name)
+        for (std::sregex_iterator name(body.begin(), body.end(), s_Member); name != end; ++name)
             objects[at->str(1)].insert(name->str(1));
     }
     return objects;
@@ -45,18 +45,18 @@ std::string Suggestion(const std::string& word, const Names& names) {
 } // namespace
 
 std::vector<Diagnostic> CheckScript(const std::string& file, const std::string& script) {
-    static const std::regex use(R"(\b(SV_|S\.V\.)(\w+)(?:\s*\.\s*(\w+))?)");
-    static const auto objects = ConstantObjects();
-    static const Names functions = Functions();
+    static const std::regex s_Use(R"(\b(SV_|S\.V\.)(\w+)(?:\s*\.\s*(\w+))?)");
+    static const auto s_Objects = ConstantObjects();
+    static const Names s_Functions = Functions();
     const std::string text = WithoutStrings(WithoutComments(script));
     std::vector<Diagnostic> found;
-    for (std::sregex_iterator at(text.begin(), text.end(), use), end; at != end; ++at) {
+    for (std::sregex_iterator at(text.begin(), text.end(), s_Use), end; at != end; ++at) {
         const std::string name = "SV_" + at->str(2), member = at->str(3);
-        const auto object = objects.find(name);
+        const auto object = s_Objects.find(name);
         std::string problem;
-        if (object == objects.end() && !functions.contains(name))
-            problem = "there is no " + name + Suggestion(name, functions);
-        else if (object != objects.end() && !member.empty() && !object->second.contains(member))
+        if (object == s_Objects.end() && !s_Functions.contains(name))
+            problem = "there is no " + name + Suggestion(name, s_Functions);
+        else if (object != s_Objects.end() && !member.empty() && !object->second.contains(member))
             problem = name + " has no member " + member + Suggestion(member, object->second);
         if (!problem.empty())
             found.push_back({file,

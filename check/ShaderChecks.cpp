@@ -63,12 +63,12 @@ void CheckReads(const ReadFunction& read, const std::string& file, const std::st
 } // namespace
 
 std::vector<Diagnostic> CheckShaderSource(const std::string& file, const std::string& text) {
-    static const std::regex directive(R"((?:^|\n)[ \t]*#[ \t]*(version|extension)\b)");
+    static const std::regex s_Directive(R"((?:^|\n)[ \t]*#[ \t]*(version|extension)\b)");
     const std::string code = WithoutComments(text);
     std::vector<Diagnostic> found;
     for (const ReadFunction& read : s_Reads)
         CheckReads(read, file, text, code, found);
-    for (std::sregex_iterator line(code.begin(), code.end(), directive), end; line != end; ++line)
+    for (std::sregex_iterator line(code.begin(), code.end(), s_Directive), end; line != end; ++line)
         found.push_back({file,
                          LineAt(code, static_cast<std::size_t>(line->position(1))),
                          Severity::Warning,
@@ -83,8 +83,8 @@ std::vector<Diagnostic> CheckShaderSource(const std::string& file, const std::st
 
 int LineOfUniform(const std::string& text, const std::string& name) {
     const std::string code = WithoutComments(text);
-    static const std::regex declaration(R"(\buniform\b([^;]*);)");
-    for (std::sregex_iterator at(code.begin(), code.end(), declaration), end; at != end; ++at) {
+    static const std::regex s_Declaration(R"(\buniform\b([^;]*);)");
+    for (std::sregex_iterator at(code.begin(), code.end(), s_Declaration), end; at != end; ++at) {
         const std::string names = at->str(1);
         for (auto found = names.find(name); found != std::string::npos; found = names.find(name, found + 1)) {
             const auto after = found + name.size();

@@ -24,7 +24,7 @@ struct FrontEnd {
 } // namespace
 
 std::vector<Diagnostic> CheckStrictly(const std::string& file, const std::string& source) {
-    static const FrontEnd frontEnd;
+    static const FrontEnd s_FrontEnd;
     const char* const strings[] = {s_Preamble, source.c_str()};
     glslang::TShader shader(EShLangFragment);
     shader.setStrings(strings, 2);

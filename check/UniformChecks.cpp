@@ -90,8 +90,8 @@ std::string Obstacle(const GLUniform& uniform, const Parameter& record, const Pa
 } // namespace
 
 bool IsSetByEngine(const std::string& name) {
-    static const std::regex pattern("(s_)?Texture[0-9]+Params");
-    return std::regex_match(name, pattern);
+    static const std::regex s_Pattern("(s_)?Texture[0-9]+Params");
+    return std::regex_match(name, s_Pattern);
 }
 
 Diagnostic UnsetUniform(const EffectSource& source, const Shader& shader, const std::string& name) {

@@ -173,9 +173,9 @@ std::string OutputLock::findHolder(const std::set<long>& frames) const {
 }
 
 void OutputLock::createEntry(const std::set<long>& frames) {
-    static std::atomic<unsigned> s_Count{0};
+    static std::atomic<unsigned> count{0};
     m_Entry =
-        m_Base.string() + "." + HostName() + "-" + std::to_string(getpid()) + "-" + std::to_string(++s_Count);
+        m_Base.string() + "." + HostName() + "-" + std::to_string(getpid()) + "-" + std::to_string(++count);
     m_Descriptor = OpenLockFile(m_Entry);
     flock(m_Descriptor, LOCK_EX);
     const std::string text = Json{

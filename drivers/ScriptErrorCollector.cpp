@@ -37,7 +37,7 @@ ScriptErrorCollector* ScriptErrorCollector::s_Current = nullptr;
 
 ScriptErrorCollector::ScriptErrorCollector(const EffectSource& source) : m_Source(source) {
     s_Current = this;
-    Scripting::ErrorCallback = onError;
+    Scripting::ErrorCallback = OnError;
 }
 
 ScriptErrorCollector::~ScriptErrorCollector() {
@@ -61,7 +61,7 @@ bool ScriptErrorCollector::explainUndefined(Diagnostic& found, const std::string
     return true;
 }
 
-void ScriptErrorCollector::onError(const ScriptError& error) {
+void ScriptErrorCollector::OnError(const ScriptError& error) {
     ScriptErrorCollector& collector = *s_Current;
     const bool isSetup = error.evaluated == "fx.js";
     collector.m_SetupFailed |= isSetup;

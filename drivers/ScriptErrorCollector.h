@@ -25,7 +25,7 @@ public:
 
 private:
     bool explainUndefined(Diagnostic& found, const std::string& evaluated) const;
-    static void onError(const ScriptError& error);
+    static void OnError(const ScriptError& error);
 
     const EffectSource& m_Source;
     std::vector<Diagnostic> m_All;

@@ -9,8 +9,8 @@ namespace Adapter {
 namespace {
 
 std::recursive_mutex& GlobalMutex() {
-    static std::recursive_mutex s_GlobalMutex;
-    return s_GlobalMutex;
+    static std::recursive_mutex mutex;
+    return mutex;
 }
 
 // For destructors, which must not throw: the command's result is already decided.

@@ -21,8 +21,8 @@ constexpr PF_ParamFlags s_SupervisedCollapsed = PF_ParamFlag_SUPERVISE | PF_Para
 
 // The low 32 bits of the integer part; 0 for a value outside the range of 64-bit integers.
 std::int32_t TruncatedTo32Bits(double value) {
-    constexpr double s_Limit = 9.0e18;
-    if (!(value > -s_Limit && value < s_Limit))
+    constexpr double limit = 9.0e18;
+    if (!(value > -limit && value < limit))
         return 0;
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::int64_t>(value)));
 }
@@ -38,7 +38,8 @@ void FillFloat(const Parameter& source, PF_ParamDef& def) {
     slider.dephault = source.value.Float(0);
     slider.valid_min = slider.slider_min = source.min.Float(0);
     slider.valid_max = slider.slider_max = source.max.Float(0);
-    slider.precision = static_cast<std::int8_t>(source.flags >> Parameter::PrecisionShift);
+    slider.precision =
+        static_cast<A_short>(static_cast<std::int32_t>(source.flags) >> Parameter::PrecisionShift);
     slider.curve_tolerance = AEFX_AUDIO_DEFAULT_CURVE_TOLERANCE;
 }
 

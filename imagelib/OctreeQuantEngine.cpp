@@ -3,6 +3,7 @@
 #include "imagelib/OctreeLeafTable.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 namespace ImageLib {
@@ -71,7 +72,7 @@ void OctreeQuantEngine::FillPalette() {
         double mean[3];
         for (int channel = 0; channel < 3; ++channel) {
             mean[channel] = static_cast<double>(node.sum[channel]) / count;
-            node.sum[channel] = static_cast<std::uint64_t>(mean[channel] + 0.5);
+            node.sum[channel] = static_cast<std::uint64_t>(std::floor(mean[channel] + 0.5));
         }
         m_Palette[k - 1] = {1.0f, static_cast<float>(mean[0] / 255), static_cast<float>(mean[1] / 255),
                             static_cast<float>(mean[2] / 255)};

@@ -271,7 +271,7 @@ constexpr TemplateText s_Templates[] = {
 };
 
 constexpr char s_Config[] = R"xml(<?xml version="1.0" encoding="UTF-8"?>
-<!-- Each setting is an element of its own; there is no root element. -->
+<!-- Each setting is a separate element; there is no root element. -->
 <FXNAME>@NAME@</FXNAME>
 <ABOUT>What the effect does, in a sentence.</ABOUT>
 <MAJOR_VERSION>1</MAJOR_VERSION>
@@ -303,13 +303,13 @@ Bytes ToBytes(const std::string& text) {
 } // namespace
 
 const std::vector<EffectTemplate>& EffectTemplates() {
-    static const std::vector<EffectTemplate> templates = [] {
+    static const std::vector<EffectTemplate> s_List = [] {
         std::vector<EffectTemplate> list;
         for (const TemplateText& text : s_Templates)
             list.push_back(text.about);
         return list;
     }();
-    return templates;
+    return s_List;
 }
 
 FileMap MakeEffect(const std::string& effect, const std::string& kind) {

@@ -78,9 +78,9 @@ int FirstMatchingLine(const Rows& rows, const std::string& text) {
 // Rewriting takes the first word main with "(" behind it for the function, also in a comment. Returns the
 // line of such a comment; 0 when there is none.
 int LineOfMainInComment(const std::string& source) {
-    static const std::regex call(R"(\smain\s*\()");
+    static const std::regex s_Call(R"(\smain\s*\()");
     std::smatch first;
-    if (!std::regex_search(source, first, call))
+    if (!std::regex_search(source, first, s_Call))
         return 0;
     const auto at = static_cast<std::size_t>(first.position()) + 1;
     return WithoutComments(source).compare(at, 4, "main") == 0 ? 0 : LineAt(source, at);

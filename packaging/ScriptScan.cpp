@@ -17,10 +17,10 @@ struct Call {
 
 // Group 1 is the function, group 3 the name, group 4 the character after the name.
 const std::regex& CallPattern() {
-    static const std::regex pattern(
+    static const std::regex s_Pattern(
         R"re((?:SV_|S\.V\.)(initShader|initTexture)\s*\(\s*(["'])([^"'\\\n]*)\2\s*([),]))re",
         std::regex::optimize);
-    return pattern;
+    return s_Pattern;
 }
 
 std::vector<Call> Calls(const std::string& script) {
@@ -68,9 +68,9 @@ std::string WithoutComments(const std::string& script) {
 }
 
 std::string WithoutStrings(const std::string& script) {
-    static const std::regex literal(R"re("(?:[^"\\\n]|\\.)*"|'(?:[^'\\\n]|\\.)*')re", std::regex::optimize);
+    static const std::regex s_Literal(R"re("(?:[^"\\\n]|\\.)*"|'(?:[^'\\\n]|\\.)*')re", std::regex::optimize);
     std::string text = script;
-    for (std::sregex_iterator at(script.begin(), script.end(), literal), end; at != end; ++at)
+    for (std::sregex_iterator at(script.begin(), script.end(), s_Literal), end; at != end; ++at)
         for (std::ptrdiff_t i = 1; i + 1 < at->length(); ++i)
             text[static_cast<std::size_t>(at->position() + i)] = ' ';
     return text;
@@ -108,13 +108,13 @@ int LineOfWord(const std::string& script, const std::string& word) {
 }
 
 bool NamesUniform(const std::string& script, const std::string& name) {
-    static const std::regex declares(R"(initParam\s*\(\s*$)");
+    static const std::regex s_Declares(R"(initParam\s*\(\s*$)");
     const std::string text = WithoutComments(script);
     for (const char quote : {'"', '\''}) {
         const std::string literal = quote + name + quote;
         for (auto at = text.find(literal); at != std::string::npos; at = text.find(literal, at + 1)) {
             const auto from = at > 40 ? at - 40 : 0;
-            if (!std::regex_search(text.substr(from, at - from), declares))
+            if (!std::regex_search(text.substr(from, at - from), s_Declares))
                 return true;
         }
     }

@@ -21,19 +21,19 @@ constexpr Form s_Forms[] = {
 };
 
 const std::vector<std::regex>& Patterns() {
-    static const std::vector<std::regex> patterns = [] {
+    static const std::vector<std::regex> s_Patterns = [] {
         std::vector<std::regex> compiled;
         for (const Form& form : s_Forms)
             compiled.emplace_back(form.pattern, std::regex::icase | std::regex::optimize);
         return compiled;
     }();
-    return patterns;
+    return s_Patterns;
 }
 
 bool IsSummary(const std::string& line) {
-    static const std::regex summary(R"(^(ERROR: )?\d+ (compilation )?(errors?|warnings?)\b.*)",
-                                    std::regex::icase);
-    return std::regex_match(line, summary);
+    static const std::regex s_Summary(R"(^(ERROR: )?\d+ (compilation )?(errors?|warnings?)\b.*)",
+                                      std::regex::icase);
+    return std::regex_match(line, s_Summary);
 }
 
 // Returns 0 for numbers that do not fit.
@@ -56,17 +56,17 @@ std::optional<LogMessage> Located(const std::string& line) {
 }
 
 LogMessage Unlocated(const std::string& line) {
-    static const std::regex marked(R"(^(error|warning): *(.*)$)", std::regex::icase);
+    static const std::regex s_Marked(R"(^(error|warning): *(.*)$)", std::regex::icase);
     std::smatch match;
-    if (!std::regex_match(line, match, marked))
+    if (!std::regex_match(line, match, s_Marked))
         return {0, 0, Severity::Error, line};
     const char first = match[1].str().front();
     return {0, 0, first == 'w' || first == 'W' ? Severity::Warning : Severity::Error, match[2]};
 }
 
 bool StartsMessage(const std::string& line) {
-    static const std::regex marked(R"(^(error|warning):.*)", std::regex::icase);
-    return std::regex_match(line, marked);
+    static const std::regex s_Marked(R"(^(error|warning):.*)", std::regex::icase);
+    return std::regex_match(line, s_Marked);
 }
 
 } // namespace

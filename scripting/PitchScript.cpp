@@ -92,6 +92,7 @@ int AuthorLine(int line) {
 }
 
 int ScriptPreludeLines() {
-    static const auto lines = static_cast<int>(std::count(s_Prelude, s_Prelude + sizeof s_Prelude - 1, '\n'));
-    return lines;
+    static const auto s_Lines =
+        static_cast<int>(std::count(s_Prelude, s_Prelude + sizeof s_Prelude - 1, '\n'));
+    return s_Lines;
 }

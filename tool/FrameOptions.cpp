@@ -39,10 +39,10 @@ CLI::Option* AddFrameOptions(CLI::App& command, FrameOptions& options) {
 }
 
 const std::map<std::string, AlphaMode>& AlphaModes() {
-    static const std::map<std::string, AlphaMode> modes = {{"auto", AlphaMode::Auto},
-                                                           {"straight", AlphaMode::Straight},
-                                                           {"premultiplied", AlphaMode::Premultiplied}};
-    return modes;
+    static const std::map<std::string, AlphaMode> s_Modes = {{"auto", AlphaMode::Auto},
+                                                             {"straight", AlphaMode::Straight},
+                                                             {"premultiplied", AlphaMode::Premultiplied}};
+    return s_Modes;
 }
 
 Picture EmptyLayer(const std::string& size, unsigned depth) {

@@ -170,13 +170,13 @@ ParameterSetting ParseSetting(const std::string& assignment, const std::vector<P
 
 std::string PercentToPixels(const std::string& assignment, const std::vector<Parameter>& parameters,
                             unsigned width, unsigned height) {
-    static const std::regex percent(R"((-?[0-9.]+)%)");
+    static const std::regex s_Percent(R"((-?[0-9.]+)%)");
     const auto [name, text] = SplitAssignment("--param", assignment);
     if (!TraitsOf(parameters[FindParameter("--param", name, parameters)].type).isArray())
         return assignment;
     std::string result = name + "=";
     std::size_t done = 0;
-    for (std::sregex_iterator at(text.begin(), text.end(), percent), end; at != end; ++at) {
+    for (std::sregex_iterator at(text.begin(), text.end(), s_Percent), end; at != end; ++at) {
         const auto begin = static_cast<std::size_t>(at->position());
         const auto value = text.find_last_of(":;", begin);
         const auto from = text.begin() + static_cast<std::ptrdiff_t>(value == std::string::npos ? 0 : value);

@@ -125,8 +125,8 @@ private:
     }
 
     static HostContext& Context() {
-        static HostContext s_Context;
-        return s_Context;
+        static HostContext context;
+        return context;
     }
 
     void StartScript() {
@@ -231,9 +231,9 @@ private:
     }
 
     void RenderFrame() {
-        static constexpr unsigned depths[] = {8, 16, 32};
+        static constexpr unsigned s_Depths[] = {8, 16, 32};
         const unsigned inWidth = 1 + m_Input.Below(24), inHeight = 1 + m_Input.Below(24);
-        const unsigned depth = m_Input.Pick(depths);
+        const unsigned depth = m_Input.Pick(s_Depths);
         WithLock([&] {
             m_Engine.setSequenceData(m_Current);
             m_Engine.begin(true);

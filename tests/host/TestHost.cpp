@@ -111,15 +111,15 @@ Adapter::SequenceRecord& TestHost::Record(const Instance& instance) {
 
 PF_Err TestHost::Enter(PF_Cmd code, PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef* output,
                        void* extra) {
-    static SPBasicSuite s_Basic = [] {
-        SPBasicSuite basic = *stricthost::BasicSuite();
-        basic.AcquireSuite = AcquireSuite;
-        basic.ReleaseSuite = ReleaseSuite;
-        return basic;
+    static SPBasicSuite basic = [] {
+        SPBasicSuite suite = *stricthost::BasicSuite();
+        suite.AcquireSuite = AcquireSuite;
+        suite.ReleaseSuite = ReleaseSuite;
+        return suite;
     }();
     PF_UtilCallbacks utils = *in->utils;
     in->utils = &utils;
-    in->pica_basicP = &s_Basic;
+    in->pica_basicP = &basic;
     Command command{code, *in, *out, params, output, extra};
     if (s_Current->before)
         s_Current->before(command);

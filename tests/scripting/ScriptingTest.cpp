@@ -37,10 +37,10 @@ function inner() {
 }
 
 TEST_F(ScriptingTest, PrintedTextArrivesWithTheAuthorsLineAndIsIgnoredWithoutAListener) {
-    static std::vector<std::string> s_Printed;
-    s_Printed.clear();
+    static std::vector<std::string> printed;
+    printed.clear();
     Scripting::PrintCallback = [](const ScriptMessage& message) {
-        s_Printed.push_back(std::to_string(message.line) + ": " + message.text);
+        printed.push_back(std::to_string(message.line) + ": " + message.text);
     };
     Load(R"js(function setup() {
     print("size", 3, [1, 2], { a: null }, undefined, setup.name);
@@ -53,7 +53,7 @@ TEST_F(ScriptingTest, PrintedTextArrivesWithTheAuthorsLineAndIsIgnoredWithoutALi
     Load("function setup() { print({ toString: function () { throw 1; } }); }");
     const std::vector<std::string> expected = {"2: size 3 [1,2] {\"a\":null} undefined setup", "3: 4 0 [4]",
                                                "5: no text", "0: ", "0: "};
-    EXPECT_EQ(s_Printed, expected);
+    EXPECT_EQ(printed, expected);
     EXPECT_EQ(m_Log.Text(), "");
 }
 

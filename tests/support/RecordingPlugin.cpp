@@ -11,8 +11,8 @@ IPlugin* GetPlugin(unsigned int) {
 }
 
 RecordingPlugin& RecordingPlugin::Instance() {
-    static RecordingPlugin s_Plugin;
-    return s_Plugin;
+    static RecordingPlugin plugin;
+    return plugin;
 }
 
 unsigned RecordingPlugin::Count(const std::string& call) const {
