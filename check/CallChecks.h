@@ -16,7 +16,7 @@ class Shader;
 
 namespace fxhost {
 
-// What the calls of one frame did.
+// The effect of the calls of one frame.
 struct FrameCalls {
     bool reachesFrame = false; // something was drawn into the sequence's render target
     unsigned flips = 0;        // number of passes, copies and uploads that flipped vertically

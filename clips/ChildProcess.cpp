@@ -22,7 +22,7 @@ constexpr int s_NotFound = 127; // exit status of a program that cannot be start
 // Held from pipe() to fork(), so that no other thread starts a program before the new pipe is close-on-exec.
 std::mutex s_StartMutex;
 
-// Replaces the forked process by the program. A negative descriptor stands for /dev/null.
+// Replaces the forked process by the program. A negative descriptor means /dev/null.
 [[noreturn]] void ExecProgram(char** arguments, int input, int output, int errors) {
     setpgid(0, 0);
     LiftMemoryLimit();

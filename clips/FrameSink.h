@@ -17,7 +17,7 @@ public:
     // What an earlier run left of a frame.
     enum class Earlier {
         Nothing,
-        Complete, // the same frame, so that it need not be rendered
+        Complete, // the same frame; it is not rendered again
         Outdated, // an incomplete file, or a frame that was made from something else
     };
 

@@ -48,7 +48,8 @@ std::vector<long> ResampledFrames(const std::vector<double>& times, const FrameR
     std::vector<long> frames;
     for (std::size_t i = 0; i < times.size(); ++i) {
         const double place = std::round((times[i] - times.front()) * rate.perSecond());
-        // Until its own place, the frame before is shown. Frames that share a place replace each other.
+        // The previous frame fills the places before this one. Of frames that share a place, the last one
+        // counts.
         frames.resize(static_cast<std::size_t>(place) + 1, static_cast<long>(i));
         frames.back() = static_cast<long>(i) + 1;
     }

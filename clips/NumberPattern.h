@@ -8,7 +8,7 @@
 namespace fxhost {
 
 // The name of numbered files: "in_%04d.exr", "in_%d.exr" or "in_####.exr". Each "#" is one digit; longer
-// numbers take more digits. Only the last component of the path may contain the number. "%%" stands for "%"
+// numbers take more digits. Only the last component of the path may contain the number. "%%" means "%"
 // in names with "%d".
 class NumberPattern {
 public:

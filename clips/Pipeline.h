@@ -19,8 +19,8 @@ struct PipelineResult {
     double renderSeconds = 0; // spent inside `render`
 };
 
-// Reads, renders and writes at the same time. Reading and writing have threads of their own; `render` runs on
-// the calling thread. Every way to end writes the frames that are already rendered:
+// Reads, renders and writes at the same time. Background threads read and write; `render` runs on the calling
+// thread. Every way to end writes the frames that are already rendered:
 // - A stop requested by the user ends the run early.
 // - An exception from the source, the sink or `render` is thrown again after the sink kept its partial
 // output.

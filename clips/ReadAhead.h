@@ -13,7 +13,7 @@
 
 namespace fxhost {
 
-// Makes pictures ahead of their use, on threads of its own, and returns them in order.
+// Makes pictures ahead of their use, on background threads, and returns them in order.
 class ReadAhead {
 public:
     // `make` is called once for each index from 0 to count - 1, in ascending order, by `threads` threads at

@@ -18,7 +18,7 @@ struct VideoInfo {
     double start = 0;          // seconds from the beginning of the file to its first frame
     std::vector<double> times; // of the frames in seconds, ascending; empty when the file does not give them
     long packets = 0;          // video packets in the file, usually one a frame
-    long declaredFrames = 0;   // number of frames according to the header; 0 when it does not say
+    long declaredFrames = 0;   // number of frames according to the header; 0 when it states none
     bool hasSound = false;
     std::string codec;                       // FFmpeg's name, for example "h264"
     std::string matrix, primaries, transfer; // FFmpeg's names, for example "bt709"; empty when not tagged

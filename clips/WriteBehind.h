@@ -18,7 +18,7 @@ struct RenderedFrame {
     double seconds = 0;     // that rendering took
 };
 
-// Writes rendered frames to a sink on threads of its own.
+// Writes rendered frames to a sink on background threads.
 class WriteBehind {
 public:
     // `onWritten` is called after each frame, by one thread at a time. At most `capacity` frames wait. `sink`

@@ -22,8 +22,8 @@ struct EffectInfo {
 class EngineDriver final : public FrameRenderer {
 public:
     // Sets up the engine, which runs the effect's script. Throws EffectFailure when there is no OpenGL or
-    // when config.xml is not well-formed. `source` must outlive the driver.
-    // `transform` as in EffectSource::Select.
+    // when config.xml is not well-formed. `source` must outlive the driver. `transform`: see
+    // EffectSource::Select.
     explicit EngineDriver(const EffectSource& source,
                           const EffectSource::ScriptTransform& transform = nullptr);
     ~EngineDriver() override;

@@ -27,8 +27,7 @@ class HostDriver final : public FrameRenderer {
 public:
     // Sets up the plug-in, which runs the effect's script. `source` is null for a bundle; otherwise it must
     // outlive the driver. Throws WrongUse when a bundle cannot be loaded, and EffectFailure when a setup
-    // command fails.
-    // `transform` as in EffectSource::Select.
+    // command fails. `transform`: see EffectSource::Select.
     HostDriver(const HostSettings& settings, const EffectSource* source,
                const EffectSource::ScriptTransform& transform = nullptr);
     ~HostDriver() override;

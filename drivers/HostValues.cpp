@@ -9,8 +9,8 @@ namespace fxhost {
 
 namespace {
 
-// The type of parameter that the host's kind of control stands for; pop-ups of textures look like others
-// there.
+// The type of parameter behind the host's kind of control. Pop-ups of textures are reported as ordinary
+// pop-ups, because the host shows both in the same way.
 Parameter::Type EngineType(PF_ParamType hostType) {
     for (const auto& row : Adapter::s_HostParamTypes)
         for (unsigned type = Parameter::ANGLE; row.code == hostType && type > Parameter::UNKNOWN; --type)

@@ -36,11 +36,10 @@ enum class PluginString : std::uint32_t {
 class IPlugin {
 public:
     // Opens the effect, reads its configuration, creates the GL context and runs the script. Releases the
-    // effect of an earlier call first; its instances remain and keep their values. Takes
-    // the frame lock itself. `module` is the bundle of the plug-in (a CFBundleRef) or null; then `path` is
-    // the path of the bundle, as zero-terminated UTF-8 text in spite of its type, or null. The caller keeps
-    // both. Returns false when the GL context cannot be created. Throws ConfigError when config.xml
-    // is malformed.
+    // effect of an earlier call first; its instances remain and keep their values. Takes the frame lock itself.
+    // `module` is the bundle of the plug-in (a CFBundleRef) or null; then `path` is the path of the bundle, as
+    // zero-terminated UTF-8 text in spite of its type, or null. The caller keeps both. Returns false when the
+    // GL context cannot be created. Throws ConfigError when config.xml is malformed.
     virtual bool globalSetup(void* module, const unsigned short* path) = 0;
 
     // Runs the script again in a new interpreter and with an empty registry, so all handles become invalid.
@@ -62,8 +61,7 @@ public:
     // itself.
     virtual void releaseSequenceData(void* data) = 0;
 
-    // Makes the instance with this sequence data the current one. Null and unknown data mean no
-    // instance.
+    // Makes the instance with this sequence data the current one. Null and unknown data mean no instance.
     virtual void setSequenceData(void* data) = 0;
 
     // Announces a frame. The flag has no effect. Always returns true.
@@ -159,10 +157,10 @@ public:
     // Always returns 0.
     virtual int flatten(void* buffer) = 0;
 
-    // Would convert saved sequence data back. Has no effect.
+    // Announces that the host restores the current instance from the buffer of flatten(). Has no effect.
     virtual void unflatten(void* buffer) = 0;
 
-    // Would show the effect's options dialog. Has no effect.
+    // Announces that the user asks for the options dialog of the effect. Has no effect.
     virtual void showOptions(void*) = 0;
 
     // Stores the size of the composition in pixels and its pixel aspect ratio for the script. A ratio outside

@@ -15,7 +15,7 @@ struct Drawing {
 
 constexpr int s_First = 32;
 
-// Capitals stand 9 pixels high, small letters 7, and descend by at most 3.
+// Capitals are 9 pixels high, small letters 7, and descend by at most 3.
 // clang-format off
 constexpr Drawing s_Drawings[] = {
     {' ', 0, ""},

@@ -7,7 +7,7 @@
 #include "gpu/JpegTables.h"
 
 // The decoder is compiled into this file only and with internal linkage, because other libraries in the
-// process may have a copy of their own.
+// process may have their own copy.
 #define STB_IMAGE_STATIC
 #define STB_IMAGE_IMPLEMENTATION
 #define STBI_NO_STDIO

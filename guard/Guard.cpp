@@ -91,7 +91,7 @@ int RunParent(GuardChannel& channel, pid_t child, const GuardLimits& limits, con
     return watchdog.exitStatusFor(status, passedOn > 0 ? signals.first() : 0);
 }
 
-// Observes this process from a thread of its own until the object is destroyed.
+// Observes this process from a background thread until the object is destroyed.
 class WatchdogThread {
 public:
     WatchdogThread(const GuardLimits& limits, const std::string& effect)
@@ -108,7 +108,7 @@ private:
         while (!m_IsOver) {
             const Watchdog::Action action = m_Watchdog.check(ProcessDataBytes(getpid()));
             if (action == Watchdog::Action::Stop)
-                kill(getpid(), SIGTERM); // StopScope handles it, because the status says that it can drain.
+                kill(getpid(), SIGTERM); // StopScope handles it, because canDrain is set.
             if (action == Watchdog::Action::Kill)
                 _exit(m_Watchdog.exitStatusFor(0, 0));
             std::this_thread::sleep_for(std::chrono::milliseconds(s_PollMilliseconds));

@@ -17,7 +17,7 @@ struct SharedStatus {
     std::atomic<long> total{0};          // frames of the whole clip; 0 when there is no clip
     std::atomic<bool> resumable{false};  // true when --resume can continue after the written frames
     std::atomic<bool> outOfMemory{false};
-    std::atomic<bool> abandon{false};   // set by the parent: the render thread will not return
+    std::atomic<bool> abandon{false};   // set by the parent: the render thread hangs and is given up
     std::atomic<bool> canDrain{false};  // set by the child: a thread reacts to `abandon`
     std::atomic<bool> isDrained{false}; // set by the child: every rendered frame is written
 };

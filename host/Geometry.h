@@ -71,7 +71,7 @@ inline void UnionLRect(const PF_LRect* src, PF_LRect* dst) {
     dst->bottom = src->bottom > dst->bottom ? src->bottom : dst->bottom;
 }
 
-// True when inner lies inside outer. The left and top edges may coincide; the right and bottom edges may not.
+// True when inner is inside outer. The left and top edges may coincide; the right and bottom edges may not.
 inline bool LiesStrictlyInside(const PF_LRect& inner, const PF_LRect& outer) {
     return inner.left >= outer.left && inner.top >= outer.top && inner.right < outer.right &&
            inner.bottom < outer.bottom;

@@ -46,7 +46,7 @@ bool IsPushed(const Parameter& parameter, bool forRender) {
     return !(parameter.flags & Parameter::NotPublished) && (forRender || !NeedsPixels(parameter.type));
 }
 
-// The arguments of a converter: the host's value, where the result goes, and what some kinds need besides.
+// The arguments of a converter: the host's value, the place for the result, and data that some kinds need.
 struct Conversion {
     IPlugin& engine;
     PF_InData* in;

@@ -62,7 +62,7 @@ void Publish(NewRecord& record, NewSequence& sequence, PF_OutData& out) {
     sequence.HandOver();
 }
 
-// A pointer in a record proves nothing: hosts copy records, and projects contain old ones.
+// A pointer in a record may be stale: hosts copy records, and projects contain old ones.
 bool OwnsSequence(PF_Handle handle, const SequenceRecord& record) {
     const auto found = s_SequenceOfHandle.find(handle);
     return record.engineSequence && found != s_SequenceOfHandle.end() &&

@@ -30,7 +30,7 @@ inline std::size_t PackedRowBytes(std::size_t width, int bits) {
 // Sets the world's pixels to zero but leaves the padding between its rows alone.
 void ClearPixels(PF_LayerDef& world, int bits);
 
-// The part that two lines of pixels share when the first pixel of one line, `size` pixels long, lies at pixel
+// The part that two lines of pixels share when the first pixel of one line, `size` pixels long, is at pixel
 // `offset` of the other one.
 struct Overlap {
     Overlap(std::int64_t size, std::int64_t offset, std::int64_t otherSize);

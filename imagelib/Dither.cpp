@@ -13,12 +13,13 @@
 namespace ImageLib {
 namespace {
 
-// Errors take values a little beyond 0..1. The few pixels outside this range are compared with all entries.
+// Error diffusion moves values a little beyond 0..1. The few pixels outside this range are compared with all
+// entries.
 constexpr float s_GridLow = -0.5f, s_GridHigh = 1.5f;
 constexpr unsigned s_GridBits = 6; // cells along one side of the grid: 2^6
 
-// How many pixels more a row follows the row above in a wavefront: what a tap reads was then written long
-// enough ago to have left the processor's store queue.
+// Additional pixels by which a row follows the row above in a wavefront. With this distance, every value that
+// a tap reads has already left the processor's store queue.
 constexpr int s_StoreQueuePixels = 3;
 constexpr std::size_t s_RingAlignment = 64; // bytes: one cache line, and the widest vector
 

@@ -53,8 +53,8 @@ void MapRows(const Mapping& mapping, std::uint32_t from, std::uint32_t to) {
     }
 }
 
-// Maps the surface in `parts` ranges of rows, each on a thread of its own; the calling thread takes the
-// first.
+// Maps the surface in `parts` ranges of rows, each on a separate thread; the calling thread takes the
+// first range.
 void RunParts(const Mapping& mapping, unsigned parts) {
     const auto firstRow = [&](unsigned part) {
         return static_cast<std::uint32_t>(std::uint64_t{mapping.surface.Height()} * part / parts);

@@ -5,8 +5,8 @@
 namespace ImageLib {
 namespace {
 
-// A cube is what the upper five bits of each channel select; its slots are what the next two bits of each
-// select.
+// The upper five bits of each channel select a cube of colours, the next two bits of each a slot in this
+// cube.
 constexpr std::uint32_t s_Cubes = 1u << 15;
 constexpr std::uint32_t s_CubeSlots = 64;
 

@@ -19,7 +19,7 @@ struct oct_node_t {
     oct_node_t* parent;       // null for the root
 };
 
-// Starts a tree in a pool block of its own and returns its root. Throws std::bad_alloc.
+// Starts a tree in a new block of the pool and returns its root. Throws std::bad_alloc.
 oct_node_t* TakeOctreeRoot();
 
 // Frees all nodes of the tree. root: from TakeOctreeRoot, or null.

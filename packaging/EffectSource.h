@@ -30,8 +30,8 @@ public:
     using ScriptTransform = std::function<std::string(const std::string& script)>;
 
     // Makes the engine read its files from this effect. Call it before the engine is set up, and for one
-    // effect per process only, because the engine keeps a package open.
-    // `transform`, unless null, changes the text of fx.js that the engine receives.
+    // effect per process only, because the engine keeps a package open. `transform`, unless null, changes the
+    // text of fx.js that the engine receives.
     void Select(const ScriptTransform& transform = nullptr) const;
 
     // Files that the engine tried to read since Select and that do not exist in the folder, in order of the

@@ -83,7 +83,7 @@ public:
 };
 
 // An ordered collection of parameters. The registry overrides it to give access to its master parameters;
-// every sequence has copies of its own. Failed look-ups return Parameter::invalid.
+// every sequence has its own copies. Failed look-ups return Parameter::invalid.
 class ParametersHolder {
 public:
     virtual unsigned int GetNumParams() const;

@@ -39,7 +39,7 @@ TypedValue ParameterValue::Read(const ScriptCall& call, int index) {
 TypedValue UniformValue::Read(const ScriptCall& call, int index) {
     Shader* const shader = Live<Shader>::Resolve(call.Handle(0));
     Parameter::Type type = Parameter::UNKNOWN;
-    if (shader) // in a statement of its own, as no temporary string may exist while ReadValue can longjmp
+    if (shader) // a separate statement, as no temporary string may exist while ReadValue can longjmp
         type = shader->getParameterInfo(call.Text(1)).type;
     return ReadValue(call, index, type);
 }

@@ -175,7 +175,7 @@ typedef struct PF_Point {
     };
 } PF_Point;
 
-// Half open: right and bottom lie outside.
+// Half open: right and bottom are outside.
 typedef struct PF_LRect {
     A_long left;
     A_long top;

@@ -14,7 +14,7 @@ struct Extents {
     A_long height;
 };
 
-// What the commands of one frame share.
+// The data that the commands of one frame share.
 struct FrameState {
     const FrameSpec& spec;
     std::uint32_t format;      // of its worlds

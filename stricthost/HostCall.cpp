@@ -26,7 +26,7 @@ HostCall::HostCall(HostCore& core, PF_Cmd cmd, Instance* owner) : host(core), co
 HostCall* HostCall::Require(const char* what) {
     if (!t_Current)
         LiveHosts::Report(std::string("the plug-in called ") + what +
-                          " outside of a command or on a thread of its own");
+                          " outside of a command or on another thread");
     return t_Current;
 }
 

@@ -20,7 +20,7 @@ struct HostTime {
     A_u_long scale;
 };
 
-// One command on its way to the plug-in. Its address is the effect_ref that the plug-in passes back, so every
+// One command that the host sends to the plug-in. Its address is the effect_ref that the plug-in passes back, so every
 // callback finds its command. Belongs to the thread that sends the command.
 struct HostCall {
     HostCall(HostCore& core, PF_Cmd cmd, Instance* owner = nullptr);
@@ -28,7 +28,7 @@ struct HostCall {
     HostCall& operator=(const HostCall&) = delete;
 
     // The command that this thread is sending. Null, with a violation reported to every host, when there is
-    // none: a plug-in may not call back on threads of its own or between commands. what: the callback's name.
+    // none: a plug-in may not call back on its own threads or between commands. what: the callback's name.
     static HostCall* Require(const char* what);
     // The same, and the plug-in must have passed the right effect_ref; null with a violation otherwise.
     static HostCall* From(PF_ProgPtr effect, const char* what);

@@ -104,7 +104,7 @@ std::vector<char> Instance::FlattenedCopy() {
     const PF_Err err = m_Core.Send(call, nullptr, nullptr);
     const PF_Handle flat = call.out.sequence_data;
     if (err == PF_Err_NONE && (!flat || flat == m_Sequence))
-        call.Report("returned no flattened copy of its own");
+        call.Report("returned no new handle with a flattened copy");
     std::vector<char> bytes = m_Core.handles.Bytes(flat);
     if (flat != m_Sequence)
         m_Core.handles.DisposeOwn(flat);

@@ -13,7 +13,7 @@ const QuirkRow* QuirkTable() {
          "Duplicates and reopens instances with a SEQUENCE_RESETUP that carries no data."},
         {"resetup-thread", &Quirks::resetupThread, "Sends SEQUENCE_RESETUP on another thread."},
         {"render-copies", &Quirks::renderCopies,
-         "Renders with an instance of its own, which a SEQUENCE_RESETUP without data sets up."},
+         "Renders with a separate instance, which a SEQUENCE_RESETUP without data sets up."},
         {"get-flattened", &Quirks::getFlattened,
          "Sends GET_FLATTENED_SEQUENCE_DATA instead of SEQUENCE_FLATTEN to plug-ins that support it."},
         {"null-render-data", &Quirks::nullRenderData,

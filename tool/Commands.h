@@ -5,7 +5,7 @@
 
 namespace fxhost {
 
-// A subcommand of the tool. `run` returns the exit status and may throw WrongUse or EffectFailure.
+// A sub-command of the tool. `run` returns the exit status and may throw WrongUse or EffectFailure.
 struct Command {
     CLI::App* app = nullptr;
     std::function<int()> run;

@@ -19,7 +19,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// TOOL stands for the path of the tool.
+// TOOL is replaced by the path of the tool.
 constexpr char s_Bash[] = R"sh(_fxhost() {
     local IFS=$'\n' word=${COMP_WORDS[COMP_CWORD]}
     COMPREPLY=($(compgen -W "$('TOOL' __complete "${COMP_WORDS[@]:1:$COMP_CWORD}" 2>/dev/null)" -- "$word"))

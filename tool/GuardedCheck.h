@@ -13,7 +13,7 @@ struct CheckResult {
     int status = 0; // of the process: ExitOk, or the reason why the check could not finish
 };
 
-// Checks an effect in a guarded process of its own. When it does not end, the diagnostics name the loop or
+// Checks an effect in a guarded child process. When it does not end, the diagnostics name the loop or
 // the pass.
 CheckResult CheckGuarded(const GuardLimits& limits, const std::string& effect);
 

@@ -2,7 +2,7 @@
 
 namespace fxhost {
 
-// The whole tool: parses the command line and runs the subcommand; the exit status.
+// The whole tool: parses the command line, runs the sub-command, and returns the exit status.
 int RunTool(int argc, char** argv);
 
 } // namespace fxhost

@@ -14,7 +14,7 @@ struct Variation {
     std::vector<ParameterSetting> settings; // one for each text
 };
 
-// Reads "NAME=V1,V2,..."; points and colours, whose values have commas, stand between semicolons:
+// Reads "NAME=V1,V2,..."; points and colours, whose values have commas, are separated by semicolons:
 // "Tint=1,0,0; 0,0,1". Throws WrongUse.
 Variation ParseVariation(const std::string& text, const std::vector<Parameter>& parameters);
 

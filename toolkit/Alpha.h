@@ -7,7 +7,7 @@ namespace fxhost {
 // How the colours of a file relate to its alpha channel. Pictures in memory are always straight
 // (unassociated).
 enum class AlphaMode {
-    Auto,     // as the format defines it or the file says; video and formats that do not say are straight
+    Auto,     // as the format or the file defines it; straight for video and where neither defines it
     Straight, // colours are independent of alpha
     Premultiplied, // colours are multiplied by alpha (associated)
 };

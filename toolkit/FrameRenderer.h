@@ -18,7 +18,7 @@ struct FrameInputs {
     Picture input;                          // the input layer; its depth is the depth of the frame
     double time = 0;                        // seconds
     std::vector<ParameterSetting> settings; // parameters that are not listed keep their defaults
-    std::vector<LayerInput> layers;         // layers that are not listed stay empty
+    std::vector<LayerInput> layers;         // layers that are not listed are empty
 };
 
 // Renders frames of one effect. All calls come from one thread.

@@ -98,7 +98,7 @@ struct Command {
     void* extra;
 };
 
-// Everything that the command brings.
+// All fields of the command.
 void AddInput(Line& line, const Command& c) {
     line.Add("command", c.code);
     line.Add("host", c.in->appl_id);

@@ -74,7 +74,7 @@ private:
         return quirks;
     }
 
-    // Renders what the steps will render, each frame with an instance and a host of its own.
+    // Renders what the steps will render, each frame with a new instance in a new host.
     void PrepareExpected(const std::vector<Step>& steps) {
         unsigned variants[s_Slots] = {};
         for (const Step& step : steps) {

@@ -65,8 +65,8 @@ void CheckGrowth(TestRun& run, stricthost::Personality personality) {
                    std::to_string(OpenFiles()) + " in " + std::to_string(cycles - settle) + " life cycles");
 }
 
-// One life with memory for this many handles; false when memory sufficed. Errors are right here, crashes are
-// not.
+// Runs the plug-in from set-up to set-down with memory for this many handles; false when memory sufficed. The
+// plug-in may return errors here, but must not crash.
 bool RunsOutOfMemory(TestRun& run, stricthost::Personality personality, long allocations) {
     stricthost::Options options = run.OptionsFor(personality);
     options.allocations = allocations;

@@ -37,7 +37,7 @@ std::string DefaultProblem(const PublishedParam& param) {
     }
     if (param.type == PF_Param_CHECKBOX && def.u.bd.dephault != 0 && def.u.bd.dephault != 1)
         return "has a default other than 0 and 1";
-    // Zero stands for no default; hosts then show the first choice.
+    // Zero means no default; hosts then show the first choice.
     if (param.type == PF_Param_POPUP &&
         (def.u.pd.dephault < 0 || def.u.pd.dephault > static_cast<int>(param.choices.size())))
         return "has the default " + std::to_string(def.u.pd.dephault) + ", but choices from 1 to " +

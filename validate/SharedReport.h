@@ -8,7 +8,7 @@
 namespace validate {
 
 // The findings and the latest commands of one test, in memory that the process of the test shares with its
-// parent. The parent reads it after the child ended, also after a crash. Any thread of the child may write.
+// parent. The parent reads it when the child has ended, even by a crash. Any thread of the child may write.
 // Create it before the fork.
 class SharedReport {
 public:

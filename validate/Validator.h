@@ -34,7 +34,7 @@ struct TestResult {
 // Is called before each test: its number from 1, the number of tests, and its name.
 using Progress = std::function<void(std::size_t number, std::size_t count, const std::string& name)>;
 
-// Runs the tests in order, each in a process of its own, and returns their results. When "loads" does not
+// Runs the tests in order, each in a separate process, and returns their results. When "loads" does not
 // pass, no other test runs. Throws fxhost::WrongUse for a plug-in file that does not exist, a level out of
 // range and an unknown test. Call it while the process has one thread and no GL context.
 std::vector<TestResult> Validate(const ValidateOptions& options, const Progress& progress);

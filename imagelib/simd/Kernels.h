@@ -51,7 +51,7 @@ inline constexpr unsigned s_ErrorRows =
     8; // rows that are diffused together, each a few pixels behind the row above
 
 // The ring buffer of the wavefront: the errors of all lanes at the latest steps. One slot holds four channels
-// of SlotLanes floats each: first the lanes that stand for the rows above the current ones, then one lane a
+// of SlotLanes floats each: first the lanes of the rows above the current ones, then one lane a
 // row.
 struct WavefrontRing {
     static constexpr int LanesAbove = s_MaxLanes;

@@ -216,7 +216,7 @@ TEST_F(PictureClipTest, FramesBeforeAFailureAreWrittenAndResumeContinues) {
     EXPECT_EQ(outputs().size(), 6u);
 }
 
-// A limit on the size of files stands in for a full disk: writing fails in the middle of a file.
+// A limit on the size of files simulates a full disk: writing fails in the middle of a file.
 TEST_F(PictureClipTest, FullDiskIsReportedForEveryPictureFormat) {
     for (long number = 1; number <= 3; ++number)
         WritePicture(input(number), SomePicture(64, 64, 8, number));

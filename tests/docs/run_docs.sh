@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# run_docs.sh FXHOST PAGE...: tries the pages. Each page gets a folder of its own, with effects/ and samples/ in
+# run_docs.sh FXHOST PAGE...: tries the pages. Each page gets a separate folder, with effects/ and samples/ in
 # it. Blocks marked "LANGUAGE PATH" are written to that path, blocks marked "sh" are run there, in order.
 set -euo pipefail
 

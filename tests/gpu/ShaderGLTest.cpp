@@ -118,7 +118,7 @@ TEST_F(ShaderGLTest, ANameLoadsAFileOfTheResourceDirectoryAndEveryLoadReplacesTh
 }
 
 TEST_F(ShaderGLTest, CubeMapLookupsReadAnEquirectangularTexture) {
-    // Four columns by two rows; the direction (0, 0, 1) lies at u = 0.5, (1, 0, 0) at 0.75, up at v = 0.
+    // Four columns by two rows; the direction (0, 0, 1) is at u = 0.5, (1, 0, 0) at 0.75, up at v = 0.
     std::vector<float> pixels(4 * 2 * 4);
     for (std::size_t i = 0; i < 8; ++i)
         pixels[i * 4 + 1] = static_cast<float>(i);

@@ -13,7 +13,7 @@ TEST(SurfaceTest, MemoryOfACallerTakesPrecedenceOverTheCopyUntilItIsDropped) {
     EXPECT_EQ(surface.pixels(), inPlace.data());
     surface.grabPixels(nullptr, 2, 2, 8, 12, false, false);
     ASSERT_NE(surface.pixels(), nullptr);
-    EXPECT_EQ(surface.pixels()[23], 1) << "the copy stands on its own";
+    EXPECT_EQ(surface.pixels()[23], 1) << "the surface owns a copy";
     surface.init(4, 4, 8, false);
     EXPECT_EQ(surface.pixels(), nullptr) << "the copy is too small for the new size";
 }

@@ -46,7 +46,7 @@ TEST_F(TextGLTest, RowsAre16PixelsApartAndTheLastBaseLineIsAt4) {
     EXPECT_EQ(Draw(5, 3, 2, "l\nl"), Bars({{7, 23}})) << "a last line without a line feed is not drawn";
 }
 
-// In a GL context of its own, which lacks the display lists of the test before.
+// Runs in a new GL context, which lacks the display lists of the test before.
 TEST_F(TextGLTest, WithOneRowTheWholeTextIsDrawnInIt) {
     EXPECT_EQ(Draw(0, 0, 1, "l\nl"), Bars({{2, 4}, {5, 4}}));
     EXPECT_EQ(Draw(0, 0, 0, "l\x80\xff\nl"), Bars({{2, 4}, {5, 4}})) << "codes without a glyph draw nothing";

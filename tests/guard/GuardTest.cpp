@@ -99,7 +99,7 @@ TEST(GuardTest, HangsCrashesAndExcessMemoryAreReportedWithFrameAndStage) {
 
 TEST(GuardTest, TimeLimitCoversOneSpanAndNotTheTimeBetweenSpans) {
     const auto work = [] {
-        usleep(700'000); // stands for waiting for input
+        usleep(700'000); // as if it waited for input
         for (int frame = 0; frame < 3; ++frame) {
             const StageSpan span(Stage::Draw);
             usleep(300'000);

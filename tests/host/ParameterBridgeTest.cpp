@@ -61,11 +61,11 @@ TEST(ParameterValueTest, ScaleFlagsUndoTheHostsDownsampling) {
         {"slider by width, wide pixels", F, W, {1, 2}, {1, 3}, {4, 1}, 50, 0},
         {"slider by height", F, H, {1, 2}, {1, 4}, {1, 1}, 25, 0},
         {"slider by both", F, W | H, {1, 2}, {1, 4}, {1, 1}, 12.5, 0},
-        {"slider without a scale flag of its own", F, R, {1, 2}, {1, 4}, {1, 1}, 100, 0},
+        {"slider with a scale flag that only points use", F, R, {1, 2}, {1, 4}, {1, 1}, 100, 0},
         {"point", P, R, {1, 2}, {1, 2}, {1, 1}, 200, 40},
         {"point, wide pixels", P, R, {1, 2}, {1, 4}, {3, 2}, 300, 80},
         {"point, den * aspect / num in this order", P, R, {1, 7}, {1, 7}, {1, 1}, 700, 140},
-        {"point without a scale flag of its own", P, W, {1, 2}, {1, 2}, {1, 1}, 100, 20},
+        {"point with a scale flag that only sliders use", P, W, {1, 2}, {1, 2}, {1, 1}, 100, 20},
         {"scales without denominators", P, R, {2, 0}, {2, 0}, {2, 0}, 100, 20},
         {"scales without numerators", P, R, {0, 2}, {0, 2}, {0, 2}, 100, 20},
     };

@@ -85,7 +85,7 @@ TEST(SequenceTest, ResetupWithoutDataMakesAFreshInstanceThatRenders) {
 }
 
 // Hosts copy sequence data byte by byte, because the flags of the plug-in do not ask for flattening.
-TEST(SequenceTest, AByteCopyGetsASequenceOfItsOwnAndItsSetDownLeavesTheOriginalAlone) {
+TEST(SequenceTest, AByteCopyGetsANewSequenceAndItsSetDownLeavesTheOriginalAlone) {
     for (const bool used : {true, false}) {
         TestHost host;
         Instance& original = host.Start();

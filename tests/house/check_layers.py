@@ -7,7 +7,7 @@ LINK_GRAPH is the file that cmake/LinkGraph.cmake writes at configure time. The 
 
 1. A file includes a header of another room only when its target links that room: directly, or through links that
    are PUBLIC on the way. The same holds for the outside libraries that fx_library declares.
-2. A header that other rooms include needs only PUBLIC links of its own room.
+2. A header that other rooms include needs only PUBLIC links of its room.
 3. A room links only rooms above it in the list of the root CMakeLists.txt. So there are no circles.
 4. README.md lists the rooms in that order, and docs/architecture.md lists the direct links of each room.
 5. The line "May see:" in a room's README names every room that its files include, and no room that it does not link.

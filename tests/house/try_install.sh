@@ -21,7 +21,7 @@ cmp "$folder/bundle.png" "$folder/effect.png"
 # A bundle for the other system: only its module is exchanged, name and identifier come from config.xml, and the
 # property list is there, which only macOS needs.
 mkdir -p lib/shaderfx/macos
-[ -e lib/shaderfx/macos/shaderfx.so ] || echo "stands for a module" >lib/shaderfx/macos/shaderfx.so
+[ -e lib/shaderfx/macos/shaderfx.so ] || echo "in place of a module" >lib/shaderfx/macos/shaderfx.so
 bin/fxhost bundle share/shaderfx/effects/blur -o "$folder/mac/" --target macos >/dev/null
 contents="$folder/mac/Soft Blur.plugin/Contents"
 cmp lib/shaderfx/macos/shaderfx.so "$contents/MacOS/Soft Blur"

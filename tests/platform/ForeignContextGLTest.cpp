@@ -107,7 +107,7 @@ TEST_F(ForeignContextGLTest, OnlyTheLastStatesOfForeignContextsAreStored) {
     EXPECT_EQ(GetContextRegistry().CountRecords(), before) << "the end of a thread frees its states";
 }
 
-TEST_F(ForeignContextGLTest, ThatTheHostReplacedTheEnginesContextIsNoticed) {
+TEST_F(ForeignContextGLTest, AContextThatReplacesTheEnginesIsNoticed) {
     const CGLContextObj host = CGLGetCurrentContext();
     ASSERT_EQ(CGLSetCurrentContext(m_First), kCGLNoError);
 

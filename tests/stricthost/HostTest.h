@@ -24,7 +24,7 @@ protected:
     void StartHost();         // a new one, set up to the parameters, with an empty log
     Instance& Start();        // the same, and an instance
     void Finish();            // the host, without violations
-    FrameResult RenderOnce(); // one frame of an instance of its own, from start to finish
+    FrameResult RenderOnce(); // one frame of a new instance, from start to finish
 
     StandIn m_Plugin;
     stricthost::Options m_Options;

@@ -77,7 +77,7 @@ TEST_F(QuirkTest, ResetupRunsOnAnotherThread) {
     Finish();
 }
 
-TEST_F(QuirkTest, RenderCopiesHaveDataOfTheirOwn) {
+TEST_F(QuirkTest, RenderCopiesHaveTheirOwnData) {
     std::string seen;
     for (const PF_Cmd command : {PF_Cmd_RENDER, PF_Cmd_UPDATE_PARAMS_UI})
         m_Plugin.before[command] = [&seen](Command& c) { seen += std::string(*c.in->sequence_data) + " "; };

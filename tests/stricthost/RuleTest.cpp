@@ -117,7 +117,7 @@ const Violation s_Violations[] = {
     {"RENDER changed a control out of turn", [](Command& c) { ChangeControl(c, 1); }},
     {"changed the control of parameter 0", [](Command& c) { ChangeControl(c, 0); }, PF_Cmd_UPDATE_PARAMS_UI},
     {"with an effect_ref that is not its own", [](Command& c) { c.in->inter.abort(nullptr); }},
-    {"outside of a command or on a thread of its own",
+    {"outside of a command or on another thread",
      [](Command& c) { std::thread([&c] { EXPECT_EQ(c.NewHandle(), nullptr); }).join(); }},
     {"checkout 9, which it never made", [](Command& c) { c.LayerPixels(9); }, PF_Cmd_SMART_RENDER},
     {"checkout 1, which it took before", [](Command& c) { c.LayerPixels(1); }, PF_Cmd_SMART_RENDER},

@@ -35,7 +35,7 @@ TEST_F(CommandsGLTest, ParametersAreListedWithTypesRangesAndChoices) {
     EXPECT_THAT(done("info " + s_Simple), AllOf(HasSubstr("Simple 2.3.4"), HasSubstr("-2 to 8")));
 }
 
-// Eight pixels lie around each cell, and eighteen more below it for the label.
+// Eight pixels are around each cell, and eighteen more below it for the label.
 TEST_F(CommandsGLTest, CellsOfASheetShowThePictureAndTheLabelOfTheirValues) {
     Picture boxes(32, 2, 8); // boxes of 2x2, half opaque red and half clear blue
     for (std::size_t i = 0; i < boxes.bytes.size(); ++i)

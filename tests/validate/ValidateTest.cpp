@@ -123,7 +123,7 @@ fs::path MakeBundle(const std::string& fault) {
 
 class FaultTest : public testing::TestWithParam<Fault> {};
 
-TEST_P(FaultTest, IsFoundByItsTest) {
+TEST_P(FaultTest, EachFaultIsFoundByItsTest) {
     const Fault& fault = GetParam();
     const fs::path bundle = MakeBundle(fault.name);
     const auto results = RunOn(bundle.string(), 1, fault.test, fault.status == Status::RanAway ? 1 : 60);
