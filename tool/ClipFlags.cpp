@@ -16,15 +16,15 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
                     "Number of the frame at time 0; the first frame of the input, or 1, by default")
         ->type_name("NUMBER")
         ->group("Clips");
-    static const std::map<std::string, MissingFrames> missing = {{"error", MissingFrames::Error},
-                                                                 {"hold", MissingFrames::Hold},
-                                                                 {"black", MissingFrames::Black},
-                                                                 {"skip", MissingFrames::Skip}};
+    static const std::map<std::string, MissingFrames> s_Missing = {{"error", MissingFrames::Error},
+                                                                   {"hold", MissingFrames::Hold},
+                                                                   {"black", MissingFrames::Black},
+                                                                   {"skip", MissingFrames::Skip}};
     command
         .add_option(
             "--missing", options.missing,
             "What happens to missing numbered pictures: an error, the frame before, black, or left out")
-        ->transform(CLI::CheckedTransformer(missing))
+        ->transform(CLI::CheckedTransformer(s_Missing))
         ->type_name("error|hold|black|skip")
         ->group("Clips");
     text("--keys", options.keys, "FILE.json",

@@ -53,10 +53,10 @@ CheckResult CheckGuarded(const GuardLimits& limits, const std::string& effect) {
 
 std::vector<Diagnostic> FindHang(const GuardLimits& limits, const std::string& effect) {
     DiagnosticFile file;
-    GuardLimits short_ = limits;
-    short_.frameSeconds = std::clamp(limits.frameSeconds, 1.0, 5.0);
-    short_.isSilent = true;
-    RunGuarded(short_, effect, [&] {
+    GuardLimits limited = limits;
+    limited.frameSeconds = std::clamp(limits.frameSeconds, 1.0, 5.0);
+    limited.isSilent = true;
+    RunGuarded(limited, effect, [&] {
         return RunInChild(effect, file, [&] {
             DiagnoseHang(
                 effect, [&](const Diagnostic& found) { file.add(found); },

@@ -67,9 +67,10 @@ def functions_line(files):
 
 
 def type_names():
-    """The enumerators of Parameter::Type."""
+    """The enumerators of Parameter::Type that name a type, which UNKNOWN does not."""
     text = (ROOT / "parameters/Parameter.h").read_text()
-    return re.findall(r"^\s+([A-Z]\w*) = ", re.search(r"enum Type[^{]*\{(.*?)\}", text, re.S)[1], re.M)
+    names = re.findall(r"^\s+([A-Z]\w*) = ", re.search(r"enum Type[^{]*\{(.*?)\}", text, re.S)[1], re.M)
+    return [name for name in names if name != "UNKNOWN"]
 
 
 def bare_format_code():

@@ -64,7 +64,7 @@ inline void Require(bool condition, const char* what) {
 // Reads every byte of a memory block, so that the address sanitizer detects a block that is shorter than
 // stated.
 inline void ReadAll(const void* memory, std::size_t bytes) {
-    static volatile unsigned s_Sum = 0;
+    static volatile unsigned sum = 0;
     for (std::size_t i = 0; i < bytes; ++i)
-        s_Sum = s_Sum + static_cast<const unsigned char*>(memory)[i];
+        sum = sum + static_cast<const unsigned char*>(memory)[i];
 }

@@ -45,10 +45,10 @@ TEST(ParameterValueTest, EveryKindReachesTheEngine) {
     EXPECT_EQ(upload.rowBytes, 2 * 8 + 13) << "the host's padding";
 }
 
+constexpr auto F = Parameter::FLOAT, P = Parameter::POINT2D;
+constexpr unsigned W = Parameter::ScaleByWidth, H = Parameter::ScaleByHeight, R = Parameter::RemoveScale;
+
 TEST(ParameterValueTest, ScaleFlagsUndoTheHostsDownsampling) {
-    constexpr auto F = Parameter::FLOAT;
-    constexpr auto P = Parameter::POINT2D;
-    constexpr unsigned W = Parameter::ScaleByWidth, H = Parameter::ScaleByHeight, R = Parameter::RemoveScale;
     struct Row {
         const char* name;
         Parameter::Type type;

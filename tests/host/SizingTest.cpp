@@ -14,8 +14,8 @@ std::vector<A_long> Edges(const PF_LRect& rect) {
 
 TEST(ScalingTest, UnionsIgnoreEmptyRectangles) {
     PF_LRect sum = {5, 5, 5, 9};
-    const PF_LRect rects[] = {
-        {20, 20, 20, 30}, {-1, 0, 10, 10}, {3, -4, 12, 5}, {4, -8, 5, 20}, {0, 0, 1, 1}};
+    const PF_LRect empty = {20, 20, 20, 30};
+    const PF_LRect rects[] = {empty, {-1, 0, 10, 10}, {3, -4, 12, 5}, empty, {4, -8, 5, 20}, {0, 0, 1, 1}};
     for (const PF_LRect& rect : rects)
         Adapter::UnionLRect(&rect, &sum);
     EXPECT_THAT(Edges(sum), ElementsAre(-1, -8, 12, 20));

@@ -74,10 +74,10 @@ public:
     template <class Suite, class Function>
     void Replace(const char* suite, Function Suite::*place, std::type_identity_t<Function> function) {
         m_Replaced[suite] = [place, function](const void* table) -> const void* {
-            static Suite s_Copy;
-            s_Copy = *static_cast<const Suite*>(table);
-            s_Copy.*place = function;
-            return &s_Copy;
+            static Suite copy;
+            copy = *static_cast<const Suite*>(table);
+            copy.*place = function;
+            return &copy;
         };
     }
 
