@@ -1,6 +1,7 @@
 #include "tool/ContactSheet.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "gpu/BitmapFont.h"
 #include "toolkit/Downsampling.h"
@@ -22,7 +23,8 @@ double FullScale(unsigned depth) {
 }
 
 std::uint8_t ToByte(double unit) {
-    return unit > 0 ? static_cast<std::uint8_t>(std::min(unit, 1.0) * 255 + 0.5) : std::uint8_t{0};
+    return unit > 0 ? static_cast<std::uint8_t>(std::floor(std::min(unit, 1.0) * 255 + 0.5))
+                    : std::uint8_t{0};
 }
 
 void Put(Picture& sheet, unsigned x, unsigned y, std::uint8_t grey) {
