@@ -171,7 +171,7 @@ TEST_F(PictureClipTest, DryRunRendersOneFrameAndLeavesNothing) {
     EXPECT_EQ(m_Renderer.times.size(), 1u);
     EXPECT_THAT(outputs(), IsEmpty());
     EXPECT_EQ(clip.dryRun(m_Renderer, {}, {}, [] { return true; }), ExitEffectFailed);
-    // A limit on the size of files stands in for a disk without space.
+    // A limit on the size of files simulates a disk without space.
     const rlimit tight{10, RLIM_INFINITY};
     signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &tight);

@@ -116,7 +116,7 @@ TEST_F(QuirkTest, FlattenedDataThatIsNoCopyOfItsOwnIsReported) {
     m_Host->Finish();
     EXPECT_THAT(m_Host->Violations(),
                 ElementsAre("GET_FLATTENED_SEQUENCE_DATA changed sequence data that it may only read",
-                            "GET_FLATTENED_SEQUENCE_DATA returned no flattened copy of its own"));
+                            "GET_FLATTENED_SEQUENCE_DATA returned no new handle with a flattened copy"));
 }
 
 const char* SharedData(Command& c) {
