@@ -243,7 +243,7 @@ void AEShaderVexel2::showErrors(Sequence* sequence, const std::string& errors) {
     RenderTarget& screen = hasFrame ? sequence->GetRenderTarget() : RenderTarget::screen;
     screen.set(nullptr);
     if (!hasFrame)
-        return; // the default framebuffer of an offscreen context has no pixels
+        return;                           // the default framebuffer of an offscreen context has no pixels
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f); // the content of a resized target is undefined
     glClear(GL_COLOR_BUFFER_BIT);
     glMatrixMode(GL_PROJECTION);

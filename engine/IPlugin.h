@@ -36,10 +36,10 @@ enum class PluginString : std::uint32_t {
 class IPlugin {
 public:
     // Opens the effect, reads its configuration, creates the GL context and runs the script. Releases the
-    // effect of an earlier call first; its instances remain and keep their values. Takes the frame lock itself.
-    // `module` is the bundle of the plug-in (a CFBundleRef) or null; then `path` is the path of the bundle, as
-    // zero-terminated UTF-8 text in spite of its type, or null. The caller keeps both. Returns false when the
-    // GL context cannot be created. Throws ConfigError when config.xml is malformed.
+    // effect of an earlier call first; its instances remain and keep their values. Takes the frame lock
+    // itself. `module` is the bundle of the plug-in (a CFBundleRef) or null; then `path` is the path of the
+    // bundle, as zero-terminated UTF-8 text in spite of its type, or null. The caller keeps both. Returns
+    // false when the GL context cannot be created. Throws ConfigError when config.xml is malformed.
     virtual bool globalSetup(void* module, const unsigned short* path) = 0;
 
     // Runs the script again in a new interpreter and with an empty registry, so all handles become invalid.

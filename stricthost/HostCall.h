@@ -20,8 +20,8 @@ struct HostTime {
     A_u_long scale;
 };
 
-// One command that the host sends to the plug-in. Its address is the effect_ref that the plug-in passes back, so every
-// callback finds its command. Belongs to the thread that sends the command.
+// One command that the host sends to the plug-in. Its address is the effect_ref that the plug-in passes back,
+// so every callback finds its command. Belongs to the thread that sends the command.
 struct HostCall {
     HostCall(HostCore& core, PF_Cmd cmd, Instance* owner = nullptr);
     HostCall(const HostCall&) = delete;

@@ -7,8 +7,8 @@ namespace fxhost {
 // How the colours of a file relate to its alpha channel. Pictures in memory are always straight
 // (unassociated).
 enum class AlphaMode {
-    Auto,     // as the format or the file defines it; straight for video and where neither defines it
-    Straight, // colours are independent of alpha
+    Auto,          // as the format or the file defines it; straight for video and where neither defines it
+    Straight,      // colours are independent of alpha
     Premultiplied, // colours are multiplied by alpha (associated)
 };
 

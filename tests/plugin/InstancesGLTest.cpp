@@ -102,7 +102,7 @@ TEST_P(InstancesGLTest, RenderEveryPixelRightAtEachDepthResolutionAndNumberOfThr
                     << depth << " bits, resolution 1/" << reduction << ", " << threads << " threads";
 }
 
-// Each module has an engine, an interpreter and a GL context of its own, between which every thread changes.
+// Each module has its own engine, interpreter and GL context, and every thread changes between them.
 TEST(TwoEffectsGLTest, SixteenThreadsRenderWithTwoModulesInTurn) {
     probe::Host hosts[] = {{"probe", probe::Personality::AfterEffects},
                            {"probe_resizing", probe::Personality::AfterEffects}};
