@@ -28,7 +28,7 @@ ToolRun RunTool(const std::string& arguments) {
     const std::string out = base + ".out", err = base + ".err";
     const int status = std::system(
         (FX_TOOL " " + WithoutFork(arguments) + " >" + out + " 2>" + err + " </dev/null").c_str());
-    const ToolRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, FileBytes(out), FileBytes(err)};
+    ToolRun run{WIFEXITED(status) ? WEXITSTATUS(status) : -1, FileBytes(out), FileBytes(err)};
     std::filesystem::remove(out);
     std::filesystem::remove(err);
     return run;

@@ -114,9 +114,10 @@ TEST(CheckGLTest, EndlessLoopsAreReportedWithTheirLine) {
     EXPECT_EQ(run.status, 4);
     EXPECT_THAT(run.err, AllOf(HasSubstr("runs-for-ever/fx.js:5: error: Error: this loop does not end"),
                                HasSubstr("draw"), HasSubstr("31 characters")));
-    const std::string render = "render --size 8x8 -o " + testing::TempDir() + "fxhost_check.png";
-    for (const std::string& command : {std::string("check"), render})
-        EXPECT_THAT(RunTool(command + " --frame-timeout 1 " + s_Broken + "endless-setup").err,
+    const std::string endless = " --frame-timeout 1 " + s_Broken + "endless-setup";
+    const std::string picture = testing::TempDir() + "fxhost_check.png";
+    for (const std::string& command : {"check" + endless, "render --size 8x8 -o " + picture + endless})
+        EXPECT_THAT(RunTool(command).err,
                     HasSubstr("endless-setup/fx.js:3: error: Error: this loop does not end"));
 }
 
