@@ -77,7 +77,10 @@ Command AddValidate(CLI::App& tool) {
         ->capture_default_str();
     app->add_option("--repeat", options->tests.repeat,
                     "Run all that many times, each time with the next seed")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(1, 1000000))
+        ->capture_default_str();
+    app->add_option("--steps", options->tests.steps, "Length of the test shuffled-commands")
+        ->check(CLI::Range(1, 1000000))
         ->capture_default_str();
     app->add_option("--timeout", options->tests.timeout, "Seconds that one test may take; 0: no limit")
         ->check(CLI::NonNegativeNumber)

@@ -205,7 +205,7 @@ std::vector<Step> Shorten(std::vector<Step> steps, int attempts,
 }
 
 void ShuffledCommands(TestRun& run) {
-    RunSteps(run, ShuffledSteps(run.Seed(), s_ShuffledSteps));
+    RunSteps(run, ShuffledSteps(run.Seed(), run.ShuffledStepCount()));
 }
 
 } // namespace validate

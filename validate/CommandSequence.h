@@ -17,9 +17,6 @@ struct Step {
     unsigned value; // selects the values to set, or the frame to render
 };
 
-// Number of steps of the test "shuffled-commands"; about 1000 commands.
-constexpr std::size_t s_ShuffledSteps = 500;
-
 // "slot 3: render frame 12".
 std::string Describe(const Step& step);
 

@@ -58,7 +58,7 @@ std::string Escaped(const std::string& text) {
             escaped += "&quot;";
             break;
         default:
-            escaped += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
+            escaped += static_cast<unsigned char>(c) < 0x20 && c != '\n' ? ' ' : c;
         }
     return escaped;
 }
@@ -76,7 +76,7 @@ std::string ToText(const std::vector<TestResult>& results) {
     std::string text;
     for (const TestResult& result : results) {
         text += std::string(result.status == Status::Passed ? "passed  " : "FAILED  ") + result.name + "  (" +
-                Seconds(result.seconds) + " s)\n";
+                Seconds(result.seconds) + " s, " + std::to_string(result.commands) + " commands)\n";
         if (result.status == Status::Passed)
             continue;
         text += "    This test protects from " + result.protects + ".\n";
@@ -97,6 +97,7 @@ std::string ToJson(const std::string& plugin, const std::vector<TestResult>& res
                          {"seed", result.seed},
                          {"verdict", RowOf(result.status).name},
                          {"seconds", result.seconds},
+                         {"commands", result.commands},
                          {"protectsFrom", result.protects},
                          {"findings", result.findings},
                          {"log", result.log}});

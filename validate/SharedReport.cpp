@@ -81,6 +81,10 @@ std::vector<std::string> SharedReport::Findings() const {
     return texts;
 }
 
+std::size_t SharedReport::CommandCount() const {
+    return m_Memory->commands;
+}
+
 std::vector<std::string> SharedReport::Log() const {
     std::vector<std::string> lines;
     const std::size_t end = m_Memory->commands;

@@ -24,6 +24,7 @@ public:
     void EndCommand(std::size_t number, long error);
 
     std::vector<std::string> Findings() const;
+    std::size_t CommandCount() const;
     // The last commands, oldest first, each with its error or with the note that it did not return.
     std::vector<std::string> Log() const;
 

@@ -55,8 +55,10 @@ void FillNoise(fxhost::Picture& picture, double white, std::mt19937& random) {
 
 } // namespace
 
-TestRun::TestRun(std::string path, std::uint32_t seed, SharedReport& report, const HostSystem& system)
-    : m_Path(std::move(path)), m_Seed(seed), m_Report(report), m_System(system) {
+TestRun::TestRun(std::string path, std::uint32_t seed, SharedReport& report, const HostSystem& system,
+                 std::size_t shuffledSteps)
+    : m_Path(std::move(path)), m_Seed(seed), m_Report(report), m_System(system),
+      m_ShuffledSteps(shuffledSteps) {
     s_Report = &report;
     if (m_System.bundleAt)
         m_Bundle = m_System.bundleAt(m_Path);

@@ -17,12 +17,14 @@ namespace validate {
 class TestRun {
 public:
     // path: a bundle NAME.plugin or a bare module. The report must outlive this object.
-    TestRun(std::string path, std::uint32_t seed, SharedReport& report, const HostSystem& system = {});
+    TestRun(std::string path, std::uint32_t seed, SharedReport& report, const HostSystem& system,
+            std::size_t shuffledSteps);
     TestRun(const TestRun&) = delete;
     TestRun& operator=(const TestRun&) = delete;
 
     const std::string& Path() const { return m_Path; }
     std::uint32_t Seed() const { return m_Seed; }
+    std::size_t ShuffledStepCount() const { return m_ShuffledSteps; }
     // Adds a finding. Any thread.
     void Fail(const std::string& text) { m_Report.AddFinding(text); }
 
@@ -52,6 +54,7 @@ private:
     std::uint32_t m_Seed;
     SharedReport& m_Report;
     HostSystem m_System;
+    std::size_t m_ShuffledSteps;
     std::shared_ptr<void> m_Bundle; // a CFBundleRef
     stricthost::PluginModule* m_Module = nullptr;
     std::unique_ptr<Abilities> m_Abilities;

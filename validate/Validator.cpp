@@ -48,7 +48,7 @@ using Test = std::function<void(TestRun& run)>;
 // Runs in the process of the test.
 int RunTest(const ValidateOptions& options, std::uint32_t seed, const Test& test, SharedReport& report) {
     const fxhost::StageSpan span(fxhost::Stage::Draw);
-    TestRun run(options.plugin, seed, report, options.system);
+    TestRun run(options.plugin, seed, report, options.system, options.steps);
     try {
         test(run);
     } catch (const std::exception& error) {
@@ -73,7 +73,7 @@ void AddShortSequence(const ValidateOptions& options, TestResult& result) {
     const QuietErrors quiet;
     ValidateOptions quick = options;
     quick.timeout = std::min(options.timeout > 0 ? options.timeout : 10.0, 10.0);
-    const auto steps = Shorten(ShuffledSteps(result.seed, s_ShuffledSteps), s_ShortenAttempts,
+    const auto steps = Shorten(ShuffledSteps(result.seed, options.steps), s_ShortenAttempts,
                                [&](const std::vector<Step>& fewer) {
                                    SharedReport report;
                                    return RunInChild(
@@ -88,11 +88,12 @@ void AddShortSequence(const ValidateOptions& options, TestResult& result) {
 }
 
 TestResult RunRow(const ValidateOptions& options, std::uint32_t seed, const TestRow& row) {
-    TestResult result{row.name, row.protects, row.level, seed, Status::Passed, 0, {}, {}};
+    TestResult result{row.name, row.protects, row.level, seed, Status::Passed, 0, 0, {}, {}};
     SharedReport report;
     const Clock::time_point begin = Clock::now();
     result.status = RunInChild(options, seed, row.test, row.name, report);
     result.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    result.commands = report.CommandCount();
     result.findings = report.Findings();
     if (result.status == Status::Passed)
         return result;

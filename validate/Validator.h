@@ -10,12 +10,13 @@
 namespace validate {
 
 struct ValidateOptions {
-    std::string plugin;     // a bundle NAME.plugin or a bare module
-    int level = 5;          // runs all tests up to this level, 1 to 10
-    std::uint32_t seed = 1; // of the first run
-    int repeat = 1;         // runs, each with the next seed
-    double timeout = 60;    // seconds for one test; 0: no limit
-    std::string only;       // name of the only test to run, whatever its level; empty: all
+    std::string plugin;      // a bundle NAME.plugin or a bare module
+    int level = 5;           // runs all tests up to this level, 1 to 10
+    std::uint32_t seed = 1;  // of the first run
+    int repeat = 1;          // runs, each with the next seed
+    std::size_t steps = 500; // of the test "shuffled-commands"; a step sends two or three commands
+    double timeout = 60;     // seconds for one test; 0: no limit
+    std::string only;        // name of the only test to run, whatever its level; empty: all
     HostSystem system;
 };
 
@@ -27,6 +28,7 @@ struct TestResult {
     std::uint32_t seed = 0;
     Status status = Status::Passed;
     double seconds = 0;
+    std::size_t commands = 0; // that hosts sent
     std::vector<std::string> findings;
     std::vector<std::string> log; // the last commands; only of tests that did not pass
 };

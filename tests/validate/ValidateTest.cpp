@@ -187,7 +187,7 @@ TEST(ValidateTest, WrongUseNamesTheOption) {
 
 TEST(ValidateTest, ReportsCarryFindingsEscapedForTheirFormat) {
     const std::vector<TestResult> results = {
-        {"sizes", "a crash", 2, 7, Status::Failed, 0.5, {"1 < 2 & \"3\""}, {"1 RENDER"}}};
+        {"sizes", "a crash", 2, 7, Status::Failed, 0.5, 12, {"1 < 2 & \"3\""}, {"1 RENDER"}}};
     EXPECT_THAT(
         validate::ToJunit("a&b", results),
         testing::AllOf(HasSubstr("<testsuite name=\"a&amp;b\" tests=\"1\" failures=\"1\" errors=\"0\">"),
@@ -195,7 +195,8 @@ TEST(ValidateTest, ReportsCarryFindingsEscapedForTheirFormat) {
     EXPECT_THAT(validate::ToJson("plugin", results),
                 testing::AllOf(HasSubstr("\"verdict\": \"invalid\""), HasSubstr("1 < 2 & \\\"3\\\"")));
     EXPECT_EQ(validate::ExitStatusOf(results), 1);
-    EXPECT_THAT(validate::ToText(results), HasSubstr("protects from a crash"));
+    EXPECT_THAT(validate::ToText(results), testing::AllOf(HasSubstr("sizes  (0.50 s, 12 commands)"),
+                                                          HasSubstr("protects from a crash")));
 }
 
 } // namespace
