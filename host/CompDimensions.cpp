@@ -1,8 +1,8 @@
 #include "host/CompDimensions.h"
 
 #include "host/Geometry.h"
-#include "host/PremiereApi.h"
 #include "host/Suites.h"
+#include "sdk/PremiereApi.h"
 
 namespace Adapter {
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "host/HostApi.h"
+#include "sdk/HostApi.h"
 
 namespace Adapter {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/HostApi.h"
+#include "sdk/HostApi.h"
 
 // The one symbol that the plug-in module exports; the editing program calls it for every command. It may be
 // called from any thread, and again from inside the host's own callbacks. It never throws: the result is the

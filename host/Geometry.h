@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "host/HostApi.h"
+#include "sdk/HostApi.h"
 
 // Sizes, scales and rectangles.
 namespace Adapter {

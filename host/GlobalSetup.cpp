@@ -4,10 +4,10 @@
 #include "host/Commands.h"
 #include "host/HostHandle.h"
 #include "host/HostText.h"
-#include "host/PremiereApi.h"
 #include "host/SequenceRecord.h"
 #include "host/Suites.h"
 #include "sdk/PixelFormats.h"
+#include "sdk/PremiereApi.h"
 
 namespace Adapter {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/HostApi.h"
 #include "parameters/ParameterTraits.h"
+#include "sdk/HostApi.h"
 
 namespace Adapter {
 

@@ -3,7 +3,7 @@
 #include <map>
 #include <vector>
 
-#include "host/HostApi.h"
+#include "sdk/HostApi.h"
 
 // State that all instances of the effect share. It is written while parameters are published and while the
 // parameter controls are updated, always under the global mutex.

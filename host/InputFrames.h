@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/HostApi.h"
+#include "sdk/HostApi.h"
 
 class IPlugin;
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "host/HostApi.h"
+#include "sdk/HostApi.h"
 
 // The three blocks that the adapter keeps in host handles. Their layouts are fixed, because hosts copy them
 // byte by byte and keep them across versions of the module.

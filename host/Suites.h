@@ -2,12 +2,7 @@
 
 #include <initializer_list>
 
-// The headers of the suites, in an order in which the published ones compile.
-#include "host/HostApi.h"
-
-#include "AE_EffectCBSuites.h"
-#include "AE_EffectSuites.h"
-#include "AE_GeneralPlug.h"
+#include "sdk/SuitesApi.h"
 
 #include "AEGP_SuiteHandler.h"
 

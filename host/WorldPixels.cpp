@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "host/CommandCall.h"
-#include "host/PremiereApi.h"
 #include "host/Suites.h"
 #include "sdk/PixelFormats.h"
+#include "sdk/PremiereApi.h"
 
 namespace Adapter {
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "host/HostApi.h"
+#include "sdk/HostApi.h"
 
 // The pixels of the host's worlds: their depth, their extent and the memory between their rows.
 namespace Adapter {

@@ -5,7 +5,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "AE_GeneralPlug.h"
+#include "sdk/SuitesApi.h"
 #include "stricthost/ViolationList.h"
 
 namespace stricthost {

@@ -1,6 +1,6 @@
 #include <future>
 
-#include "AE_GeneralPlug.h"
+#include "sdk/SuitesApi.h"
 #include "stricthost/FrameGeometry.h"
 #include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"

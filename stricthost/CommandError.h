@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "AE_Effect.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

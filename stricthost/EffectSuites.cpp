@@ -1,6 +1,4 @@
-#include "AE_EffectCBSuites.h"
-#include "AE_EffectSuites.h"
-#include "AE_GeneralPlug.h"
+#include "sdk/SuitesApi.h"
 #include "stricthost/HandleCallbacks.h"
 #include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"

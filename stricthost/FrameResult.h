@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "AE_Effect.h"
 #include "pictures/Picture.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "AE_Effect.h"
 #include "pictures/Picture.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

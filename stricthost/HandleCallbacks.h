@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AE_EffectCBSuites.h"
+#include "sdk/SuitesApi.h"
 
 namespace stricthost {
 

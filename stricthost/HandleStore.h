@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "AE_Effect.h"
+#include "sdk/HostApi.h"
 #include "stricthost/ViolationList.h"
 
 namespace stricthost {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "AE_Effect.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

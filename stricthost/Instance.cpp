@@ -246,8 +246,8 @@ PF_ParamDef Instance::Definition(A_long index, const PF_InData& in, HostTime tim
     def.ui_flags = m_Controls[i].uiFlags;
     if (m_Core.options.quirks.hiddenParameters && i > 0)
         def.ui_flags |= PF_PUI_DISABLED | s_Invisible;
-    std::memset(def.name, 0, sizeof def.name);
-    m_Controls[i].label.copy(def.name, sizeof def.name - 1);
+    std::memset(def.PF_DEF_NAME, 0, sizeof def.PF_DEF_NAME);
+    m_Controls[i].label.copy(def.PF_DEF_NAME, sizeof def.PF_DEF_NAME - 1);
     WriteValue(ValueAt(index, time), Factor(in.downsample_x), Factor(in.downsample_y), def);
     return def;
 }
@@ -281,7 +281,7 @@ ColorValue Instance::ColorAt(A_long index, HostTime time) const {
 
 void Instance::SetControlState(A_long index, const PF_ParamDef& def) {
     ControlState& look = m_Controls[static_cast<std::size_t>(index)];
-    look.label = {def.name, strnlen(def.name, sizeof def.name - 1)};
+    look.label = {def.PF_DEF_NAME, strnlen(def.PF_DEF_NAME, sizeof def.PF_DEF_NAME - 1)};
     look.uiFlags = def.ui_flags;
 }
 

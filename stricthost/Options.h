@@ -5,9 +5,8 @@
 #include <set>
 #include <string>
 
-#include "AE_Effect.h"
-#include "AE_GeneralPlug.h"
 #include "pictures/Picture.h"
+#include "sdk/SuitesApi.h"
 #include "stricthost/Quirks.h"
 
 namespace stricthost {

@@ -120,7 +120,7 @@ std::vector<std::string> SplitChoices(const char* names) {
 }
 
 std::string Label(const Def& def) {
-    return {def.name, strnlen(def.name, sizeof def.name)};
+    return {def.PF_DEF_NAME, strnlen(def.PF_DEF_NAME, sizeof def.PF_DEF_NAME)};
 }
 
 } // namespace
@@ -165,14 +165,14 @@ bool ParamTable::Add(const PF_ParamDef& def) {
         param.sliderMax = slider.slider_max;
         param.precision = slider.precision;
     } else if (def.param_type == PF_Param_POPUP) {
-        param.choices = SplitChoices(def.u.pd.u.namesptr);
-        param.def.u.pd.u.namesptr = "";
+        param.choices = SplitChoices(def.u.pd.u.PF_DEF_NAMESPTR);
+        param.def.u.pd.u.PF_DEF_NAMESPTR = "";
     } else if (def.param_type == PF_Param_CHECKBOX) {
-        param.text = def.u.bd.u.nameptr ? def.u.bd.u.nameptr : "";
-        param.def.u.bd.u.nameptr = "";
+        param.text = def.u.bd.u.PF_DEF_NAMEPTR ? def.u.bd.u.PF_DEF_NAMEPTR : "";
+        param.def.u.bd.u.PF_DEF_NAMEPTR = "";
     } else if (def.param_type == PF_Param_BUTTON) {
-        param.text = def.u.button_d.u.namesptr ? def.u.button_d.u.namesptr : "";
-        param.def.u.button_d.u.namesptr = "";
+        param.text = def.u.button_d.u.PF_DEF_NAMESPTR ? def.u.button_d.u.PF_DEF_NAMESPTR : "";
+        param.def.u.button_d.u.PF_DEF_NAMESPTR = "";
     }
     m_Params.push_back(std::move(param));
     return true;

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "AE_Effect.h"
+#include "sdk/HostApi.h"
 #include "stricthost/ParamValue.h"
 
 namespace stricthost {

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "AE_Effect.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

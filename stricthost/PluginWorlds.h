@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "AE_Effect.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

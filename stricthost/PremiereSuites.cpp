@@ -1,5 +1,4 @@
-#include "PrSDKAESupport.h"
-#include "PrSDKSequenceInfoSuite.h"
+#include "sdk/PremiereApi.h"
 #include "stricthost/FrameGeometry.h"
 #include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AE_Effect.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

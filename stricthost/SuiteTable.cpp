@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "SPErrorCodes.h"
 #include "stricthost/HostCall.h"
 #include "stricthost/HostCore.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "SPBasic.h"
+#include "sdk/HostApi.h"
 #include "stricthost/Options.h"
 #include "stricthost/ViolationList.h"
 

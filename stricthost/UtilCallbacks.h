@@ -1,7 +1,6 @@
 #pragma once
 
-#include "AE_Effect.h"
-#include "AE_EffectCB.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

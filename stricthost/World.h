@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "AE_Effect.h"
 #include "pictures/Picture.h"
+#include "sdk/HostApi.h"
 
 namespace stricthost {
 

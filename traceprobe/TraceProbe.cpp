@@ -9,8 +9,7 @@
 #include <mutex>
 #include <string>
 
-#include "AE_Effect.h"
-#include "AE_EffectCB.h"
+#include "sdk/HostApi.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-"""Compiles each source of the adapter alone against headers that are laid out and guarded like the vendor's SDK.
+"""Compiles each source that sees the host API alone against headers that are laid out and guarded like the vendor's SDK.
 
 Usage: check_vendor_headers.py COMPILER SOURCE_FOLDER
 
@@ -27,7 +27,8 @@ FOLDER_OF = {
 }
 # The suite handler is the only header that brings what its own functions need.
 KEPT_INCLUDES = {"AEGP_SuiteHandler.h": ["SPBasic.h", "SPErrorCodes.h"]}
-OWN_HEADERS = ["PixelFormats.h"]  # of the project, in use with either SDK
+ROOMS = ["host", "plugin", "stricthost", "traceprobe"]
+OWN_HEADERS = ["PixelFormats.h", "HostApi.h", "SuitesApi.h", "PremiereApi.h"]  # of the project, in use with either SDK
 
 GUARDED = """#ifndef STANDIN_{name}
 #define STANDIN_{name}
@@ -46,7 +47,7 @@ REJECTED = {
     "no AEConfig.h": '#include "AE_Effect.h"\n',
     "no AE_EffectCB.h": '#include "host/CommandCall.h"\n#include "AE_EffectSuites.h"\n'
     "auto size = sizeof(PF_EffectUISuite1) + sizeof(PF_ParamUtilsSuite3) + sizeof(PF_HandleSuite1);\n",
-    "no PrSDKPixelFormat.h": '#include "host/HostApi.h"\n#include "PrSDKAESupport.h"\n',
+    "no PrSDKPixelFormat.h": '#include "sdk/HostApi.h"\n#include "PrSDKAESupport.h"\n',
 }
 
 
@@ -94,7 +95,7 @@ def write_sdk(root, sources, later):
 
 def main(compiler, source_folder):
     source_folder = pathlib.Path(source_folder)
-    sources = sorted((source_folder / "host").glob("*.cpp"))
+    sources = [source for room in ROOMS for source in sorted((source_folder / room).glob("*.cpp"))]
     headers = sorted((source_folder / "sdk").glob("*.h")) + sorted((source_folder / "sdk/premiere").glob("*.h"))
     assert sources and headers
     with tempfile.TemporaryDirectory() as folder:
@@ -104,6 +105,7 @@ def main(compiler, source_folder):
 
         def errors(source, sdk):
             command = [compiler, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Werror", "-I", source_folder]
+            command.append('-DFX_MODULE_FOLDER=""')
             for part in FOLDERS:
                 command += ["-isystem", folder / sdk / part]
             result = subprocess.run(command + [source], capture_output=True, text=True)
