@@ -14,6 +14,7 @@ import collections
 import pathlib
 import random
 import shutil
+import signal
 import subprocess
 import sys
 import time
@@ -56,7 +57,7 @@ def copy_tree():
         if target.exists() and target.read_bytes() == source.read_bytes():
             continue
         target.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy2(source, target, follow_symlinks=True)
+        shutil.copy(source, target)  # with a new time, so that a fault of an interrupted run is built again
 
 
 def build(target):
@@ -118,6 +119,7 @@ def main():
         print("\n".join(f"{fault.number}: {fault.file}: {fault.old.strip()}" for fault in faults))
         return 0
 
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))  # outcome() then takes the fault out again
     prepare()
     counts = collections.Counter()
     started = time.monotonic()
