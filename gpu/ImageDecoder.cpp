@@ -19,6 +19,7 @@
 namespace {
 
 constexpr std::string_view s_RadianceSignature = "#?RADIANCE\n";
+constexpr std::string_view s_PngSignature = "\x89PNG\r\n\x1a\n";
 constexpr int s_Channels = 4;
 // The best compression of any supported format: deflate stores 1032 bytes in one, each with eight pixels of
 // one bit. A file whose header claims more pixels is damaged, and decoding it would only fill memory.
@@ -33,6 +34,24 @@ bool ClaimsTooManyPixels(const unsigned char* bytes, int size) {
     int width = 0, height = 0, channels = 0;
     const bool isKnown = stbi_info_from_memory(bytes, size, &width, &height, &channels) != 0;
     return isKnown && double{1} * width * height > s_MostPixelsPerByte * size;
+}
+
+// The decoder allocates the stated length of compressed pixels, up to 2 GiB, before it reads them.
+bool HasOverlongPngChunk(std::string_view file) {
+    constexpr std::size_t head = 8, checksum = 4; // bytes; the head is length and type
+    if (!file.starts_with(s_PngSignature))
+        return false;
+    file.remove_prefix(s_PngSignature.size());
+    while (file.size() >= head && file.substr(4, 4) != "IEND") {
+        std::size_t length = 0;
+        for (const char byte : file.substr(0, 4))
+            length = length << 8 | static_cast<unsigned char>(byte);
+        file.remove_prefix(head);
+        if (length > file.size())
+            return true;
+        file.remove_prefix(std::min(length + checksum, file.size()));
+    }
+    return false;
 }
 
 bool IsPnm(std::string_view file) {
@@ -70,6 +89,8 @@ std::string Objection(const std::vector<unsigned char>& file, int size) {
     if (HasOverlongHuffmanTable(file))
         return "a Huffman table of the JPEG file has more than 256 codes";
     const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
+    if (HasOverlongPngChunk(text))
+        return "the PNG file ends within a chunk";
     if (IsPnm(text) && HasOverlongPnmNumber(text))
         return "a number in the header of the PNM file is too long";
     if (IsDeepPnm(file, size))
