@@ -2,8 +2,9 @@
 
 /* The types, constants and functions of OpenGL 2.1, with the extensions ARB_framebuffer_object,
    ARB_texture_float and EXT_texture_swizzle, that this project uses. Written from the published reference of
-   OpenGL 2.1 and the texts of the extensions. The cross build compiles with this header; on a Mac the system's
-   own OpenGL/gl.h takes its place. A name that a legacy context does not have must not be added here. */
+   OpenGL 2.1 and the texts of the extensions. The cross build compiles with this header; on a Mac the
+   system's own OpenGL/gl.h takes its place. A name that a legacy context does not have must not be added
+   here. */
 
 #ifdef __cplusplus
 extern "C" {
