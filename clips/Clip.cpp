@@ -88,8 +88,9 @@ PipelineResult Clip::renderAll(const RenderFunction& render, Progress& progress)
 void Clip::startSink(const Animation& animation, const std::vector<LayerInput>& layers) {
     ContentDigest common;
     common.add(m_Request.identity);
-    common.add(static_cast<std::uint64_t>(m_Request.alphaIn));
-    common.add(static_cast<std::uint64_t>(m_Request.alphaOut));
+    common.add(static_cast<std::uint64_t>(m_Request.reading.alpha));
+    common.add(static_cast<std::uint64_t>(m_Request.writing.alpha));
+    common.add(static_cast<std::uint64_t>(m_Options.interlacing));
     const FrameDigests digests(common.value(), *m_Input.source, animation, layers);
     for (FrameId& frame : m_Input.plan.frames)
         frame.digest = digests.of(frame.number, timeOf(frame.number));
@@ -138,7 +139,10 @@ Picture Clip::renderFirst(FrameRenderer& renderer, const Animation& animation,
     if (!input)
         throw WrongUse("--input " + m_Request.input + ": has no frame " + std::to_string(number));
     ReportFrame(number);
-    return renderer.render({std::move(*input), time, animation.at(time), layers});
+    const auto origin = input->origin;
+    Picture picture = renderer.render({std::move(*input), time, animation.at(time), layers});
+    picture.origin = origin;
+    return picture;
 }
 
 void Clip::requireSpace(std::uint64_t bytes) const {

@@ -63,12 +63,20 @@ private:
         std::vector<long> numbers = numbersIn(onDisk.front(), onDisk.back());
         const PictureNumbers files = ApplyMissing(m_Options.missing, pattern, onDisk, numbers);
         plan(numbers);
-        m_Input.source = OpenPictures(pattern, files, m_Request.depth, m_Request.alphaIn);
+        m_Input.source = OpenPictures(pattern, files, m_Request.reading);
+        useRateOfPictures();
+    }
+
+    // Some pictures state their rate.
+    void useRateOfPictures() {
+        if (m_Options.fps.empty() && m_Input.source->rate())
+            m_Input.rate = *m_Input.source->rate();
     }
 
     void openVideo() {
         m_Input.video = ProbeVideo(m_Request.input);
-        const VideoInfo& video = *m_Input.video;
+        VideoInfo& video = *m_Input.video;
+        handleInterlacing();
         if (m_Options.fps.empty())
             m_Input.rate = video.rate;
         m_Input.firstFrameTime = video.start;
@@ -81,8 +89,21 @@ private:
             throw WrongUse("--frames " + m_Options.frames + ": " + m_Request.input + " has only " +
                            std::to_string(count) + " frames");
         plan(numbersIn(1, count));
-        m_Input.source =
-            OpenVideo(m_Request.input, video, m_Request.depth, required, frames, m_Request.alphaIn);
+        m_Input.source = OpenVideo(m_Request.input, video, m_Request.reading.depth, required, frames,
+                                   m_Request.reading.alpha);
+    }
+
+    void handleInterlacing() {
+        VideoInfo& video = *m_Input.video;
+        if (video.metadata.fieldOrder.empty())
+            return;
+        if (m_Options.interlacing == Interlacing::Refuse)
+            throw WrongUse("--input " + m_Request.input +
+                           ": is interlaced; --interlaced deinterlace makes whole frames of the fields, "
+                           "--interlaced keep renders frames with the rows of both");
+        video.isDeinterlaced = m_Options.interlacing == Interlacing::Deinterlace;
+        if (video.isDeinterlaced)
+            video.metadata.fieldOrder.clear();
     }
 
     // A variable frame rate becomes a constant one, which is the rate of --fps when that is given.
@@ -107,8 +128,8 @@ private:
         m_Input.plan.first = m_List ? m_List->first() : 1;
         if (!m_Input.plan.endless)
             plan(closedNumbers("standard input"));
-        m_Input.source = ReadRawFrames(STDIN_FILENO, width, height, m_Request.depth.value_or(8), required,
-                                       m_Request.alphaIn);
+        m_Input.source = ReadRawFrames(STDIN_FILENO, width, height, m_Request.reading.depth.value_or(8),
+                                       required, m_Request.reading.alpha);
     }
 
     void openStill() {
@@ -119,10 +140,11 @@ private:
                            (m_Request.input.empty() ? "an empty layer" : m_Request.input));
         m_Input.zeroFrame = std::min(1L, m_List->first());
         plan(closedNumbers(m_Request.input.empty() ? "an empty layer" : m_Request.input));
-        m_Input.source = RepeatPicture(
-            m_Request.input.empty() ? Picture(m_Request.width, m_Request.height, m_Request.depth.value_or(8))
-                                    : ReadPicture(m_Request.input, m_Request.depth, m_Request.alphaIn),
-            m_Request.input);
+        m_Input.source =
+            RepeatPicture(m_Request.input.empty() ? Picture(m_Request.width, m_Request.height,
+                                                            m_Request.reading.depth.value_or(8))
+                                                  : ReadPicture(m_Request.input, m_Request.reading),
+                          m_Request.input);
     }
 
     // Videos and streams number their frames from 1.

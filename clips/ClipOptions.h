@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/Alpha.h"
+#include "toolkit/PictureFile.h"
 
 namespace fxhost {
 
@@ -17,11 +17,19 @@ enum class MissingFrames {
     Skip,  // these frames are left out
 };
 
+// What happens to interlaced video.
+enum class Interlacing {
+    Refuse,
+    Deinterlace, // one frame is made of each pair of fields
+    Keep,        // a frame has the rows of both fields
+};
+
 // The command-line options of a clip, as the user wrote them; empty where not given.
 struct ClipOptions {
     std::string frames, fps, shard, keys, raw;
     std::string codec, pixelFormat, codecOptions;
     std::optional<long> zeroFrame;
+    Interlacing interlacing = Interlacing::Refuse;
     MissingFrames missing = MissingFrames::Error;
     bool resume = false;
     bool keepExisting = false; // do not replace existing files
@@ -31,11 +39,11 @@ struct ClipOptions {
 
 // The options that a clip shares with a single picture.
 struct ClipRequest {
-    std::string input;              // file, number pattern, "-", or empty for an empty layer
-    unsigned width = 0, height = 0; // of the empty layer, in pixels
-    std::string output;             // number pattern, video, "-", or /dev/null
-    std::optional<unsigned> depth;  // bits per channel; the input's own when not given
-    AlphaMode alphaIn = AlphaMode::Auto, alphaOut = AlphaMode::Auto; // how the files store colours
+    std::string input;                    // file, number pattern, "-", or empty for an empty layer
+    unsigned width = 0, height = 0;       // of the empty layer, in pixels
+    std::string output;                   // number pattern, video, "-", or /dev/null
+    PictureReading reading;               // of the input; of videos and pipes only depth and alpha
+    PictureWriting writing;               // of the output; of videos and pipes only alpha
     double time = 0;                      // seconds that are added to the time of every frame
     std::uint64_t identity = 0;           // digest of the effect and everything else that frames depend on
     std::vector<std::string> otherInputs; // files that are read besides the input

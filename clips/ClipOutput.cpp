@@ -27,7 +27,8 @@ std::string EncoderIdentity(const ClipOptions& options, const VideoContent& cont
     for (const auto& text :
          {options.codec, options.pixelFormat, options.codecOptions, content.rate.text(),
           std::to_string(content.start), std::string(content.hasAlpha ? "alpha" : "opaque"), content.matrix,
-          content.primaries, content.transfer})
+          content.primaries, content.transfer, std::string(content.isFullRange ? "full" : ""),
+          content.pixelAspect, content.masteringDisplay, content.contentLight})
         identity += text + "\n";
     return identity;
 }
@@ -40,9 +41,9 @@ std::string SoundIdentity(const SoundTrack& sound) {
     return std::to_string(digest.value());
 }
 
-// The sound of the input, when each output frame is an input frame at its own time.
+// The sound and the subtitles of the input, when each output frame is an input frame at its own time.
 SoundTrack SoundFor(const ClipOptions& options, const ClipRequest& request, const ClipInput& input) {
-    if (!input.video || !input.video->hasSound)
+    if (!input.video || (!input.video->hasSound && input.video->metadata.subtitles.empty()))
         return {};
     const auto& frames = input.plan.frames;
     const long firstNumber = frames.front().number;
@@ -54,12 +55,26 @@ SoundTrack SoundFor(const ClipOptions& options, const ClipRequest& request, cons
     }
     SoundTrack sound;
     sound.path = request.input;
+    sound.hasSound = input.video->hasSound;
+    sound.subtitles = input.video->metadata.subtitles;
     const double first = input.firstFrameTime + input.rate.timeOf(static_cast<double>(firstNumber - 1));
     if (firstNumber > 1)
         sound.start = first;
     if (!options.frames.empty())
         sound.seconds = first - sound.start + input.rate.timeOf(static_cast<double>(frames.size()));
     return sound;
+}
+
+// The output has the chapters of the input when it has the same frames at the same times.
+MetadataSource MetadataSourceOf(const ClipRequest& request, const ClipInput& input) {
+    const auto& frames = input.plan.frames;
+    MetadataSource source{request.input, input.video->metadata, true};
+    source.keepsChapters = frames.front().number == 1 && input.rate == input.video->rate &&
+                           frames.back().number == static_cast<long>(frames.size()) &&
+                           frames.back().number >= input.video->packets;
+    const std::string& timecode = input.video->metadata.timecode;
+    source.metadata.timecode = TimecodeLater(timecode, frames.front().number - 1, input.rate);
+    return source;
 }
 
 std::unique_ptr<FrameSink> OpenVideoOutput(const ClipOptions& options, const ClipRequest& request,
@@ -71,12 +86,18 @@ std::unique_ptr<FrameSink> OpenVideoOutput(const ClipOptions& options, const Cli
     job.width = input.source->width();
     job.height = input.source->height();
     job.depth = input.source->depth();
-    job.alpha = request.alphaOut;
+    job.alpha = request.writing.alpha;
     job.content.hasAlpha = input.source->hasAlpha();
     if (input.video) {
         job.content.matrix = input.video->matrix;
-        job.content.primaries = input.video->primaries;
-        job.content.transfer = input.video->transfer;
+        const VideoMetadata& metadata = input.video->metadata;
+        job.content.primaries = metadata.primaries;
+        job.content.transfer = metadata.transfer;
+        job.content.isFullRange = metadata.isFullRange;
+        job.content.pixelAspect = metadata.pixelAspect;
+        job.content.masteringDisplay = metadata.masteringDisplay;
+        job.content.contentLight = metadata.contentLight;
+        job.source = MetadataSourceOf(request, input);
     }
     job.sound = SoundFor(options, request, input);
     if (!job.sound.path.empty() &&
@@ -115,12 +136,12 @@ std::unique_ptr<FrameSink> OpenClipOutput(const ClipOptions& options, const Clip
                                           const ClipInput& input) {
     RequireNoInputAsOutput(request, input);
     if (request.output == "-")
-        return WriteRawFrames(STDOUT_FILENO, request.alphaOut);
+        return WriteRawFrames(STDOUT_FILENO, request.writing.alpha);
     if (request.output == DiscardPath)
         return DiscardFrames();
     if (const auto pattern = NumberPattern::Parse("--output", request.output))
         return WritePictures(
-            {*pattern, PlannedNumbers(input.plan), request.alphaOut, options.resume, !options.keepExisting});
+            {*pattern, PlannedNumbers(input.plan), request.writing, options.resume, !options.keepExisting});
     return OpenVideoOutput(options, request, input);
 }
 

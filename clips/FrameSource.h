@@ -4,6 +4,7 @@
 #include <string>
 
 #include "clips/FrameList.h"
+#include "clips/FrameRate.h"
 #include "pictures/Picture.h"
 
 namespace fxhost {
@@ -27,7 +28,11 @@ public:
     unsigned depth() const { return m_Depth; }   // bits per channel: 8, 16 or 32
     bool hasAlpha() const { return m_HasAlpha; } // false when every pixel is opaque
 
+    // The frame rate that the pictures state; nothing when there is none. Videos have more, see VideoInfo.
+    const std::optional<FrameRate>& rate() const { return m_Rate; }
+
 protected:
+    std::optional<FrameRate> m_Rate;
     unsigned m_Width = 0, m_Height = 0, m_Depth = 8;
     bool m_HasAlpha = true;
 };

@@ -1,11 +1,13 @@
 #include "clips/PictureSink.h"
 
+#include <atomic>
 #include <filesystem>
 
 #include "clips/FailedPicture.h"
 #include "clips/FrameRecord.h"
 #include "clips/OutputLock.h"
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 #include "toolkit/PictureFile.h"
 
 namespace fxhost {
@@ -15,7 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 const PictureJob& Checked(const PictureJob& job) {
-    RequireWritable(job.pattern.path(0));
+    RequireWritable(job.pattern.path(0), job.writing);
     return job;
 }
 
@@ -41,7 +43,9 @@ public:
         return same ? Earlier::Complete : Earlier::Outdated;
     }
     void write(const FrameId& frame, const Picture& picture) override {
-        WritePicture(path(frame), picture, m_Job.alpha);
+        PictureWriting writing = m_Job.writing;
+        writing.reportsLoss = m_ReportsLoss.exchange(false);
+        PrintLoss(m_Job.pattern.text(), WritePicture(path(frame), picture, writing));
         m_Record.append(frame.number, frame.digest, path(frame));
         RemoveFailedPicture(path(frame));
     }
@@ -49,7 +53,7 @@ public:
         KeepFailedPicture(path(frame), picture);
     }
     std::uint64_t tryOut(const Picture& picture) const override {
-        return TryPicture(m_Job.pattern.path(0), picture, m_Job.alpha);
+        return TryPicture(m_Job.pattern.path(0), picture, m_Job.writing);
     }
     std::string file(const FrameId& frame) const override { return path(frame); }
     bool isParallel() const override { return true; }
@@ -61,6 +65,7 @@ private:
     const PictureJob m_Job;
     const OutputLock m_Lock;
     FrameRecord m_Record;
+    std::atomic<bool> m_ReportsLoss{true};
 };
 
 class DiscardingSink final : public FrameSink {

@@ -2,9 +2,9 @@
 
 #include <filesystem>
 
-#include "clips/PictureHeader.h"
 #include "toolkit/Errors.h"
 #include "toolkit/PictureFile.h"
+#include "toolkit/PictureOrigin.h"
 
 namespace fxhost {
 
@@ -14,17 +14,32 @@ std::string SizeText(unsigned width, unsigned height) {
     return std::to_string(width) + "x" + std::to_string(height);
 }
 
+// EXR and DPX files may state it.
+std::optional<FrameRate> RateOf(const PictureOrigin& origin) {
+    const auto* const found = origin.spec.find_attribute("FramesPerSecond");
+    if (!found)
+        return std::nullopt;
+    try {
+        const bool isFraction = found->type() == OIIO::TypeRational;
+        const auto* const parts = static_cast<const int*>(found->data());
+        return FrameRate::Parse(isFraction ? std::to_string(parts[0]) + "/" + std::to_string(parts[1])
+                                           : found->get_string());
+    } catch (const WrongUse&) { // It is not a rate.
+        return std::nullopt;
+    }
+}
+
 class PictureSource final : public FrameSource {
 public:
-    PictureSource(const NumberPattern& pattern, const PictureNumbers& numbers, std::optional<unsigned> depth,
-                  AlphaMode alpha)
-        : m_Pattern(pattern), m_Numbers(numbers), m_Alpha(alpha) {
-        const Picture picture = readFile(numbers.model, depth);
+    PictureSource(const NumberPattern& pattern, const PictureNumbers& numbers, const PictureReading& reading)
+        : m_Pattern(pattern), m_Numbers(numbers), m_Reading(reading) {
+        const Picture picture = readFile(numbers.model);
         m_Width = picture.width;
         m_Height = picture.height;
         m_Depth = picture.depth;
-        const auto header = ReadPictureHeader(pattern.path(numbers.model));
-        m_HasAlpha = header && header->hasAlpha;
+        m_Reading.depth = m_Depth;
+        m_HasAlpha = picture.origin->hasAlpha;
+        m_Rate = RateOf(*picture.origin);
     }
 
     std::optional<Picture> read(long frame) override {
@@ -32,7 +47,7 @@ public:
         if (!file)
             return black();
         const long number = *file;
-        Picture picture = readFile(number, m_Depth);
+        Picture picture = readFile(number);
         if (picture.width != m_Width || picture.height != m_Height)
             throw WrongUse(m_Pattern.path(number) + ": " + SizeText(picture.width, picture.height) +
                            " pixels, but --input " + m_Pattern.text() + " started with " +
@@ -58,17 +73,17 @@ private:
         return picture;
     }
 
-    Picture readFile(long number, std::optional<unsigned> depth) const {
+    Picture readFile(long number) const {
         const std::string path = m_Pattern.path(number);
         if (!std::filesystem::exists(path))
             throw WrongUse(path + ": no such file; --input " + m_Pattern.text() + " needs it for frame " +
                            std::to_string(number));
-        return ReadPicture(path, depth, m_Alpha);
+        return ReadPicture(path, m_Reading);
     }
 
     const NumberPattern m_Pattern;
     const PictureNumbers m_Numbers;
-    const AlphaMode m_Alpha;
+    PictureReading m_Reading;
 };
 
 class StillSource final : public FrameSource {
@@ -77,6 +92,7 @@ public:
         m_Width = m_Picture.width;
         m_Height = m_Picture.height;
         m_Depth = m_Picture.depth;
+        m_HasAlpha = !m_Picture.origin || m_Picture.origin->hasAlpha;
     }
     std::optional<Picture> read(long) override { return m_Picture; }
     std::string file(long) const override { return m_File; }
@@ -90,8 +106,8 @@ private:
 } // namespace
 
 std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, const PictureNumbers& numbers,
-                                          std::optional<unsigned> depth, AlphaMode alpha) {
-    return std::make_unique<PictureSource>(pattern, numbers, depth, alpha);
+                                          const PictureReading& reading) {
+    return std::make_unique<PictureSource>(pattern, numbers, reading);
 }
 
 std::unique_ptr<FrameSource> RepeatPicture(Picture picture, const std::string& file) {

@@ -6,7 +6,7 @@
 
 #include "clips/FrameSource.h"
 #include "clips/NumberPattern.h"
-#include "toolkit/Alpha.h"
+#include "toolkit/PictureFile.h"
 
 namespace fxhost {
 
@@ -17,10 +17,10 @@ struct PictureNumbers {
     std::map<long, std::optional<long>> substitutes;
 };
 
-// Reads numbered pictures. All have the size of the model, and its depth unless `depth` is given (bits per
-// channel). Throws WrongUse when that picture cannot be read.
+// Reads numbered pictures. All have the size of the model, and its depth unless one is given. Throws WrongUse
+// when that picture cannot be read.
 std::unique_ptr<FrameSource> OpenPictures(const NumberPattern& pattern, const PictureNumbers& numbers,
-                                          std::optional<unsigned> depth, AlphaMode alpha);
+                                          const PictureReading& reading);
 
 // Shows the same picture in every frame. `file`: where it comes from, or empty.
 std::unique_ptr<FrameSource> RepeatPicture(Picture picture, const std::string& file);

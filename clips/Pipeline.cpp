@@ -45,7 +45,9 @@ bool RenderAll(ReadAhead& reader, WriteBehind& writer, const FramePlan& plan, co
             const FrameId frame = plan.at(i);
             ReportFrame(frame.number);
             const auto begin = Clock::now();
+            const auto origin = input->origin;
             RenderedFrame rendered = render(frame, std::move(*input));
+            rendered.picture.origin = origin;
             rendered.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
             result.renderSeconds += rendered.seconds;
             if (rendered.hasFailed)

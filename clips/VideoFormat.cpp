@@ -67,10 +67,35 @@ void AddWords(std::vector<std::string>& list, const std::string& text) {
 
 // Adds the conversion from RGB and the colour tags. Some encoders take the tags from the frames, others from
 // the options, so both are set.
-void AddColours(std::vector<std::string>& list, const ColourTags& tags, unsigned width, unsigned height) {
-    list.insert(list.end(), {"-vf", FromRgbFilter(tags, width, height), "-color_range",
-                             tags.isFullRange ? "pc" : "tv", "-colorspace", tags.matrix, "-color_primaries",
-                             tags.primaries, "-color_trc", tags.transfer});
+void AddColours(std::vector<std::string>& list, const ColourTags& tags) {
+    list.insert(list.end(), {"-color_range", tags.isFullRange ? "pc" : "tv", "-colorspace", tags.matrix,
+                             "-color_primaries", tags.primaries, "-color_trc", tags.transfer});
+}
+
+// RGB has no matrix, but may have other tags. Returns the filter that sets them; may be empty.
+std::string AddColoursOfRgb(std::vector<std::string>& list, const VideoContent& content) {
+    std::string filter;
+    const auto add = [&](const std::string& tag, const char* option, const char* parameter) {
+        if (tag.empty())
+            return;
+        list.insert(list.end(), {option, tag});
+        filter += (filter.empty() ? "setparams=" : ":") + std::string(parameter) + "=" + tag;
+    };
+    add(content.primaries, "-color_primaries", "color_primaries");
+    add(content.transfer, "-color_trc", "color_trc");
+    return filter;
+}
+
+// The arguments of the encoder, with the HDR10 data that only H.265 takes as options.
+std::string ArgumentsOf(const FormatRow& row, const VideoContent& content) {
+    std::string arguments = row.arguments;
+    if (std::string(row.codec) != "libx265")
+        return arguments;
+    if (!content.masteringDisplay.empty())
+        arguments += ":hdr10=1:repeat-headers=1:master-display=" + content.masteringDisplay;
+    if (!content.contentLight.empty())
+        arguments += ":max-cll=" + content.contentLight;
+    return arguments;
 }
 
 ColourTags TagsFor(const std::string& pixelFormat, const VideoContent& content, unsigned width,
@@ -80,7 +105,7 @@ ColourTags TagsFor(const std::string& pixelFormat, const VideoContent& content, 
     const bool known = !content.matrix.empty() && content.matrix != "gbr" && content.matrix != "rgb";
     const std::string matrix = known ? content.matrix : DefaultMatrix(width, height);
     const auto orMatrix = [&](const std::string& tag) { return tag.empty() ? matrix : tag; };
-    return {matrix, orMatrix(content.primaries), orMatrix(content.transfer)};
+    return {matrix, orMatrix(content.primaries), orMatrix(content.transfer), content.isFullRange};
 }
 
 bool IsRgb(const std::string& pixelFormat) {
@@ -141,14 +166,28 @@ VideoFormat ChooseVideoFormat(const std::string& path, const EncoderOptions& opt
         row.hasAlpha || (content.hasAlpha && (!isDefaultCodec || !options.pixelFormat.empty()));
     format.arguments = {"-c:v", isDefaultCodec ? row.codec : options.codec};
     if (isDefaultCodec) {
-        AddWords(format.arguments, row.arguments);
+        AddWords(format.arguments, ArgumentsOf(row, content));
         format.arguments.insert(format.arguments.end(), {"-threads", CodecThreads()});
     }
     if (!pixelFormat.empty())
         format.arguments.insert(format.arguments.end(), {"-pix_fmt", pixelFormat});
     format.isYuv = !IsRgb(pixelFormat);
-    if (format.isYuv)
-        AddColours(format.arguments, TagsFor(pixelFormat, content, width, height), width, height);
+    std::string filter;
+    if (format.isYuv) {
+        ColourTags tags = TagsFor(pixelFormat, content, width, height);
+        tags.isFullRange &= format.arguments[1] != "prores_ks"; // ProRes is always of limited range.
+        filter = FromRgbFilter(tags, width, height);
+        AddColours(format.arguments, tags);
+    } else {
+        filter = AddColoursOfRgb(format.arguments, content);
+    }
+    if (!content.pixelAspect.empty()) {
+        std::string ratio = content.pixelAspect;
+        std::replace(ratio.begin(), ratio.end(), ':', '/');
+        filter += (filter.empty() ? "setsar=" : ",setsar=") + ratio;
+    }
+    if (!filter.empty())
+        format.arguments.insert(format.arguments.end(), {"-vf", filter});
     AddWords(format.arguments, options.arguments);
     return format;
 }

@@ -23,6 +23,9 @@ struct VideoContent {
     double start = 0;                        // time of the first frame in the output, in seconds
     bool hasAlpha = false;                   // false when every pixel is opaque
     std::string matrix, primaries, transfer; // tags of the input video in FFmpeg's names; may be empty
+    bool isFullRange = false;
+    std::string pixelAspect;                    // such as "4:3"; empty for square pixels
+    std::string masteringDisplay, contentLight; // HDR10, as in VideoMetadata
 };
 
 // The encoder for frames of one size and depth.

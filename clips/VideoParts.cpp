@@ -11,6 +11,7 @@
 #include "toolkit/AtomicFile.h"
 #include "toolkit/ContentDigest.h"
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
 
@@ -169,11 +170,31 @@ std::string VideoParts::listFile(std::size_t frames) const {
     return list;
 }
 
+// Adds the sound and the subtitles, which are streams of input 1.
+void VideoParts::addSound(std::vector<std::string>& arguments, bool copySound) const {
+    const SoundTrack& sound = m_Job.sound;
+    const auto add = [&](const std::vector<std::string>& more) {
+        arguments.insert(arguments.end(), more.begin(), more.end());
+    };
+    if (sound.hasSound)
+        add({"-map", "1:a"});
+    if (sound.hasSound && copySound)
+        add({"-c:a", "copy"});
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < sound.subtitles.size(); ++i) {
+        const std::string codec =
+            SubtitleCodec(fs::path(m_Job.path).extension().string(), sound.subtitles[i]);
+        if (!codec.empty())
+            add({"-map", "1:s:" + std::to_string(i), "-c:s:" + std::to_string(count++), codec});
+    }
+}
+
 void VideoParts::runJoin(const fs::path& target, bool copySound) const {
     std::vector<std::string> arguments = {"ffmpeg",   "-v", "error",
                                           "-nostdin", "-y", "-f",
                                           "concat",   "-i", FileArgument((m_Folder / "list").string())};
     const SoundTrack& sound = m_Job.sound;
+    const MetadataSource& source = m_Job.source;
     const auto add = [&](std::initializer_list<std::string> more) {
         arguments.insert(arguments.end(), more);
     };
@@ -184,11 +205,18 @@ void VideoParts::runJoin(const fs::path& target, bool copySound) const {
             add({"-t", Seconds(sound.seconds)});
         add({"-i", FileArgument(sound.path)});
     }
+    if (!source.path.empty())
+        add({"-i", FileArgument(source.path)});
     add({"-map", "0:v:0", "-c:v", "copy"});
     if (!sound.path.empty())
-        add({"-map", "1:a"});
-    if (!sound.path.empty() && copySound)
-        add({"-c:a", "copy"});
+        addSound(arguments, copySound);
+    if (!source.path.empty()) {
+        const std::string index = sound.path.empty() ? "1" : "2";
+        add({"-map_metadata", index, "-map_chapters", source.keepsChapters ? index : "-1"});
+        for (const char* name : {"major_brand", "minor_version", "compatible_brands", "encoder", "DURATION"})
+            add({"-metadata", std::string(name) + "="});
+        add({"-metadata", "timecode=" + source.metadata.timecode});
+    }
     add({"-bsf:v", TimeStampFilter(m_Job.content), "-video_track_timescale",
          std::to_string(VideoTimescale(m_Job.content)), "-fflags", "+bitexact",
          FileArgument(target.string())});
@@ -209,10 +237,13 @@ void VideoParts::join(std::size_t frames) {
     try {
         runJoin(target.unfinished(), true);
     } catch (const EffectFailure&) {
-        if (m_Job.sound.path.empty())
+        if (m_Job.sound.path.empty() || !m_Job.sound.hasSound)
             throw;
         runJoin(target.unfinished(), false); // The container may not support the codec of the sound.
     }
+    if (!m_Job.source.path.empty())
+        PrintLoss(m_Job.path,
+                  LostMetadata(m_Job.source.metadata, ProbeMetadata(target.unfinished().string())));
     target.commit();
     m_Record.append(0, m_Digest, m_Job.path);
     fs::remove_all(m_Folder);

@@ -56,6 +56,7 @@ private:
     void sortOutOldParts();
     std::string nameWithoutExtension(std::size_t index) const;
     std::string listFile(std::size_t frames) const;
+    void addSound(std::vector<std::string>& arguments, bool copySound) const;
     void runJoin(const std::filesystem::path& target, bool copySound) const;
 
     const VideoJob m_Job;

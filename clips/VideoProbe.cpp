@@ -102,13 +102,32 @@ Json ProbeFile(const std::string& path) {
     if (!std::filesystem::exists(path))
         throw WrongUse("--input " + path + ": no such file");
     try {
-        return Json::parse(OutputOf(Probe({"-show_format", "-show_streams", FileArgument(path)}), path));
+        return Json::parse(
+            OutputOf(Probe({"-show_format", "-show_streams", "-show_chapters", FileArgument(path)}), path));
     } catch (const EffectFailure& error) {
         const std::string text = error.what();
         if (text.find("is it installed") != std::string::npos)
             throw;
         throw WrongUse("--input " + text + " (expected a picture or a video)");
     }
+}
+
+// The stream of the frames; empty when there is none.
+Json VideoStream(const Json& probe) {
+    const Json streams = probe.value("streams", Json::array());
+    for (const Json& stream : streams) {
+        const bool isCover = Number(stream.value("disposition", Json::object()), "attached_pic") > 0;
+        if (Text(stream, "codec_type") == "video" && !isCover)
+            return stream;
+    }
+    return Json::object();
+}
+
+// HDR10 data are in the frames.
+Json ProbeFirstFrame(const std::string& path) {
+    return Json::parse(OutputOf(
+        Probe({"-select_streams", "v:0", "-show_frames", "-read_intervals", "%+#1", FileArgument(path)}),
+        path));
 }
 
 struct Packets {
@@ -170,20 +189,25 @@ bool IsVideoName(const std::string& path) {
     return std::find(std::begin(extensions), std::end(extensions), extension) != std::end(extensions);
 }
 
+VideoMetadata ProbeMetadata(const std::string& path) {
+    const Json found = ProbeFile(path);
+    const Json video = VideoStream(found);
+    VideoMetadata metadata = MetadataOf(found, video);
+    if (metadata.transfer == "smpte2084")
+        AddHdr(ProbeFirstFrame(path), metadata);
+    return metadata;
+}
+
 VideoInfo ProbeVideo(const std::string& path) {
     const Json found = ProbeFile(path);
     VideoInfo info;
-    const Json* video = nullptr;
-    const Json streams = found.value("streams", Json::array());
-    for (const Json& stream : streams) {
-        const std::string type = Text(stream, "codec_type");
-        const bool isCover = Number(stream.value("disposition", Json::object()), "attached_pic") > 0;
-        if (type == "video" && !video && !isCover)
-            video = &stream;
-        info.hasSound |= type == "audio";
-    }
-    if (!video)
+    const Json stream = VideoStream(found);
+    const Json* const video = &stream;
+    if (stream.empty())
         throw WrongUse("--input " + path + ": contains no video");
+    const Json streams = found.value("streams", Json::array());
+    for (const Json& other : streams)
+        info.hasSound |= Text(other, "codec_type") == "audio";
     info.width = static_cast<unsigned>(Number(*video, "width"));
     info.height = static_cast<unsigned>(Number(*video, "height"));
     if (IsRotated(*video))
@@ -195,8 +219,9 @@ VideoInfo ProbeVideo(const std::string& path) {
     FillTiming(*video, path, Number(found.value("format", Json::object()), "start_time"), info);
     info.codec = Text(*video, "codec_name");
     info.matrix = Text(*video, "color_space");
-    info.primaries = Text(*video, "color_primaries");
-    info.transfer = Text(*video, "color_transfer");
+    info.metadata = MetadataOf(found, *video);
+    if (info.metadata.transfer == "smpte2084") // HDR10
+        AddHdr(ProbeFirstFrame(path), info.metadata);
     FillPixelFormat(Text(*video, "pix_fmt"), info);
     const Json tags = video->value("tags", Json::object());
     for (const char* name : {"alpha_mode", "ALPHA_MODE"}) // WebM stores alpha outside the pixel format.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "clips/FrameRate.h"
+#include "clips/VideoMetadata.h"
 
 namespace fxhost {
 
@@ -20,12 +21,17 @@ struct VideoInfo {
     long packets = 0;          // video packets in the file, usually one a frame
     long declaredFrames = 0;   // number of frames according to the header; 0 when it states none
     bool hasSound = false;
-    std::string codec;                       // FFmpeg's name, for example "h264"
-    std::string matrix, primaries, transfer; // FFmpeg's names, for example "bt709"; empty when not tagged
+    std::string codec;  // FFmpeg's name, for example "h264"
+    std::string matrix; // FFmpeg's name, for example "bt709"; empty when not tagged
+    VideoMetadata metadata;
+    bool isDeinterlaced = false; // true when each pair of fields becomes one frame
 };
 
 // Throws WrongUse that names the file when it has no video, EffectFailure when ffprobe cannot be run.
 VideoInfo ProbeVideo(const std::string& path);
+
+// The part of it that needs no look at the packets.
+VideoMetadata ProbeMetadata(const std::string& path);
 
 // True for a file name with a video's extension.
 bool IsVideoName(const std::string& path);

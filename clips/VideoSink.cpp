@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <set>
+#include <utility>
 
 #include "clips/ChildProcess.h"
 #include "clips/FailedPicture.h"
@@ -12,6 +13,8 @@
 #include "clips/VideoProbe.h"
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
+#include "toolkit/PictureOrigin.h"
 
 namespace fxhost {
 
@@ -83,6 +86,7 @@ public:
 
     void write(const FrameId& frame, const Picture& picture) override {
         checkShape(frame, picture);
+        reportLoss(picture);
         if (m_Encoder && frame.place / PartFrames != m_Part)
             closePart();
         if (m_Closed && m_Closed->hasEnded())
@@ -155,6 +159,16 @@ private:
             m_Parts.setShape(shape, m_Format.partExtension);
     }
 
+    // Pictures have data that videos do not keep. Once.
+    void reportLoss(const Picture& picture) {
+        if (!picture.origin || std::exchange(m_HasReportedLoss, true))
+            return;
+        std::vector<std::string> lost = picture.origin->lost;
+        for (const std::string& name : AttributeNames(*picture.origin))
+            lost.push_back(name);
+        PrintLoss(m_Job.path, lost);
+    }
+
     PipeFormat pipeFormat() const { return PipeFormatOf(*m_Parts.shape(), m_Format); }
 
     std::vector<std::string> arguments() const {
@@ -202,6 +216,7 @@ private:
     std::unique_ptr<ChildProcess> m_Encoder, m_Closed;
     std::size_t m_Part = 0, m_ClosedPart = 0;
     std::set<std::size_t> m_FailedParts;
+    bool m_HasReportedLoss = false;
     mutable std::size_t m_CompleteParts = 0; // without a gap, from the beginning; a lower bound
 };
 

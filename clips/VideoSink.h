@@ -2,18 +2,29 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "clips/FrameSink.h"
 #include "clips/VideoFormat.h"
+#include "clips/VideoMetadata.h"
 #include "toolkit/Alpha.h"
 
 namespace fxhost {
 
-// Sound that is copied to a video.
+// Sound and subtitles that are copied to a video.
 struct SoundTrack {
-    std::string path;   // empty for no sound
+    std::string path;   // empty for neither
     double start = 0;   // seconds from the beginning of the file
     double seconds = 0; // 0 for everything up to the end
+    bool hasSound = true;
+    std::vector<std::string> subtitles; // codecs, in the order of the streams
+};
+
+// The video whose metadata the output keeps where it can.
+struct MetadataSource {
+    std::string path; // empty for none
+    VideoMetadata metadata;
+    bool keepsChapters = true; // false when the output has other times
 };
 
 struct VideoJob {
@@ -23,6 +34,7 @@ struct VideoJob {
     VideoContent content;
     unsigned width = 0, height = 0, depth = 8; // of the input; the effect may change the size
     SoundTrack sound;
+    MetadataSource source;
     std::string identity;      // everything besides the frames that decides what the parts look like
     std::string soundIdentity; // the same for the sound
     bool resume = false;       // parts of earlier runs count when their frames have the same digests

@@ -55,7 +55,8 @@ private:
             list.insert(list.end(), {"-c:v", "libvpx-vp9"});
         list.insert(list.end(),
                     {"-i", FileArgument(m_Path), "-map", "0:v:0", "-fps_mode", "passthrough", "-vf",
-                     ToRgbFilter(m_Info), "-pix_fmt", m_Pipe.name(), "-f", "rawvideo", "pipe:1"});
+                     (m_Info.isDeinterlaced ? "bwdif=mode=send_frame," : "") + ToRgbFilter(m_Info),
+                     "-pix_fmt", m_Pipe.name(), "-f", "rawvideo", "pipe:1"});
         return list;
     }
 

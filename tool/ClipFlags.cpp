@@ -27,6 +27,15 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
         ->transform(CLI::CheckedTransformer(s_Missing))
         ->type_name("error|hold|black|skip")
         ->group("Clips");
+    static const std::map<std::string, Interlacing> interlacing = {{"refuse", Interlacing::Refuse},
+                                                                   {"deinterlace", Interlacing::Deinterlace},
+                                                                   {"keep", Interlacing::Keep}};
+    command
+        .add_option("--interlaced", options.interlacing,
+                    "What happens to interlaced video: an error, whole frames, or frames with both fields")
+        ->transform(CLI::CheckedTransformer(interlacing))
+        ->type_name("refuse|deinterlace|keep")
+        ->group("Clips");
     text("--keys", options.keys, "FILE.json",
          R"(Keyframes: {"Amount": {"0": 0, "1s": 100}}, times in frames or seconds)");
     command.add_flag("--resume", options.resume, "Continue a run that was interrupted")->group("Clips");

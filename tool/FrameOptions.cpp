@@ -62,7 +62,11 @@ Picture InputLayer(const FrameOptions& options) {
     RequireOneInput(options);
     if (options.input.empty())
         return EmptyLayer(options.size, options.depth.value_or(8));
-    return ReadPicture(options.input, options.depth, options.alpha);
+    return ReadPicture(options.input, ReadingOf(options));
+}
+
+PictureReading ReadingOf(const FrameOptions& options) {
+    return {options.depth, options.alpha, options.channels, options.part, options.overscan};
 }
 
 std::vector<LayerInput> ReadLayers(const std::vector<std::string>& assignments,

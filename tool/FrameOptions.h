@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "toolkit/Alpha.h"
 #include "toolkit/FrameRenderer.h"
+#include "toolkit/PictureFile.h"
 
 namespace fxhost {
 
@@ -18,6 +18,8 @@ struct FrameOptions {
     double time = 0;
     std::optional<unsigned> depth;
     AlphaMode alpha = AlphaMode::Auto; // of input files
+    std::string channels, part;        // of the input
+    bool overscan = false;
 };
 
 // Adds EFFECT, --input, --param, --layer, --time, --depth, --alpha and --size. Returns EFFECT, so that a
@@ -34,6 +36,9 @@ Picture InputLayer(const FrameOptions& options);
 // Parses parameters and reads layers; `input` is the result of InputLayer. Throws WrongUse.
 FrameInputs MakeFrameInputs(const FrameOptions& options, Picture input,
                             const std::vector<Parameter>& parameters);
+
+// How the input is read.
+PictureReading ReadingOf(const FrameOptions& options);
 
 // Makes a transparent black layer of size "WxH". Throws WrongUse when `size` is not of this form.
 Picture EmptyLayer(const std::string& size, unsigned depth);

@@ -33,7 +33,8 @@ struct RenderOptions {
     ClipOptions clip;
     HostOptions host;
     GuardLimits limits;
-    ReportOptions report; // quiet comes from `clip`
+    ReportOptions report;   // quiet comes from `clip`
+    PictureWriting writing; // without alpha
     bool watch = false, json = false;
 };
 
@@ -51,14 +52,10 @@ std::vector<std::string> SettingsInPixels(const RenderOptions& options,
     return settings;
 }
 
-// Tells the user when the file format holds fewer bits than --depth asks for.
-void WarnOfReducedDepth(const RenderOptions& options) {
-    const unsigned wanted = options.frame.depth.value_or(8), held = LargestDepth(options.output);
-    if (held < wanted && !options.report.quiet)
-        PrintMessage(MessageKind::Warning, options.output + ": this format holds " + std::to_string(held) +
-                                               " bits per channel, so the frame is rendered at " +
-                                               std::to_string(wanted) +
-                                               " and rounded; .exr and .tif hold 32");
+PictureWriting WritingOf(const RenderOptions& options) {
+    PictureWriting writing = options.writing;
+    writing.alpha = options.alphaOut.value_or(options.frame.alpha);
+    return writing;
 }
 
 // The files that are read besides the input.
@@ -80,9 +77,9 @@ void RequireReplaceable(const RenderOptions& options) {
 }
 
 int RenderPicture(const RenderOptions& options) {
-    RequireWritable(options.output);
+    PictureWriting writing = WritingOf(options);
+    RequireWritable(options.output, writing);
     RequireReplaceable(options);
-    WarnOfReducedDepth(options);
     Picture input = InputLayer(options.frame);
     const auto session = OpenSession(options);
     const auto parameters = session->parameters();
@@ -93,17 +90,20 @@ int RenderPicture(const RenderOptions& options) {
                       parameters, rate)
             .at(options.frame.time);
     request.layers = ReadLayers(options.frame.layers, parameters, input.depth, options.frame.alpha);
+    const auto origin = input.origin;
     request.input = std::move(input);
     request.time = options.frame.time;
 
-    const Picture picture = session->render(request);
+    Picture picture = session->render(request);
+    picture.origin = origin;
     if (options.clip.dryRun) {
         session->reportFrame();
-        TryPicture(options.output, picture, options.alphaOut.value_or(options.frame.alpha));
+        TryPicture(options.output, picture, writing);
     } else if (session->reportFrame()) {
         KeepFailedPicture(options.output, picture);
     } else {
-        WritePicture(options.output, picture, options.alphaOut.value_or(options.frame.alpha));
+        writing.reportsLoss = true;
+        PrintLoss(options.output, WritePicture(options.output, picture, writing));
         RemoveFailedPicture(options.output);
     }
     return session->finish();
@@ -118,6 +118,11 @@ std::uint64_t Identity(const RenderOptions& options) {
     digest.add(options.host.host);
     digest.add(options.host.downsample);
     digest.add(options.host.pixelAspect);
+    for (const std::string& text : {options.frame.channels, options.frame.part, options.writing.compression})
+        digest.add(text);
+    for (const int number : {int{options.frame.overscan}, static_cast<int>(options.writing.bits),
+                             options.writing.quality.value_or(0)})
+        digest.add(static_cast<std::uint64_t>(number));
     digest.add(FX_VERSION);
     digest.addContents("/proc/self/exe"); // where the system has it, also another build of the same version
     return digest.value();
@@ -127,10 +132,9 @@ int RenderClip(const RenderOptions& options) {
     ClipRequest request;
     request.input = options.frame.input;
     request.output = options.output;
-    request.depth = options.frame.depth;
+    request.reading = ReadingOf(options.frame);
+    request.writing = WritingOf(options);
     request.time = options.frame.time;
-    request.alphaIn = options.frame.alpha;
-    request.alphaOut = options.alphaOut.value_or(options.frame.alpha);
     if (options.frame.input.empty()) {
         const Picture layer = EmptyLayer(options.frame.size, 8);
         request.width = layer.width;
@@ -186,10 +190,37 @@ int Render(RenderOptions options) {
         UseJsonEvents(options.output == "-" ? stderr : stdout);
     RequireOneInput(options.frame);
     options.report.quiet = options.clip.quiet;
+    MuteWarnings(options.clip.quiet);
     if (!options.watch)
         return RenderAndSummarize(options);
     return RunOnChange({options.frame.effect, options.frame.input},
                        [&] { return RenderAndSummarize(options); });
+}
+
+void AddPictureOptions(CLI::App& app, FrameOptions& frame, PictureWriting& writing) {
+    static const std::map<std::string, SampleType> types = {{"8", SampleType::Bits8},
+                                                            {"10", SampleType::Bits10},
+                                                            {"16", SampleType::Bits16},
+                                                            {"half", SampleType::Half},
+                                                            {"float", SampleType::Float}};
+    const auto add = [&](const char* name, auto& value, const char* help) {
+        return app.add_option(name, value, help)->group("Pictures");
+    };
+    add("--channels", frame.channels,
+        "Channels of the input that the effect sees: a layer, or names such as diffuse.R,diffuse.G,diffuse.B")
+        ->type_name("NAMES");
+    add("--part", frame.part, "Part of the input, by name or by number from 0")->type_name("NAME");
+    app.add_flag("--overscan", frame.overscan,
+                 "Show the effect the whole data window of EXR files, and write it with the same windows")
+        ->group("Pictures");
+    add("--bits", writing.bits, "Type of the channels in the output, apart from --depth")
+        ->transform(CLI::CheckedTransformer(types))
+        ->type_name("8|10|16|half|float");
+    add("--compression", writing.compression, "Compression of .exr and .tif: none, zip, piz, dwaa, lzw, ...")
+        ->type_name("NAME");
+    add("--quality", writing.quality, "Quality of .jpg and .webp")
+        ->check(CLI::Range(1, 100))
+        ->type_name("1-100");
 }
 
 } // namespace
@@ -210,6 +241,7 @@ Command AddRender(CLI::App& tool) {
     app->add_option("--alpha-out", options->alphaOut, "The same as --alpha, for the output only")
         ->transform(CLI::CheckedTransformer(AlphaModes()))
         ->type_name("auto|straight|premultiplied");
+    AddPictureOptions(*app, options->frame, options->writing);
     AddClipOptions(*app, options->clip);
     AddHostOptions(*app, options->host);
     app->add_flag("--strict", options->report.strict, "Treat warnings as errors");

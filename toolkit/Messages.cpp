@@ -7,6 +7,7 @@ namespace fxhost {
 namespace {
 
 std::FILE* s_JsonFile = nullptr;
+bool s_IsMuted = false;
 
 // Indexed by MessageKind.
 constexpr const char* s_EventNames[] = {"error", "warning", "note", "print"};
@@ -83,7 +84,21 @@ void Event::send() const {
     std::fflush(s_JsonFile);
 }
 
+void MuteWarnings(bool muted) {
+    s_IsMuted = muted;
+}
+
+void PrintLoss(const std::string& output, const std::vector<std::string>& lost) {
+    std::string text;
+    for (const std::string& name : lost)
+        text += (text.empty() ? "" : ", ") + name;
+    if (!text.empty())
+        PrintMessage(MessageKind::Warning, "--output " + output + ": not kept: " + text);
+}
+
 void PrintMessage(MessageKind kind, const std::string& text, long frame, bool isFromTool) {
+    if (s_IsMuted && kind != MessageKind::Error)
+        return;
     if (!s_JsonFile) {
         std::fprintf(stderr, "%s%s\n", isFromTool ? "fxhost: " : "", text.c_str());
         return;

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 // What the tool reports while it works: sentences on standard error, or one JSON object a line (--json).
 namespace fxhost {
@@ -35,5 +36,11 @@ enum class MessageKind { Error, Warning, Note, Print };
 // Prints "fxhost: TEXT", or only TEXT without `isFromTool`. As JSON, an event with the kind as its name and
 // the members "text" and, unless it is negative, "frame". Any thread.
 void PrintMessage(MessageKind kind, const std::string& text, long frame = -1, bool isFromTool = true);
+
+// Suppresses all messages but errors (--quiet).
+void MuteWarnings(bool muted);
+
+// Prints the warning that `output` does not keep these; nothing when there are none.
+void PrintLoss(const std::string& output, const std::vector<std::string>& lost);
 
 } // namespace fxhost

@@ -77,12 +77,43 @@ void ToFile(const Picture& picture, FilePixels& file) {
     const auto* in = reinterpret_cast<const typename From::Type*>(picture.bytes.data());
     auto* out = reinterpret_cast<typename To::Type*>(file.bytes.data());
     const std::size_t pixels = std::size_t{file.width} * file.height;
+    const int lastColour = file.channels < 3 ? 1 : 3;
     for (std::size_t i = 0; i < pixels; ++i, in += 4) {
-        for (int colour = 1; colour < 4; ++colour)
+        for (int colour = 1; colour <= lastColour; ++colour)
             *out++ = Convert<From, To>(in[colour]);
-        if (file.channels == 4)
+        if (file.alpha >= 0)
             *out++ = Convert<From, To>(in[0]);
     }
+}
+
+template <class From>
+void ToFileDepth(const Picture& picture, FilePixels& file) {
+    switch (file.depth) {
+    case 8:
+        return ToFile<From, Byte>(picture, file);
+    case 16:
+        return ToFile<From, File16>(picture, file);
+    default:
+        return ToFile<From, FloatChannel>(picture, file);
+    }
+}
+
+// True when the condition holds for every pixel, given its first channel.
+template <class Condition>
+bool AllPixels(const Picture& picture, const Condition& condition) {
+    const std::size_t pixels = std::size_t{picture.width} * picture.height;
+    const auto all = [&](const auto* pixel, auto full) {
+        for (std::size_t i = 0; i < pixels; ++i, pixel += 4)
+            if (!condition(pixel, full))
+                return false;
+        return true;
+    };
+    const std::uint8_t* const bytes = picture.bytes.data();
+    if (picture.depth == 8)
+        return all(bytes, std::uint8_t{255});
+    if (picture.depth == 16)
+        return all(reinterpret_cast<const std::uint16_t*>(bytes), std::uint16_t{32768});
+    return all(reinterpret_cast<const float*>(bytes), 1.0f);
 }
 
 } // namespace
@@ -102,25 +133,44 @@ Picture ToPicture(const FilePixels& file, unsigned depth) {
     return picture;
 }
 
-FilePixels ToFilePixels(const Picture& picture, bool withAlpha) {
+FilePixels ToFilePixels(const Picture& picture, unsigned channels, unsigned depth) {
     FilePixels file;
     file.width = picture.width;
     file.height = picture.height;
-    file.depth = picture.depth;
-    file.channels = withAlpha ? 4 : 3;
-    file.alpha = withAlpha ? 3 : -1;
+    file.depth = depth;
+    file.channels = channels;
+    file.alpha = channels % 2 ? -1 : static_cast<int>(channels) - 1;
     file.bytes.resize(std::size_t{file.width} * file.height * file.channels * file.depth / 8);
     switch (picture.depth) {
     case 8:
-        ToFile<Byte, Byte>(picture, file);
+        ToFileDepth<Byte>(picture, file);
         break;
     case 16:
-        ToFile<Host16, File16>(picture, file);
+        ToFileDepth<Host16>(picture, file);
         break;
     default:
-        ToFile<FloatChannel, FloatChannel>(picture, file);
+        ToFileDepth<FloatChannel>(picture, file);
     }
     return file;
+}
+
+FilePixels ToFilePixels(const Picture& picture, bool withAlpha) {
+    return ToFilePixels(picture, withAlpha ? 4u : 3u, picture.depth);
+}
+
+Picture AtDepth(Picture picture, unsigned depth) {
+    if (depth == picture.depth)
+        return picture;
+    return ToPicture(ToFilePixels(picture, 4u, 32u), depth);
+}
+
+bool IsOpaque(const Picture& picture) {
+    return AllPixels(picture, [](const auto* pixel, auto full) { return pixel[0] == full; });
+}
+
+bool IsGrey(const Picture& picture) {
+    return AllPixels(picture,
+                     [](const auto* pixel, auto) { return pixel[1] == pixel[2] && pixel[2] == pixel[3]; });
 }
 
 } // namespace fxhost

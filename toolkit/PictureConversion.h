@@ -20,6 +20,17 @@ struct FilePixels {
 // nearest; floats are clamped when `depth` is an integer depth. Alpha stays straight.
 Picture ToPicture(const FilePixels& file, unsigned depth);
 
+// Converts back at `depth` 8, 16 or 32. `channels`: 1 for grey (the red channel), 2 for grey and alpha, 3 for
+// RGB, 4 for RGBA. From 32 to 16 bits, nothing is rounded twice.
+FilePixels ToFilePixels(const Picture& picture, unsigned channels, unsigned depth);
+
+// The picture at another depth.
+Picture AtDepth(Picture picture, unsigned depth);
+
+// True when every pixel has full alpha; when the three colours of every pixel are equal.
+bool IsOpaque(const Picture& picture);
+bool IsGrey(const Picture& picture);
+
 // Converts back to RGBA, or to RGB without alpha, at the depth of the picture.
 FilePixels ToFilePixels(const Picture& picture, bool withAlpha);
 

@@ -3,13 +3,14 @@
 #include <OpenImageIO/filesystem.h>
 #include <OpenImageIO/imageio.h>
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <memory>
 
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
 #include "toolkit/PictureConversion.h"
+#include "toolkit/PictureFormats.h"
+#include "toolkit/PictureOrigin.h"
 
 namespace fxhost {
 
@@ -17,132 +18,185 @@ namespace {
 
 namespace fs = std::filesystem;
 
-unsigned FileDepth(OIIO::TypeDesc type) {
-    switch (type.basetype) {
-    case OIIO::TypeDesc::UINT8:
-    case OIIO::TypeDesc::INT8:
-        return 8;
-    case OIIO::TypeDesc::UINT16:
-    case OIIO::TypeDesc::INT16:
-    case OIIO::TypeDesc::UINT32:
-    case OIIO::TypeDesc::INT32:
-        return 16;
-    default:
-        return 32;
-    }
-}
-
-OIIO::TypeDesc TypeOf(unsigned depth) {
-    return depth == 8 ? OIIO::TypeDesc::UINT8 : depth == 16 ? OIIO::TypeDesc::UINT16 : OIIO::TypeDesc::FLOAT;
-}
-
 std::string Reason(const std::string& text) {
     return text.substr(0, text.find('\n'));
 }
 
-Picture AtDepth(const Picture& picture, unsigned depth) {
-    return depth == picture.depth ? picture : ToPicture(ToFilePixels(picture, true), depth);
+// The TIFF library reads the file while it adds these, which files in memory do not support.
+bool IsExif(const OIIO::ParamValue& attribute) {
+    const std::string name = attribute.name().string();
+    return name.starts_with("Exif:") || name.starts_with("GPS:") || name == "FNumber" ||
+           name == "ExposureTime";
 }
 
-// The pixels of a file with premultiplied alpha. They are divided at the higher of both depths.
-Picture ReadPremultiplied(const FilePixels& file, unsigned depth) {
-    Picture picture = ToPicture(file, std::max(file.depth, depth));
-    Unpremultiply(picture);
-    return AtDepth(picture, depth);
-}
+// Writes one file, step by step.
+class PictureWriter {
+public:
+    PictureWriter(const std::string& name, const Picture& picture, const PictureWriting& writing)
+        : m_Name(name), m_Picture(picture), m_Writing(writing), m_Origin(picture.origin.get()),
+          m_Output(OIIO::ImageOutput::create(name)) {
+        if (!m_Output)
+            fail(OIIO::geterror());
+        m_Format = m_Output->format_name();
+        m_Type = StoredType(m_Format, picture.depth, writing.bits,
+                            m_Origin && m_Origin->spec.format == OIIO::TypeDesc::HALF);
+    }
 
-// OpenEXR defines its pixels as premultiplied. Pixels of TIFF are premultiplied unless their tag says
-// otherwise.
-bool IsPremultiplied(const OIIO::ImageInput& input, AlphaMode mode) {
-    const OIIO::ImageSpec& spec = input.spec();
-    if (spec.alpha_channel < 0 || mode != AlphaMode::Auto)
-        return spec.alpha_channel >= 0 && mode == AlphaMode::Premultiplied;
-    const std::string format = input.format_name();
-    return format == "openexr" || (format == "tiff" && !spec.get_int_attribute("oiio:UnassociatedAlpha"));
-}
+    std::vector<std::string> write() {
+        const FilePixels pixels = filePixels();
+        const OIIO::ImageSpec spec = specOf(pixels);
+        // Some format writers do not report a full disk. Where the format allows it, the file is encoded in
+        // memory and written here; otherwise the finished file is read back.
+        std::vector<unsigned char> bytes;
+        OIIO::Filesystem::IOVecOutput memory(bytes);
+        const bool hasExif = std::any_of(spec.extra_attribs.begin(), spec.extra_attribs.end(), IsExif);
+        const bool inMemory = !(m_Format == "tiff" && hasExif) && m_Output->supports("ioproxy") &&
+                              m_Output->set_ioproxy(&memory);
+        const OIIO::TypeDesc type = pixels.depth == 8    ? OIIO::TypeDesc::UINT8
+                                    : pixels.depth == 16 ? OIIO::TypeDesc::UINT16
+                                                         : OIIO::TypeDesc::FLOAT;
+        if (!m_Output->open(m_Name, spec) || !m_Output->write_image(type, pixels.bytes.data()) ||
+            !m_Output->close())
+            fail(m_Output->geterror());
+        if (inMemory)
+            WriteFile(m_Name, std::as_bytes(std::span(bytes)));
+        else
+            ReadPicture(m_Name, std::nullopt);
+        return m_Writing.reportsLoss ? loss() : std::vector<std::string>();
+    }
 
-bool WritesPremultiplied(const OIIO::ImageOutput& output, AlphaMode mode) {
-    const bool isDefault = std::string(output.format_name()) == "openexr";
-    return mode == AlphaMode::Premultiplied || (mode == AlphaMode::Auto && isDefault);
-}
+private:
+    [[noreturn]] static void fail(const std::string& why) { throw EffectFailure(Reason(why)); }
 
-// Pixels for a file. Premultiplied OpenEXR is multiplied as float, because it stores half or float.
-FilePixels PixelsFor(const OIIO::ImageOutput& output, const Picture& picture, bool premultiplied) {
-    const bool withAlpha = output.supports("alpha");
-    if (!premultiplied || !withAlpha)
-        return ToFilePixels(picture, withAlpha);
-    const bool isFloat = std::string(output.format_name()) == "openexr";
-    Picture multiplied = AtDepth(picture, isFloat ? 32 : picture.depth);
-    Premultiply(multiplied);
-    return ToFilePixels(multiplied, true);
-}
+    bool isExr() const { return m_Format == "openexr"; }
 
-void Write(const std::string& name, const Picture& picture, AlphaMode mode) {
-    const auto fail = [](const std::string& why) { throw EffectFailure(Reason(why)); };
-    const auto output = OIIO::ImageOutput::create(name);
-    if (!output)
-        fail(OIIO::geterror());
-    const bool premultiplied = WritesPremultiplied(*output, mode);
-    const FilePixels file = PixelsFor(*output, picture, premultiplied);
-    const OIIO::TypeDesc type = TypeOf(file.depth);
-    OIIO::ImageSpec spec(static_cast<int>(file.width), static_cast<int>(file.height),
-                         static_cast<int>(file.channels), TypeOf(picture.depth));
-    // Without this attribute, TIFF is tagged as premultiplied, and other formats would divide by alpha.
-    if (!premultiplied || std::string(output->format_name()) != "tiff")
-        spec.attribute("oiio:UnassociatedAlpha", 1);
-    // Some format writers do not report a full disk. Where the format allows it, the file is encoded in
-    // memory and written here; otherwise the finished file is read back.
-    std::vector<unsigned char> bytes;
-    OIIO::Filesystem::IOVecOutput memory(bytes);
-    const bool inMemory = output->supports("ioproxy") && output->set_ioproxy(&memory);
-    if (!output->open(name, spec) || !output->write_image(type, file.bytes.data()) || !output->close())
-        fail(output->geterror());
-    if (inMemory)
-        WriteFile(name, std::as_bytes(std::span(bytes)));
-    else
-        ReadPicture(name, std::nullopt);
-}
+    bool isPremultiplied() const {
+        return m_Writing.alpha == AlphaMode::Premultiplied || (m_Writing.alpha == AlphaMode::Auto && isExr());
+    }
 
-} // namespace
+    // A picture from a file without alpha gets none unless the effect made it transparent.
+    bool hasAlpha() const {
+        return m_Output->supports("alpha") && !(m_Origin && !m_Origin->hasAlpha && IsOpaque(m_Picture));
+    }
 
-Picture ReadPicture(const std::string& path, std::optional<unsigned> depth, AlphaMode mode) {
-    const auto fail = [&](const std::string& why) {
-        throw WrongUse(path + ": cannot be read as a picture: " + Reason(why));
-    };
-    if (fs::is_directory(path))
-        fail("it is a folder");
-    OIIO::ImageSpec config;
-    config.attribute("oiio:UnassociatedAlpha", 1);
-    const auto input = OIIO::ImageInput::open(path, &config);
-    if (!input)
-        fail(OIIO::geterror());
-    const OIIO::ImageSpec& spec = input->spec();
-    const auto inRange = [](int extent) { return extent >= 1 && extent <= static_cast<int>(MaxExtent); };
-    if (!inRange(spec.width) || !inRange(spec.height) || spec.depth > 1 || spec.nchannels < 1)
-        fail(std::to_string(spec.width) + "x" + std::to_string(spec.height) + " pixels; at most " +
-             std::to_string(MaxExtent) + " either way are expected");
+    FilePixels filePixels() const {
+        const bool withAlpha = hasAlpha();
+        const bool isGrey =
+            m_Origin && m_Origin->isGrey && HoldsGrey(m_Format, withAlpha) && IsGrey(m_Picture);
+        const unsigned channels = (isGrey ? 1 : 3) + (withAlpha ? 1 : 0);
+        const unsigned depth = m_Type == SampleType::Bits8                                 ? 8
+                               : m_Type == SampleType::Half || m_Type == SampleType::Float ? 32
+                                                                                           : 16;
+        if (!withAlpha || !isPremultiplied())
+            return ToFilePixels(m_Picture, channels, depth);
+        // Premultiplied OpenEXR is multiplied as float, because it stores half or float.
+        Picture multiplied = AtDepth(m_Picture, isExr() ? 32 : m_Picture.depth);
+        Premultiply(multiplied);
+        return ToFilePixels(multiplied, channels, depth);
+    }
 
-    FilePixels file;
-    file.width = static_cast<unsigned>(spec.width);
-    file.height = static_cast<unsigned>(spec.height);
-    file.channels = static_cast<unsigned>(spec.nchannels);
-    file.alpha = spec.alpha_channel;
-    file.depth = FileDepth(spec.format);
-    file.bytes.resize(std::size_t{file.width} * file.height * file.channels * file.depth / 8);
-    if (!input->read_image(0, 0, 0, spec.nchannels, TypeOf(file.depth), file.bytes.data()))
-        fail(input->geterror());
-    if (IsPremultiplied(*input, mode))
-        return ReadPremultiplied(file, depth.value_or(file.depth));
-    return ToPicture(file, depth.value_or(file.depth));
-}
+    OIIO::ImageSpec specOf(const FilePixels& pixels) const {
+        const OIIO::TypeDesc type = m_Type == SampleType::Bits8   ? OIIO::TypeDesc::UINT8
+                                    : m_Type == SampleType::Half  ? OIIO::TypeDesc::HALF
+                                    : m_Type == SampleType::Float ? OIIO::TypeDesc::FLOAT
+                                                                  : OIIO::TypeDesc::UINT16;
+        OIIO::ImageSpec spec(static_cast<int>(pixels.width), static_cast<int>(pixels.height),
+                             static_cast<int>(pixels.channels), type);
+        if (pixels.channels < 3) {
+            spec.channelnames = {"Y", "A"};
+            spec.channelnames.resize(pixels.channels);
+        }
+        spec.alpha_channel = pixels.alpha;
+        if (m_Origin)
+            addOrigin(spec);
+        // Without this attribute, TIFF is tagged as premultiplied, and other formats would divide by alpha.
+        if (!isPremultiplied() || m_Format != "tiff")
+            spec.attribute("oiio:UnassociatedAlpha", 1);
+        if (m_Type == SampleType::Bits10)
+            spec.attribute("oiio:BitsPerSample", 10);
+        if (m_Format == "jpeg")
+            spec.attribute("jpeg:subsampling", "4:4:4");
+        if (!m_Writing.compression.empty())
+            spec.attribute("compression", m_Writing.compression);
+        if (m_Writing.quality)
+            spec.attribute("CompressionQuality", *m_Writing.quality);
+        return spec;
+    }
 
-namespace {
+    void addOrigin(OIIO::ImageSpec& spec) const {
+        const OIIO::ImageSpec& file = m_Origin->spec;
+        CopyAttributes(*m_Origin, spec);
+        if ((spec.nchannels < 3) != m_Origin->isGrey) // A profile is for one kind of colours.
+            spec.erase_attribute("ICCProfile");
+        if (m_Format == "tiff" &&
+            !spec.format.is_floating_point()) // It is the default, and stored as Exif data.
+            spec.erase_attribute("oiio:ColorSpace");
+        const std::string compression = file.get_string_attribute("compression");
+        if (m_Format == m_Origin->format && IsLossless(m_Format, compression))
+            spec.attribute("compression", compression);
+        if (!isExr())
+            return;
+        const auto hasSize = [&](int width, int height) {
+            return spec.width == width && spec.height == height;
+        };
+        if (m_Origin->isDataWindow && hasSize(file.width, file.height)) {
+            spec.x = file.x;
+            spec.y = file.y;
+            spec.full_x = file.full_x;
+            spec.full_y = file.full_y;
+            spec.full_width = file.full_width;
+            spec.full_height = file.full_height;
+        } else if (!m_Origin->isDataWindow && hasSize(file.full_width, file.full_height)) {
+            spec.x = spec.full_x = file.full_x;
+            spec.y = spec.full_y = file.full_y;
+        }
+    }
+
+    // What the file does not keep, found by reading its header.
+    std::vector<std::string> loss() const {
+        std::vector<std::string> lost = m_Origin ? m_Origin->lost : std::vector<std::string>();
+        const auto input = OIIO::ImageInput::open(m_Name);
+        if (!input)
+            fail(OIIO::geterror());
+        const OIIO::ImageSpec& written = input->spec();
+        if (m_Origin)
+            for (const std::string& name : LostAttributes(*m_Origin, written))
+                lost.push_back(name);
+        if (m_Origin && m_Origin->isDataWindow &&
+            (written.x == written.full_x && written.width == written.full_width))
+            lost.push_back("the display window");
+        if (!m_Output->supports("alpha") && !IsOpaque(m_Picture))
+            lost.push_back("alpha");
+        if (const unsigned bits = BitsOf(m_Type); m_Writing.bits == SampleType::Auto && bits < neededBits())
+            lost.push_back((neededBits() == 32 ? "float values, which are clipped to 0..1 and rounded to "
+                                               : "16 bits per channel, which are rounded to ") +
+                           std::to_string(bits) + (neededBits() == 32 ? " bits" : ""));
+        return lost;
+    }
+
+    // The bits per channel of the input, where the picture still has them.
+    unsigned neededBits() const {
+        if (m_Origin && m_Origin->spec.format == OIIO::TypeDesc::HALF && m_Picture.depth == 32)
+            return m_Type == SampleType::Half ? 16 : 32;
+        const unsigned ofFile = m_Origin ? static_cast<unsigned>(m_Origin->spec.format.size()) * 8 : 32;
+        return std::min(m_Picture.depth, ofFile);
+    }
+
+    const std::string m_Name;
+    const Picture& m_Picture;
+    const PictureWriting m_Writing;
+    const PictureOrigin* const m_Origin;
+    const std::unique_ptr<OIIO::ImageOutput> m_Output;
+    std::string m_Format;
+    SampleType m_Type = SampleType::Auto;
+};
 
 // Returns the size of the file in bytes.
-std::uint64_t WriteOrTry(const std::string& path, const Picture& picture, AlphaMode mode, bool isTrial) {
+std::uint64_t WriteOrTry(const std::string& path, const Picture& picture, const PictureWriting& writing,
+                         bool isTrial, std::vector<std::string>& lost) {
     try {
         const AtomicFile file(path);
-        Write(file.unfinished().string(), picture, mode);
+        lost = PictureWriter(file.unfinished().string(), picture, writing).write();
         const std::uint64_t bytes = fs::file_size(file.unfinished());
         if (!isTrial)
             file.commit();
@@ -154,37 +208,33 @@ std::uint64_t WriteOrTry(const std::string& path, const Picture& picture, AlphaM
 
 } // namespace
 
-void WritePicture(const std::string& path, const Picture& picture, AlphaMode mode) {
-    WriteOrTry(path, picture, mode, false);
+std::vector<std::string> WritePicture(const std::string& path, const Picture& picture,
+                                      const PictureWriting& writing) {
+    std::vector<std::string> lost;
+    WriteOrTry(path, picture, writing, false, lost);
+    return lost;
 }
 
-std::uint64_t TryPicture(const std::string& path, const Picture& picture, AlphaMode mode) {
-    return WriteOrTry(path, picture, mode, true);
+void WritePicture(const std::string& path, const Picture& picture, AlphaMode alpha) {
+    PictureWriting writing;
+    writing.alpha = alpha;
+    WritePicture(path, picture, writing);
 }
 
-unsigned LargestDepth(const std::string& path) {
-    struct Format {
-        const char* extension;
-        unsigned depth;
-    };
-    constexpr Format formats[] = {{".png", 16}, {".jpg", 8}, {".jpeg", 8}, {".bmp", 8},
-                                  {".tga", 8},  {".gif", 8}, {".ppm", 16}};
-    std::string extension = fs::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return std::tolower(c); });
-    for (const Format& format : formats)
-        if (extension == format.extension)
-            return format.depth;
-    return 32;
+std::uint64_t TryPicture(const std::string& path, const Picture& picture, const PictureWriting& writing) {
+    std::vector<std::string> lost;
+    return WriteOrTry(path, picture, writing, true, lost);
 }
 
-void RequireWritable(const std::string& path) {
+void RequireWritable(const std::string& path, const PictureWriting& writing) {
     const fs::path target(path);
-    if (!OIIO::ImageOutput::create(path)) {
+    const auto output = OIIO::ImageOutput::create(path);
+    if (!output) {
         OIIO::geterror();
         throw WrongUse(path +
                        ": no picture format has this ending; .png, .tif, .exr and .jpg are some that do");
     }
+    RequireOptions(output->format_name(), writing);
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
     if (!fs::is_directory(folder))
         throw WrongUse(path + ": there is no folder " + folder.string());

@@ -41,7 +41,7 @@ TEST_F(PictureClipTest, EveryFrameIsRenderedToTheFileOfItsNumber) {
     ASSERT_THAT(outputs(), ElementsAre("out_0009.png", "out_0010.png", "out_0011.png"));
     for (long number : {9L, 10L, 11L}) {
         const Picture before = SomePicture(7, 5, 8, number);
-        const Picture after = ReadPicture(at(outputs()[static_cast<std::size_t>(number - 9)]), {});
+        const Picture after = ReadPicture(at(outputs()[static_cast<std::size_t>(number - 9)]), std::nullopt);
         for (std::size_t i = 0; i < before.bytes.size(); ++i)
             ASSERT_EQ(after.bytes[i], i % 4 ? 255 - before.bytes[i] : before.bytes[i]);
     }
@@ -51,7 +51,7 @@ TEST_F(PictureClipTest, PicturesOf16BitsAndFloatKeepTheirDepth) {
     for (const auto& [depth, ending] : {std::pair{16u, ".png"}, {16u, ".tif"}, {32u, ".exr"}}) {
         writeInputs(1, 2, depth, ending);
         EXPECT_EQ(run({}, std::string("in_#") + ending, std::string("out_#") + ending), ExitOk);
-        const Picture after = ReadPicture(at(std::string("out_2") + ending), {});
+        const Picture after = ReadPicture(at(std::string("out_2") + ending), std::nullopt);
         EXPECT_EQ(after.depth, depth) << ending;
         const Picture before = SomePicture(7, 5, depth, 2);
         if (depth == 16) {
@@ -138,7 +138,7 @@ TEST_F(PictureClipTest, MissingPicturesAreAnErrorAtOnceOrReplacedOrLeftOut) {
         testing::internal::CaptureStderr();
         EXPECT_EQ(run(options, "in_#.png", "out_#.png"), ExitOk);
         EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("3 frames are missing (1, 4-5)"));
-        return ReadPicture(at("out_" + std::to_string(number) + ".png"), {}).bytes;
+        return ReadPicture(at("out_" + std::to_string(number) + ".png"), std::nullopt).bytes;
     };
     rendered(MissingFrames::Skip, 2);
     EXPECT_THAT(outputs(), ElementsAre("out_2.png", "out_3.png", "out_6.png"));

@@ -66,7 +66,7 @@ TEST_F(ResumeTest, FramesWhoseInputsHaveChangedAreRenderedAgain) {
         {"a keyframe", [&] { m_Settings = {"Amount=0:0, 4:4, 5:9"}; }, 1},
         {"the effect", [&] { m_Request.identity = 1; }, 6},
         {"one input", [&] { WritePicture(at("in_2.png"), SomePicture(7, 5, 8, 99)); }, 1},
-        {"the depth", [&] { m_Request.depth = 16; }, 6},
+        {"the depth", [&] { m_Request.reading.depth = 16; }, 6},
         {"a truncated picture", [&] { fs::resize_file(at("out_5.png"), fs::file_size(at("out_5.png")) / 2); },
          1},
         {"no record", [&] { fs::remove(at(".out_#.png.record")); }, 6},

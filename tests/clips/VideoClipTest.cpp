@@ -29,7 +29,7 @@ TEST_F(VideoClipTest, LosslessVideoKeepsEveryBitAndAlpha) {
         EXPECT_EQ(info.packets, 3);
         ASSERT_EQ(run({}, "out.mkv", "back_#.png"), ExitOk);
         for (long number = 1; number <= 3; ++number) { // At depth 8, the clip was inverted twice.
-            const Picture back = ReadPicture(at("back_" + std::to_string(number) + ".png"), {});
+            const Picture back = ReadPicture(at("back_" + std::to_string(number) + ".png"), std::nullopt);
             EXPECT_EQ(back.depth, depth);
             EXPECT_EQ(back.bytes, SomePicture(7, 5, depth, number).bytes) << depth << " " << number;
         }
@@ -106,7 +106,7 @@ TEST_F(VideoClipTest, OutputsStoreTheAssociationOfTheirFormatOrTheOneAskedFor) {
                 {"a.mov", AlphaMode::Auto, false},    {"b.mov", AlphaMode::Premultiplied, true},
                 {"a.mkv", AlphaMode::Straight, false}};
     for (const auto& row : rows) {
-        m_Request.alphaOut = row.alpha;
+        m_Request.writing.alpha = row.alpha;
         ASSERT_EQ(run(options, "in.png", row.output), ExitOk);
         std::string file = row.output;
         std::replace(file.begin(), file.end(), '#', '1');
@@ -117,8 +117,8 @@ TEST_F(VideoClipTest, OutputsStoreTheAssociationOfTheirFormatOrTheOneAskedFor) {
         for (std::size_t c = 0; c < 4; ++c)
             EXPECT_NEAR(static_cast<std::uint8_t>(pixels[4 * 650 + c]), expected[c], 3) << file << " " << c;
     }
-    m_Request.alphaIn = AlphaMode::Premultiplied;
-    m_Request.alphaOut = AlphaMode::Auto;
+    m_Request.reading.alpha = AlphaMode::Premultiplied;
+    m_Request.writing.alpha = AlphaMode::Auto;
     ASSERT_EQ(run(options, "b.mov", "c_#.png"), ExitOk);
     EXPECT_NEAR(ReadPicture(at("c_1.png"), 8).Row(20)[81], 200, 3); // Deep pictures are not inverted.
 }

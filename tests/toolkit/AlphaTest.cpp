@@ -74,10 +74,10 @@ TEST_F(AlphaFileTest, FilesStoreAndDeclareTheirAssociation) {
 TEST_F(AlphaFileTest, PngIsStraightUnlessAskedOtherwise) {
     const std::vector<std::uint8_t> pixel = {128, 200, 100, 50};
     WritePicture(at("a.png"), OnePixel(pixel));
-    EXPECT_EQ(ReadPicture(at("a.png"), {}).bytes, pixel);
+    EXPECT_EQ(ReadPicture(at("a.png"), std::nullopt).bytes, pixel);
     WritePicture(at("b.png"), OnePixel(pixel), AlphaMode::Premultiplied);
-    EXPECT_THAT(ReadPicture(at("b.png"), {}).bytes, ElementsAre(128, 100, 50, 25));
-    EXPECT_THAT(ReadPicture(at("b.png"), {}, AlphaMode::Premultiplied).bytes, ElementsAre(128, 199, 100, 50));
+    EXPECT_THAT(ReadPicture(at("b.png"), std::nullopt).bytes, ElementsAre(128, 100, 50, 25));
+    EXPECT_THAT(ReadPicture(at("b.png"), std::nullopt, AlphaMode::Premultiplied).bytes, ElementsAre(128, 199, 100, 50));
 }
 
 } // namespace
