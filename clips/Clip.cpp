@@ -7,6 +7,7 @@
 #include "clips/FrameDigests.h"
 #include "clips/FrameList.h"
 #include "clips/NumberPattern.h"
+#include "clips/VideoProbe.h"
 #include "guard/Stage.h"
 #include "guard/StopRequest.h"
 #include "toolkit/ContentDigest.h"
@@ -28,6 +29,8 @@ void RequireSensibleOptions(const ClipOptions& options, const ClipRequest& reque
                        request.output + " keeps no frames to continue from");
     if (isRawInput && options.frames.empty() && (options.resume || !options.shard.empty()))
         throw WrongUse("--input -: --resume and --shard need --frames FIRST-LAST");
+    if (!options.audio.empty() && !IsVideoName(request.output))
+        throw WrongUse("--audio: expected a video for --output");
     if (!options.shard.empty() && !NumberPattern::Parse("--output", request.output))
         throw WrongUse("--shard: expected numbered pictures for --output, such as out_####.png");
 }

@@ -90,7 +90,7 @@ private:
                            std::to_string(count) + " frames");
         plan(numbersIn(1, count));
         m_Input.source = OpenVideo(m_Request.input, video, m_Request.reading.depth, required, frames,
-                                   m_Request.reading.alpha);
+                                   m_Request.reading.alpha, m_Options.allowTruncated);
     }
 
     void handleInterlacing() {

@@ -26,13 +26,14 @@ enum class Interlacing {
 
 // The command-line options of a clip, as the user wrote them; empty where not given.
 struct ClipOptions {
-    std::string frames, fps, shard, keys, raw;
+    std::string frames, fps, shard, keys, raw, audio;
     std::string codec, pixelFormat, codecOptions;
     std::optional<long> zeroFrame;
     Interlacing interlacing = Interlacing::Refuse;
     MissingFrames missing = MissingFrames::Error;
     bool resume = false;
-    bool keepExisting = false; // do not replace existing files
+    bool keepExisting = false;   // do not replace existing files
+    bool allowTruncated = false; // a video may end before the number of frames that it declares
     bool dryRun = false;
     bool quiet = false;
 };

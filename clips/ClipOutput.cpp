@@ -1,13 +1,16 @@
 #include "clips/ClipOutput.h"
 
+#include <algorithm>
 #include <unistd.h>
 
 #include "clips/NumberPattern.h"
 #include "clips/PictureSink.h"
 #include "clips/ProtectedFiles.h"
 #include "clips/RawFrames.h"
+#include "clips/Timecode.h"
 #include "clips/VideoSink.h"
 #include "toolkit/ContentDigest.h"
+#include "toolkit/Errors.h"
 #include "toolkit/Messages.h"
 
 namespace fxhost {
@@ -65,6 +68,21 @@ SoundTrack SoundFor(const ClipOptions& options, const ClipRequest& request, cons
     return sound;
 }
 
+// --audio: a sound file whose beginning belongs to time 0 of the clip.
+SoundTrack SoundOfFile(const ClipOptions& options, const ClipInput& input) {
+    RequireSound("--audio", options.audio);
+    const auto& frames = input.plan.frames;
+    if (frames.empty() ||
+        frames.back().number - frames.front().number + 1 != static_cast<long>(frames.size()))
+        throw WrongUse("--audio " + options.audio + ": expected frames without gaps");
+    SoundTrack sound;
+    sound.path = options.audio;
+    sound.start =
+        input.rate.timeOf(static_cast<double>(std::max(0L, frames.front().number - input.zeroFrame)));
+    sound.seconds = input.rate.timeOf(static_cast<double>(frames.size()));
+    return sound;
+}
+
 // The output has the chapters of the input when it has the same frames at the same times.
 MetadataSource MetadataSourceOf(const ClipRequest& request, const ClipInput& input) {
     const auto& frames = input.plan.frames;
@@ -99,8 +117,8 @@ std::unique_ptr<FrameSink> OpenVideoOutput(const ClipOptions& options, const Cli
         job.content.contentLight = metadata.contentLight;
         job.source = MetadataSourceOf(request, input);
     }
-    job.sound = SoundFor(options, request, input);
-    if (!job.sound.path.empty() &&
+    job.sound = options.audio.empty() ? SoundFor(options, request, input) : SoundOfFile(options, input);
+    if (options.audio.empty() && !job.sound.path.empty() &&
         job.sound.start == 0) // A sound from its beginning may start before the video.
         job.content.start = input.firstFrameTime;
     job.resume = options.resume;
@@ -110,20 +128,21 @@ std::unique_ptr<FrameSink> OpenVideoOutput(const ClipOptions& options, const Cli
     return WriteVideo(job);
 }
 
-ProtectedFiles InputFiles(const ClipRequest& request, const ClipInput& input) {
+ProtectedFiles InputFiles(const ClipOptions& options, const ClipRequest& request, const ClipInput& input) {
     ProtectedFiles files;
     for (const std::string& path : request.otherInputs)
         files.add(path);
     files.add(request.input);
+    files.add(options.audio);
     for (const FrameId& frame : input.plan.frames)
         files.add(input.source->file(frame.number));
     return files;
 }
 
-void RequireNoInputAsOutput(const ClipRequest& request, const ClipInput& input) {
+void RequireNoInputAsOutput(const ClipOptions& options, const ClipRequest& request, const ClipInput& input) {
     if (request.output == "-")
         return;
-    const ProtectedFiles files = InputFiles(request, input);
+    const ProtectedFiles files = InputFiles(options, request, input);
     files.requireOther(request.output);
     if (const auto pattern = NumberPattern::Parse("--output", request.output))
         for (const FrameId& frame : input.plan.frames)
@@ -134,7 +153,7 @@ void RequireNoInputAsOutput(const ClipRequest& request, const ClipInput& input) 
 
 std::unique_ptr<FrameSink> OpenClipOutput(const ClipOptions& options, const ClipRequest& request,
                                           const ClipInput& input) {
-    RequireNoInputAsOutput(request, input);
+    RequireNoInputAsOutput(options, request, input);
     if (request.output == "-")
         return WriteRawFrames(STDOUT_FILENO, request.writing.alpha);
     if (request.output == DiscardPath)

@@ -16,14 +16,9 @@ std::string SizeText(unsigned width, unsigned height) {
 
 // EXR and DPX files may state it.
 std::optional<FrameRate> RateOf(const PictureOrigin& origin) {
-    const auto* const found = origin.spec.find_attribute("FramesPerSecond");
-    if (!found)
-        return std::nullopt;
     try {
-        const bool isFraction = found->type() == OIIO::TypeRational;
-        const auto* const parts = static_cast<const int*>(found->data());
-        return FrameRate::Parse(isFraction ? std::to_string(parts[0]) + "/" + std::to_string(parts[1])
-                                           : found->get_string());
+        const std::string text = FrameRateText(origin);
+        return text.empty() ? std::nullopt : std::optional(FrameRate::Parse(text));
     } catch (const WrongUse&) { // It is not a rate.
         return std::nullopt;
     }

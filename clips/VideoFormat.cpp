@@ -43,6 +43,11 @@ constexpr FormatRow s_Rows[] = {
     {".mkv", true, true, "ffv1", "gbrap16le", nullptr, s_Ffv1, ".mkv"},
     {".mkv", false, false, "ffv1", "bgr0", nullptr, s_Ffv1, ".mkv"},
     {".mkv", true, false, "ffv1", "gbrp16le", nullptr, s_Ffv1, ".mkv"},
+    {".avi", false, true, "ffv1", "bgra", nullptr, s_Ffv1, ".mkv"},
+    {".avi", false, false, "ffv1", "bgr0", nullptr, s_Ffv1, ".mkv"},
+    {".avi", true, false, "ffv1", "gbrp16le", nullptr, s_Ffv1, ".mkv"},
+    {".mxf", false, false, "prores_ks", "yuv422p10le", nullptr, "-profile:v 3 -vendor apl0", ".mov"},
+    {".mxf", true, false, "prores_ks", "yuv422p10le", nullptr, "-profile:v 3 -vendor apl0", ".mov"},
     {".webm", false, true, "libvpx-vp9", "yuva420p", nullptr, s_Vp9, ".webm"},
     {".webm", false, false, "libvpx-vp9", "yuv420p", "yuv444p", s_Vp9, ".webm"},
     {".webm", true, false, "libvpx-vp9", "yuv420p10le", "yuv444p10le", s_Vp9, ".webm"},
@@ -141,9 +146,10 @@ std::string CodecThreads() {
 
 void RequireVideoExtension(const std::string& path) {
     if (!FindRow(ExtensionOf(path), false, false))
-        throw WrongUse("--output " + path +
-                       ": expected a video (.mp4, .m4v, .mov, .mkv or .webm) or numbered pictures, such as "
-                       "out_####.png");
+        throw WrongUse(
+            "--output " + path +
+            ": expected a video (.mp4, .m4v, .mov, .mkv, .webm, .avi or .mxf) or numbered pictures, such as "
+            "out_####.png");
 }
 
 VideoFormat ChooseVideoFormat(const std::string& path, const EncoderOptions& options,

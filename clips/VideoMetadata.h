@@ -1,11 +1,8 @@
 #pragma once
 
 #include <map>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
-
-#include "clips/FrameRate.h"
 
 namespace fxhost {
 
@@ -26,22 +23,11 @@ struct VideoMetadata {
     std::string masteringDisplay, contentLight; // HDR10, in the syntax of the H.265 encoder
 };
 
-// Reads the JSON of "ffprobe -show_format -show_streams -show_chapters"; `video` is the stream of the frames.
-VideoMetadata MetadataOf(const nlohmann::json& probe, const nlohmann::json& video);
-
-// Adds the HDR10 data from the JSON of "ffprobe -show_frames".
-void AddHdr(const nlohmann::json& frames, VideoMetadata& metadata);
-
 // Names, for people, of what `before` has and `after` has not or has otherwise.
 std::vector<std::string> LostMetadata(const VideoMetadata& before, const VideoMetadata& after);
 
 // The codec for subtitles of the codec `from` in a file with this extension; "copy" where it can stay, empty
 // where the file cannot store them.
 std::string SubtitleCodec(const std::string& extension, const std::string& from);
-
-// The timecode `frames` later: "01:00:00:24" plus 1 is "01:00:01:00" at 25 frames per second. With ";" before
-// the frames, it counts without the numbers that drop-frame timecode leaves out. Another text is returned as
-// it is.
-std::string TimecodeLater(const std::string& timecode, long frames, const FrameRate& rate);
 
 } // namespace fxhost

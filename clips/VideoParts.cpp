@@ -51,6 +51,25 @@ std::string TimeStampFilter(const VideoContent& content) {
            ")+N)/TB/" + r + offset + ":duration=1/TB/" + r;
 }
 
+// Removes the unfinished files that killed runs left beside the output, ".STEM.PROCESS.EXTENSION". The lock
+// shows that no run still writes them.
+void RemoveLeftovers(const fs::path& output) {
+    const std::string before = "." + output.stem().string() + ".", after = output.extension().string();
+    std::error_code ignored;
+    std::vector<fs::path> leftovers;
+    for (const auto& entry : fs::directory_iterator(fs::absolute(output).parent_path(), ignored)) {
+        const std::string name = entry.path().filename().string();
+        if (name.size() <= before.size() + after.size() || !name.starts_with(before) ||
+            !name.ends_with(after))
+            continue;
+        const std::string process = name.substr(before.size(), name.size() - before.size() - after.size());
+        if (process.find_first_not_of("0123456789") == std::string::npos)
+            leftovers.push_back(entry.path());
+    }
+    for (const fs::path& path : leftovers)
+        fs::remove(path, ignored);
+}
+
 fs::path PartsFolder(const std::string& path) {
     const fs::path target(path);
     return target.parent_path() / ("." + target.filename().string() + ".parts");
@@ -63,6 +82,7 @@ VideoParts::VideoParts(const VideoJob& job)
 
 void VideoParts::start(const FramePlan& plan) {
     digestParts(plan);
+    RemoveLeftovers(m_Job.path);
     if (m_Job.resume)
         m_Record.load();
     m_AllDone = m_Job.resume && m_Record.matches(0, m_Digest, m_Job.path);
@@ -217,6 +237,9 @@ void VideoParts::runJoin(const fs::path& target, bool copySound) const {
             add({"-metadata", std::string(name) + "="});
         add({"-metadata", "timecode=" + source.metadata.timecode});
     }
+    const std::string extension = fs::path(m_Job.path).extension().string();
+    if (extension == ".avi" || extension == ".mxf") // These store the rate in place of times.
+        add({"-r", m_Job.content.rate.text()});
     add({"-bsf:v", TimeStampFilter(m_Job.content), "-video_track_timescale",
          std::to_string(VideoTimescale(m_Job.content)), "-fflags", "+bitexact",
          FileArgument(target.string())});

@@ -8,6 +8,7 @@
 
 #include "clips/ChildProcess.h"
 #include "clips/FrameTiming.h"
+#include "clips/VideoMetadataJson.h"
 #include "pictures/Picture.h"
 #include "toolkit/Errors.h"
 #include "toolkit/TextParsing.h"
@@ -196,6 +197,15 @@ VideoMetadata ProbeMetadata(const std::string& path) {
     if (metadata.transfer == "smpte2084")
         AddHdr(ProbeFirstFrame(path), metadata);
     return metadata;
+}
+
+void RequireSound(const std::string& option, const std::string& path) {
+    const Json found = ProbeFile(path);
+    const Json streams = found.value("streams", Json::array());
+    for (const Json& stream : streams)
+        if (Text(stream, "codec_type") == "audio")
+            return;
+    throw WrongUse(option + " " + path + ": contains no sound");
 }
 
 VideoInfo ProbeVideo(const std::string& path) {

@@ -33,6 +33,9 @@ VideoInfo ProbeVideo(const std::string& path);
 // The part of it that needs no look at the packets.
 VideoMetadata ProbeMetadata(const std::string& path);
 
+// Throws WrongUse that names the option when the file has no sound.
+void RequireSound(const std::string& option, const std::string& path);
+
 // True for a file name with a video's extension.
 bool IsVideoName(const std::string& path);
 

@@ -6,6 +6,7 @@
 #include "clips/VideoColours.h"
 #include "clips/VideoFormat.h"
 #include "toolkit/Errors.h"
+#include "toolkit/Messages.h"
 
 namespace fxhost {
 
@@ -14,8 +15,9 @@ namespace {
 class VideoSource final : public FrameSource {
 public:
     VideoSource(const std::string& path, const VideoInfo& info, std::optional<unsigned> depth, long required,
-                const std::vector<long>& frames, AlphaMode alpha)
-        : m_Path(path), m_Info(info), m_Required(required), m_Frames(frames), m_Alpha(alpha) {
+                const std::vector<long>& frames, AlphaMode alpha, bool mayEndEarly)
+        : m_MayEndEarly(mayEndEarly), m_Path(path), m_Info(info), m_Required(required), m_Frames(frames),
+          m_Alpha(alpha) {
         m_Width = info.width;
         m_Height = info.height;
         m_Depth = depth.value_or(info.bits > 8 ? 16 : 8);
@@ -82,12 +84,18 @@ private:
             throw WrongUse(where + FailureText("ffmpeg", status, errors));
         if (status == 0 && errors.empty() && m_Required == 0 && m_Next > 1)
             return;
+        if (m_MayEndEarly && m_Next > 1) {
+            PrintMessage(MessageKind::Warning, where + "the video ends early, before frame " +
+                                                   std::to_string(m_Next) + " (" + errors + ")");
+            return;
+        }
         throw WrongUse(
             where + "the video ends early, before frame " + std::to_string(m_Next) + " of " +
             std::to_string(m_Required ? m_Required : std::max(m_Info.declaredFrames, m_Info.packets)) +
             (errors.empty() ? "" : " (" + errors + ")"));
     }
 
+    const bool m_MayEndEarly;
     const std::string m_Path;
     const VideoInfo m_Info;
     const long m_Required;
@@ -103,8 +111,8 @@ private:
 
 std::unique_ptr<FrameSource> OpenVideo(const std::string& path, const VideoInfo& info,
                                        std::optional<unsigned> depth, long required,
-                                       const std::vector<long>& frames, AlphaMode alpha) {
-    return std::make_unique<VideoSource>(path, info, depth, required, frames, alpha);
+                                       const std::vector<long>& frames, AlphaMode alpha, bool mayEndEarly) {
+    return std::make_unique<VideoSource>(path, info, depth, required, frames, alpha, mayEndEarly);
 }
 
 } // namespace fxhost

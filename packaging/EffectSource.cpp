@@ -28,6 +28,20 @@ struct Selected {
 };
 Selected s_Selected;
 
+// Paths are bytes. Where they are not UTF-8, U+DC80 to U+DCFF stand for single bytes, which Utils::ToNarrow
+// restores.
+std::wstring WidePath(const std::string& path) {
+    std::wstring wide = Utils::ToWide(path);
+    if (Utils::ToNarrow(wide) == path)
+        return wide;
+    wide.clear();
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        wide += static_cast<wchar_t>(byte < 0x80 ? byte : 0xDC00 + byte);
+    }
+    return wide;
+}
+
 std::wstring PathInFolder(const std::wstring& name) {
     if (name.ends_with(s_PackageSuffix))
         return L""; // a folder: there is no package to open
@@ -39,7 +53,7 @@ std::wstring PathInFolder(const std::wstring& name) {
     if (!fs::is_regular_file(path, ignored) &&
         std::find(missing.begin(), missing.end(), file) == missing.end())
         missing.push_back(file);
-    return Utils::ToWide(path.string());
+    return WidePath(path.string());
 }
 
 // Reads a file of a folder as the engine would, and transforms the script.

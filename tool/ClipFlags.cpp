@@ -42,6 +42,13 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
     text("--shard", options.shard, "K/N",
          "Render every Nth frame beginning with the Kth, to distribute a clip over N machines");
     text("--raw", options.raw, "WxH", "Size of the raw RGBA frames that --input - reads");
+    text("--audio", options.audio, "FILE",
+         "Sound for the output video, which begins at time 0, in place of that of the input");
+    command
+        .add_flag(
+            "--allow-truncated", options.allowTruncated,
+            "Render the frames of a damaged video that can be read, and end without an error after them")
+        ->group("Clips");
     text("--codec", options.codec, "NAME",
          "FFmpeg encoder for the output; chosen by its extension by default");
     text("--pixel-format", options.pixelFormat, "NAME", "FFmpeg pixel format for the output");

@@ -6,6 +6,7 @@
 
 #include "clips/Clip.h"
 #include "clips/FailedPicture.h"
+#include "clips/NumberPattern.h"
 #include "clips/ProtectedFiles.h"
 #include "guard/ErrorReport.h"
 #include "guard/Stage.h"
@@ -185,9 +186,18 @@ int RenderAndSummarize(const RenderOptions& options) {
     return status;
 }
 
+// Removes the backslashes from names without a number.
+void UsePlainPaths(RenderOptions& options) {
+    for (const auto& [option, path] :
+         {std::pair("--input", &options.frame.input), std::pair("--output", &options.output)})
+        if (!NumberPattern::Parse(option, *path))
+            *path = PlainPath(*path);
+}
+
 int Render(RenderOptions options) {
     if (options.json) // Standard output may carry frames.
         UseJsonEvents(options.output == "-" ? stderr : stdout);
+    UsePlainPaths(options);
     RequireOneInput(options.frame);
     options.report.quiet = options.clip.quiet;
     MuteWarnings(options.clip.quiet);

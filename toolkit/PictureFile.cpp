@@ -8,9 +8,9 @@
 
 #include "toolkit/AtomicFile.h"
 #include "toolkit/Errors.h"
+#include "toolkit/PictureAttributes.h"
 #include "toolkit/PictureConversion.h"
 #include "toolkit/PictureFormats.h"
-#include "toolkit/PictureOrigin.h"
 
 namespace fxhost {
 
@@ -39,7 +39,7 @@ public:
             fail(OIIO::geterror());
         m_Format = m_Output->format_name();
         m_Type = StoredType(m_Format, picture.depth, writing.bits,
-                            m_Origin && m_Origin->spec.format == OIIO::TypeDesc::HALF);
+                            m_Origin && m_Origin->file->spec.format == OIIO::TypeDesc::HALF);
     }
 
     std::vector<std::string> write() {
@@ -124,7 +124,7 @@ private:
     }
 
     void addOrigin(OIIO::ImageSpec& spec) const {
-        const OIIO::ImageSpec& file = m_Origin->spec;
+        const OIIO::ImageSpec& file = m_Origin->file->spec;
         CopyAttributes(*m_Origin, spec);
         if ((spec.nchannels < 3) != m_Origin->isGrey) // A profile is for one kind of colours.
             spec.erase_attribute("ICCProfile");
@@ -132,7 +132,7 @@ private:
             !spec.format.is_floating_point()) // It is the default, and stored as Exif data.
             spec.erase_attribute("oiio:ColorSpace");
         const std::string compression = file.get_string_attribute("compression");
-        if (m_Format == m_Origin->format && IsLossless(m_Format, compression))
+        if (m_Format == m_Origin->file->format && IsLossless(m_Format, compression))
             spec.attribute("compression", compression);
         if (!isExr())
             return;
@@ -176,9 +176,9 @@ private:
 
     // The bits per channel of the input, where the picture still has them.
     unsigned neededBits() const {
-        if (m_Origin && m_Origin->spec.format == OIIO::TypeDesc::HALF && m_Picture.depth == 32)
+        if (m_Origin && m_Origin->file->spec.format == OIIO::TypeDesc::HALF && m_Picture.depth == 32)
             return m_Type == SampleType::Half ? 16 : 32;
-        const unsigned ofFile = m_Origin ? static_cast<unsigned>(m_Origin->spec.format.size()) * 8 : 32;
+        const unsigned ofFile = m_Origin ? static_cast<unsigned>(m_Origin->file->spec.format.size()) * 8 : 32;
         return std::min(m_Picture.depth, ofFile);
     }
 

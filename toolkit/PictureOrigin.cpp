@@ -1,4 +1,4 @@
-#include "toolkit/PictureOrigin.h"
+#include "toolkit/PictureAttributes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -45,7 +45,7 @@ bool Describes(const PictureOrigin& origin, const OIIO::ParamValue& attribute) {
     const std::string name = attribute.name().string();
     if (name == s_ColourSpace)
         return true;
-    return !name.starts_with("oiio:") && !name.starts_with(origin.format + ":") &&
+    return !name.starts_with("oiio:") && !name.starts_with(origin.file->format + ":") &&
            !name.starts_with("ICCProfile:") && !IsIn(s_OfEncoding, name);
 }
 
@@ -75,7 +75,7 @@ bool IsKept(const OIIO::ParamValue& attribute, const OIIO::ImageSpec& written) {
 template <class Condition>
 std::vector<std::string> NamesIf(const PictureOrigin& origin, const Condition& condition) {
     std::vector<std::string> names;
-    for (const OIIO::ParamValue& attribute : origin.spec.extra_attribs) {
+    for (const OIIO::ParamValue& attribute : origin.file->spec.extra_attribs) {
         if (!Describes(origin, attribute) || IsIn(s_Harmless, attribute.name().string()) ||
             !condition(attribute))
             continue;
@@ -89,7 +89,7 @@ std::vector<std::string> NamesIf(const PictureOrigin& origin, const Condition& c
 } // namespace
 
 void CopyAttributes(const PictureOrigin& origin, OIIO::ImageSpec& spec) {
-    for (const OIIO::ParamValue& attribute : origin.spec.extra_attribs)
+    for (const OIIO::ParamValue& attribute : origin.file->spec.extra_attribs)
         if (Describes(origin, attribute))
             spec.extra_attribs.add_or_replace(attribute);
 }
@@ -105,6 +105,16 @@ std::vector<std::string> AttributeNames(const PictureOrigin& origin) {
     integers.format = OIIO::TypeDesc::UINT8;
     return NamesIf(origin,
                    [&](const OIIO::ParamValue& attribute) { return !IsDefault(attribute, integers); });
+}
+
+std::string FrameRateText(const PictureOrigin& origin) {
+    const auto* const found = origin.file->spec.find_attribute("FramesPerSecond");
+    if (!found)
+        return "";
+    if (found->type() != OIIO::TypeRational)
+        return found->get_string();
+    const auto* const parts = static_cast<const int*>(found->data());
+    return std::to_string(parts[0]) + "/" + std::to_string(parts[1]);
 }
 
 } // namespace fxhost

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <OpenImageIO/imageio.h>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -8,8 +8,8 @@ namespace fxhost {
 
 // What a picture file declares besides its pixels. The output of an effect keeps it where its format can.
 struct PictureOrigin {
-    OIIO::ImageSpec spec; // of the file
-    std::string format;   // OpenImageIO's name
+    struct File; // PictureAttributes.h
+    std::shared_ptr<const File> file;
     bool hasAlpha = true;
     bool isGrey = false;
     bool isDataWindow = false;     // true when the picture is the data window, with overscan
@@ -17,14 +17,11 @@ struct PictureOrigin {
     std::vector<std::string> lost; // what the picture does not contain, as texts for people
 };
 
-// Copies the attributes of the origin that describe the picture and not its encoding.
-void CopyAttributes(const PictureOrigin& origin, OIIO::ImageSpec& spec);
-
-// The names of the attributes that CopyAttributes has copied, but a written file does not have. Groups such
-// as Exif count as one.
-std::vector<std::string> LostAttributes(const PictureOrigin& origin, const OIIO::ImageSpec& written);
-
-// The names of all attributes that CopyAttributes copies, in the same form.
+// The names of all attributes of the file that describe the picture and not its encoding. Groups such as Exif
+// count as one.
 std::vector<std::string> AttributeNames(const PictureOrigin& origin);
+
+// The frame rate that the file states, such as "25/1"; empty when there is none.
+std::string FrameRateText(const PictureOrigin& origin);
 
 } // namespace fxhost

@@ -3,10 +3,10 @@
 #include <filesystem>
 
 #include "toolkit/Errors.h"
+#include "toolkit/PictureAttributes.h"
 #include "toolkit/PictureConversion.h"
 #include "toolkit/PictureFile.h"
 #include "toolkit/PictureGeometry.h"
-#include "toolkit/PictureOrigin.h"
 #include "toolkit/TextParsing.h"
 
 namespace fxhost {
@@ -60,6 +60,7 @@ public:
             Unpremultiply(picture);
             picture = AtDepth(std::move(picture), depth);
         }
+        m_Origin.file = std::make_shared<PictureOrigin::File>(std::move(m_File));
         picture.origin = std::make_shared<PictureOrigin>(std::move(m_Origin));
         return picture;
     }
@@ -79,7 +80,7 @@ private:
         m_Input = OIIO::ImageInput::open(m_Path, &config);
         if (!m_Input)
             fail(OIIO::geterror());
-        m_Origin.format = m_Input->format_name();
+        m_File.format = m_Input->format_name();
     }
 
     static std::string PartName(const OIIO::ImageSpec& part, int index) {
@@ -227,23 +228,24 @@ private:
     bool isPremultiplied(bool hasAlpha) const {
         if (!hasAlpha || m_Reading.alpha != AlphaMode::Auto)
             return hasAlpha && m_Reading.alpha == AlphaMode::Premultiplied;
-        return m_Origin.format == "openexr" ||
-               (m_Origin.format == "tiff" && !spec().get_int_attribute("oiio:UnassociatedAlpha"));
+        return m_File.format == "openexr" ||
+               (m_File.format == "tiff" && !spec().get_int_attribute("oiio:UnassociatedAlpha"));
     }
 
     void describe(const FilePixels& pixels) {
-        m_Origin.spec = spec();
+        m_File.spec = spec();
         m_Origin.hasAlpha = pixels.alpha >= 0;
         m_Origin.isGrey = pixels.channels == (m_Origin.hasAlpha ? 2 : 1);
         const float ratio = spec().get_float_attribute("PixelAspectRatio", 1);
         if (ExchangesAxes(orientation()) && ratio > 0)
-            m_Origin.spec.attribute("PixelAspectRatio", 1 / ratio);
+            m_File.spec.attribute("PixelAspectRatio", 1 / ratio);
     }
 
     const std::string m_Path;
     const PictureReading m_Reading;
     std::unique_ptr<OIIO::ImageInput> m_Input;
     PictureOrigin m_Origin;
+    PictureOrigin::File m_File;
     int m_Part = 0;
 };
 

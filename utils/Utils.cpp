@@ -72,6 +72,8 @@ std::string ToNarrow(const std::wstring& text) {
         } else if (code < 0x800) {
             put(0xC0 | code >> 6);
             put(0x80 | (code & 0x3F));
+        } else if (code >= 0xDC80 && code <= 0xDCFF) { // an escaped byte of a path, see Utils.h
+            put(code & 0xFF);
         } else if (code < 0x10000) {
             put(0xE0 | code >> 12);
             put(0x80 | (code >> 6 & 0x3F));

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "clips/VideoMetadata.h"
+#include "clips/Timecode.h"
 #include "tests/clips/VideoFixture.h"
 #include "toolkit/Errors.h"
 

@@ -238,6 +238,15 @@ TEST_F(VideoClipTest, VideoThatEndsEarlyIsReportedWithItsFrame) {
                 Says<WrongUse>("in.mp4", "the video ends early", "of 100", "frames are written", "--resume"));
     EXPECT_TRUE(exists("b_001.png"));
 
+    // On request, the readable frames are the clip.
+    options = {};
+    options.allowTruncated = true;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(run(options, "in.mp4", "c.mkv"), ExitOk);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::HasSubstr("the video ends early, before frame"));
+    EXPECT_GT(std::stoi(probe("nb_read_frames", "c.mkv")), 20);
+
     std::ofstream(at("text.mp4")) << "no video";
     EXPECT_THAT([&] { run({}, "text.mp4", "c_#.png"); }, Says<WrongUse>("--input", "text.mp4"));
 }
@@ -263,6 +272,34 @@ TEST_F(VideoClipTest, UnusableEncoderOptionsAreFoundBeforeTheFirstFrame) {
     }
     EXPECT_THAT(m_Renderer.times, testing::IsEmpty());
     EXPECT_THAT(names(), testing::ElementsAre("in_1.png"));
+}
+
+TEST_F(VideoClipTest, SoundFileIsCutToTheFramesAndContainersKeepTheRate) {
+    for (int number = 1; number <= 30; ++number)
+        WritePicture(at("in_" + std::to_string(number) + ".png"), SomePicture(64, 48, 8, number));
+    shell("ffmpeg -v error -y -f lavfi -i sine=frequency=440:duration=5 -c:a pcm_s16le " + at("tone.wav"));
+    ClipOptions options;
+    options.fps = "25";
+    options.audio = at("tone.wav");
+    options.frames = "11-30";
+    writeFile(".o.4711.mov", "as a killed run leaves it");
+    const std::pair<const char*, const char*> rows[] = {
+        {"o.mov", "25/1"}, {"o.avi", "25/1"}, {"o.mxf", "25/1"}};
+    for (const auto& [name, rate] : rows) {
+        ASSERT_EQ(run(options, "in_#.png", name), ExitOk) << name;
+        EXPECT_EQ(probe("r_frame_rate,nb_read_frames", name), std::string(rate) + "\n20") << name;
+        EXPECT_FALSE(packetTimes("a:0", name).empty()) << name;
+    }
+    // From 0.4 s to 1.2 s of the file, up to one packet.
+    const std::vector<double> times = packetTimes("a:0", "o.mov");
+    EXPECT_NEAR(times.front(), 0, 0.03);
+    EXPECT_NEAR(times.back(), 0.8, 0.05);
+    EXPECT_FALSE(exists(".o.4711.mov"));
+    EXPECT_THAT([&] { run(options, "in_#.png", "o_#.png"); }, Says<WrongUse>("--audio: expected a video"));
+    options.frames = "1-5x2";
+    EXPECT_THAT([&] { run(options, "in_#.png", "o.mov"); }, Says<WrongUse>("frames without gaps"));
+    options.audio = at("in_1.png");
+    EXPECT_THAT([&] { run(options, "in_#.png", "o.mov"); }, Says<WrongUse>("contains no sound"));
 }
 
 TEST_F(VideoClipTest, VideoWhoseFramesChangeSizeIsRejected) {
