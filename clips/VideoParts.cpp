@@ -200,6 +200,8 @@ void VideoParts::addSound(std::vector<std::string>& arguments, bool copySound) c
         add({"-map", "1:a"});
     if (sound.hasSound && copySound)
         add({"-c:a", "copy"});
+    else if (sound.hasSound && fs::path(m_Job.path).extension() == ".mxf")
+        add({"-ar", "48000"}); // the only sampling rate of this container
     std::size_t count = 0;
     for (std::size_t i = 0; i < sound.subtitles.size(); ++i) {
         const std::string codec =

@@ -47,7 +47,7 @@ TEST_F(ResumeTest, FailedFrameHasNoFileAndIsRenderedAgain) {
     const Run again = resume();
     EXPECT_EQ(again.status, ExitEffectFailed);
     EXPECT_EQ(again.rendered, 1u);
-    EXPECT_THAT(again.messages, HasSubstr("failed in 1 frames, which are not written; the first is 3"));
+    EXPECT_THAT(again.messages, HasSubstr("failed in 1 frames, which are not written: 3"));
     m_HasFailed = [] { return false; };
     EXPECT_EQ(resume().status, ExitOk);
     EXPECT_TRUE(exists("out_3.png"));
