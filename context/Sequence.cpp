@@ -27,7 +27,7 @@ void Sequence::Reset(const Surface& surface, double time) {
     RenderTarget* const target = m_Owner->Find<RenderTarget>(m_RenderTarget);
     if (target && target->usable())
         target->grabPixels(nullptr, m_OutputWidth, m_OutputHeight, surface.format,
-                           static_cast<long>(surface.rowBytes), true, true);
+                           static_cast<std::ptrdiff_t>(surface.rowBytes), true, true);
     else if (target && !target->errorText().empty()) // frames that fail must not leave one target each
         target->init(m_OutputWidth, m_OutputHeight, surface.format);
     else // the registry keeps a target whose storage was freed
@@ -47,7 +47,7 @@ void Sequence::ResetInputTexture(const Surface& surface) {
     Texture& texture = m_Owner->GetResource<Texture>(m_InputTexture);
     if (texture.id() != 0)
         texture.grabPixels(source, surface.width, surface.height, surface.format,
-                           static_cast<long>(surface.rowBytes), true, true);
+                           static_cast<std::ptrdiff_t>(surface.rowBytes), true, true);
 }
 
 RenderTarget& Sequence::GetRenderTarget() const {

@@ -170,9 +170,9 @@ Picture EngineDriver::draw(const FrameInputs& request, Extent extent, StageSpan&
     for (const LayerInput& layer : request.layers)
         m_Engine.grabIntoTexture(layer.index, Writable(layer.picture), layer.picture.width,
                                  layer.picture.height, layer.picture.depth,
-                                 static_cast<long>(layer.picture.RowBytes()));
+                                 static_cast<std::ptrdiff_t>(layer.picture.RowBytes()));
     m_Engine.grabIntoTexture(IPlugin::InputLayer, Writable(input), input.width, input.height, input.depth,
-                             static_cast<long>(input.RowBytes()));
+                             static_cast<std::ptrdiff_t>(input.RowBytes()));
     span.next(Stage::Script);
     m_Engine.render(request.time, width, height, input.depth, 1);
     span.next(Stage::Draw);

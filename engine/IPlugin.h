@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -107,7 +108,7 @@ public:
     // width, height: pixels; rowBytes: distance from a row to the one below it. The pixels are copied.
     // Ignored when pixels is null, rowBytes is 0, the parameter has no texture, or there is no instance.
     virtual void grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height,
-                                 unsigned format, long rowBytes) = 0;
+                                 unsigned format, std::ptrdiff_t rowBytes) = 0;
 
     // Returns the rendered frame: rows without padding, bottom-up. Needs the frame lock, which must be held
     // until grabResultEnd. The engine owns the pixels, which are valid until grabResultEnd. Returns null when

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#undef DrawText // a macro of windows.h
+
 namespace Utils {
 
 // Draws ASCII text in the current colour into the bound framebuffer. One unit of the current matrices must be

@@ -15,12 +15,12 @@ bool Surface::init(unsigned width, unsigned height, unsigned depth, bool flag) {
     return true;
 }
 
-void Surface::grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
-                         bool copy, bool flag) {
+void Surface::grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth,
+                         std::ptrdiff_t stride, bool copy, bool flag) {
     m_Width = width;
     m_Height = height;
     m_Depth = depth;
-    m_Stride = static_cast<std::uint64_t>(std::max(stride, 0L));
+    m_Stride = static_cast<std::uint64_t>(std::max<std::ptrdiff_t>(stride, 0));
     m_Flag = flag;
     const auto* first = static_cast<const unsigned char*>(pixels);
     if (pixels && copy)

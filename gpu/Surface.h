@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -24,8 +25,8 @@ public:
     // Takes `height` rows, `stride` bytes apart. Without copy they are used in place and stay the caller's;
     // null drops them. With copy they are copied, but memory that is used in place still takes precedence
     // over the copy.
-    void grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
-                    bool copy, bool flag);
+    void grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth,
+                    std::ptrdiff_t stride, bool copy, bool flag);
 
     unsigned width() const { return m_Width; }
     unsigned height() const { return m_Height; }

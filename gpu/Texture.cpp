@@ -56,17 +56,17 @@ void ExpandRow(const std::uint16_t* __restrict from, std::uint16_t* __restrict t
 }
 
 // OpenGL knows distances between rows of whole pixels only, and reads every row to its end.
-bool IsRowLength(long stride, unsigned width, unsigned depth) {
-    const auto pixelBytes = static_cast<long>(PixelDepth::BytesPerPixel(depth));
-    return stride >= 0 && stride % pixelBytes == 0 &&
-           static_cast<unsigned long>(stride / pixelBytes) >= width;
+bool IsRowLength(std::ptrdiff_t stride, unsigned width, unsigned depth) {
+    const auto pixelBytes = static_cast<std::ptrdiff_t>(PixelDepth::BytesPerPixel(depth));
+    return stride >= 0 && stride % pixelBytes == 0 && static_cast<std::size_t>(stride / pixelBytes) >= width;
 }
 
 // Copies rows of any stride, which may be negative, to rows without padding.
-std::vector<unsigned char> PackRows(const void* pixels, std::size_t rowBytes, unsigned height, long stride) {
+std::vector<unsigned char> PackRows(const void* pixels, std::size_t rowBytes, unsigned height,
+                                    std::ptrdiff_t stride) {
     std::vector<unsigned char> packed(rowBytes * height);
     const std::size_t available = std::min(rowBytes, static_cast<std::size_t>(std::abs(stride)));
-    for (long y = 0; y < static_cast<long>(height); ++y)
+    for (std::ptrdiff_t y = 0; y < static_cast<std::ptrdiff_t>(height); ++y)
         std::memcpy(packed.data() + static_cast<std::size_t>(y) * rowBytes,
                     static_cast<const unsigned char*>(pixels) + y * stride, available);
     return packed;
@@ -110,7 +110,7 @@ bool Texture::init(unsigned width, unsigned height, unsigned depth, bool argbOrd
     glGenTextures(1, &m_Texture);
     if (!m_Texture)
         m_ErrorText = "OpenGL cannot create a texture";
-    grabPixels(nullptr, width, height, depth, static_cast<long>(PixelDepth::RowBytes(width, depth)),
+    grabPixels(nullptr, width, height, depth, static_cast<std::ptrdiff_t>(PixelDepth::RowBytes(width, depth)),
                argbOrder, false);
     m_Stride = 0;
     if (!hasStorage())
@@ -134,8 +134,8 @@ void Texture::freeStorage() {
     m_Stride = 0;
 }
 
-void Texture::grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
-                         bool argbOrder, bool expand16) {
+void Texture::grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth,
+                         std::ptrdiff_t stride, bool argbOrder, bool expand16) {
     if (!m_Texture)
         return;
     if (!IsSize(width, height)) {
@@ -144,15 +144,16 @@ void Texture::grabPixels(const void* pixels, unsigned width, unsigned height, un
     } else if (pixels && !IsRowLength(stride, width, depth)) {
         const std::size_t rowBytes = PixelDepth::RowBytes(width, depth);
         const auto packed = PackRows(pixels, rowBytes, height, stride);
-        upload(packed.data(), width, height, depth, static_cast<long>(rowBytes), argbOrder, expand16);
+        upload(packed.data(), width, height, depth, static_cast<std::ptrdiff_t>(rowBytes), argbOrder,
+               expand16);
     } else {
         upload(pixels, width, height, depth, stride, argbOrder, expand16);
     }
     GLErrors::Check("Texture::grabPixels");
 }
 
-void Texture::upload(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
-                     bool argbOrder, bool expand16) {
+void Texture::upload(const void* pixels, unsigned width, unsigned height, unsigned depth,
+                     std::ptrdiff_t stride, bool argbOrder, bool expand16) {
     if (pixels)
         m_CopyPending = false; // this upload replaces the copy
     else
@@ -161,7 +162,7 @@ void Texture::upload(const void* pixels, unsigned width, unsigned height, unsign
     m_ArgbOrder = argbOrder;
     glBindTexture(GL_TEXTURE_2D, m_Texture);
     setSampling(argbOrder);
-    const long pixelStride = stride / static_cast<long>(PixelDepth::BytesPerPixel(depth));
+    const std::ptrdiff_t pixelStride = stride / static_cast<std::ptrdiff_t>(PixelDepth::BytesPerPixel(depth));
     glPixelStorei(GL_UNPACK_ROW_LENGTH, static_cast<GLint>(pixelStride));
 
     const void* source = pixels;
@@ -224,7 +225,7 @@ const std::vector<unsigned char>& Texture::pixelCopy() const {
 }
 
 // OpenGL must store exactly the pixels given, at a precision that returns them unchanged.
-bool Texture::canCopyLater(unsigned width, unsigned depth, long stride) const {
+bool Texture::canCopyLater(unsigned width, unsigned depth, std::ptrdiff_t stride) const {
     const bool isExact = depth == 8 || PixelDepth::Stored(depth) != 8;
     return !m_CopyAtOnce && isExact && IsRowLength(stride, width, depth);
 }
@@ -236,19 +237,20 @@ void Texture::fetchPixelCopy() const {
     m_CopyPending = false;
     m_CopyAtOnce = true;
     const PackScope scope(
-        static_cast<GLint>(m_Stride / static_cast<long>(PixelDepth::BytesPerPixel(m_Depth))));
+        static_cast<GLint>(m_Stride / static_cast<std::ptrdiff_t>(PixelDepth::BytesPerPixel(m_Depth))));
     glBindTexture(GL_TEXTURE_2D, m_Texture);
     glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, getGLType(m_Depth), m_PixelCopy.data());
     GLErrors::Check("Texture::pixelCopy");
 }
 
-void Texture::copyPixels(const void* pixels, unsigned height, long stride) {
+void Texture::copyPixels(const void* pixels, unsigned height, std::ptrdiff_t stride) {
     const auto* first = static_cast<const unsigned char*>(pixels);
-    m_PixelCopy.assign(first, first + std::size_t(height) * static_cast<std::size_t>(std::max(stride, 0L)));
+    m_PixelCopy.assign(first, first + std::size_t(height) *
+                                          static_cast<std::size_t>(std::max<std::ptrdiff_t>(stride, 0)));
 }
 
-void Texture::expandPixels(const void* pixels, unsigned width, unsigned height, long stride) {
-    const std::size_t rowBytes = static_cast<std::size_t>(std::max(stride, 0L));
+void Texture::expandPixels(const void* pixels, unsigned width, unsigned height, std::ptrdiff_t stride) {
+    const std::size_t rowBytes = static_cast<std::size_t>(std::max<std::ptrdiff_t>(stride, 0));
     m_PixelCopy.resize(height * rowBytes);
     const std::size_t count = std::min(std::size_t(width) * 4, rowBytes / sizeof(std::uint16_t));
     for (std::size_t y = 0; y < height; ++y)
@@ -267,8 +269,8 @@ void Texture::grabSurface(const Surface& surface, bool flip) {
             std::memcpy(&reversed[(surface.height() - 1 - row) * stride], pixels + row * stride, stride);
         pixels = reversed.data();
     }
-    grabPixels(pixels, surface.width(), surface.height(), surface.depth(), static_cast<long>(stride), true,
-               false);
+    grabPixels(pixels, surface.width(), surface.height(), surface.depth(),
+               static_cast<std::ptrdiff_t>(stride), true, false);
 }
 
 bool Texture::load(const std::string& path) {
@@ -286,7 +288,7 @@ bool Texture::load(const std::string& path) {
     if (!init(image.width, image.height, image.depth, true))
         return false;
     grabPixels(image.pixels.get(), image.width, image.height, image.depth,
-               static_cast<long>(PixelDepth::RowBytes(image.width, image.depth)), false, false);
+               static_cast<std::ptrdiff_t>(PixelDepth::RowBytes(image.width, image.depth)), false, false);
     return hasStorage();
 }
 

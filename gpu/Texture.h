@@ -40,8 +40,8 @@ public:
     // content undefined and leaves the pixel copy as it was. argbOrder: pixels are alpha, red, green, blue;
     // otherwise red, green, blue, alpha. expand16: 16-bit channels range from 0 to 32768 and are expanded to
     // 0..65534.
-    void grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
-                    bool argbOrder, bool expand16);
+    void grabPixels(const void* pixels, unsigned width, unsigned height, unsigned depth,
+                    std::ptrdiff_t stride, bool argbOrder, bool expand16);
     // Uploads a surface; with flip, its last row becomes the first.
     void grabSurface(const Surface& surface, bool flip);
 
@@ -80,11 +80,11 @@ protected:
     void fail(const std::string& text) { m_ErrorText = text; }
 
 private:
-    bool canCopyLater(unsigned width, unsigned depth, long stride) const;
-    void copyPixels(const void* pixels, unsigned height, long stride);
-    void expandPixels(const void* pixels, unsigned width, unsigned height, long stride);
+    bool canCopyLater(unsigned width, unsigned depth, std::ptrdiff_t stride) const;
+    void copyPixels(const void* pixels, unsigned height, std::ptrdiff_t stride);
+    void expandPixels(const void* pixels, unsigned width, unsigned height, std::ptrdiff_t stride);
     void fetchPixelCopy() const;
-    void upload(const void* pixels, unsigned width, unsigned height, unsigned depth, long stride,
+    void upload(const void* pixels, unsigned width, unsigned height, unsigned depth, std::ptrdiff_t stride,
                 bool argbOrder, bool expand16);
     bool allocate(const void* pixels, unsigned width, unsigned height, unsigned depth);
     void setSampling(bool argbOrder);

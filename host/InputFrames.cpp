@@ -39,14 +39,14 @@ void UploadVisible(IPlugin& engine, const PF_InData& in, const PF_LayerDef& worl
     const std::uint32_t height = Scaled(Extent(in.height), in.downsample_y);
     std::vector<std::byte> packed = VisiblePixels(in, world, width, height, bits);
     engine.grabIntoTexture(index, packed.data(), width, height, static_cast<unsigned>(bits),
-                           static_cast<long>(PackedRowBytes(width, bits)));
+                           static_cast<std::ptrdiff_t>(PackedRowBytes(width, bits)));
 }
 
 // Replaces the pixels of an earlier frame, which the engine would show otherwise.
 void UploadTransparentPixel(IPlugin& engine, int bits, unsigned index) {
     float transparent[4] = {}; // the size of the largest pixel
     engine.grabIntoTexture(index, transparent, 1, 1, static_cast<unsigned>(bits),
-                           static_cast<long>(PackedRowBytes(1, bits)));
+                           static_cast<std::ptrdiff_t>(PackedRowBytes(1, bits)));
 }
 
 // False for a world with fewer bits than the given depth, which would be read beyond the end of its rows.
@@ -67,12 +67,12 @@ struct FeedbackSuites {
           options(in, {kAEGPLayerRenderOptionsSuite, kAEGPLayerRenderOptionsSuiteVersion1},
                   A_Err_MISSING_SUITE),
           render(in, {kAEGPRenderSuite, kAEGPRenderSuiteVersion5}, A_Err_MISSING_SUITE),
-          interface(in, {kAEGPPFInterfaceSuite, kAEGPPFInterfaceSuiteVersion1}, A_Err_MISSING_SUITE),
+          pfInterface(in, {kAEGPPFInterfaceSuite, kAEGPPFInterfaceSuiteVersion1}, A_Err_MISSING_SUITE),
           world(in, {kAEGPWorldSuite, kAEGPWorldSuiteVersion3}, A_Err_MISSING_SUITE) {}
     RequiredSuite<AEGP_EffectSuite3> effect;
     RequiredSuite<AEGP_LayerRenderOptionsSuite1> options;
     RequiredSuite<AEGP_RenderSuite5> render;
-    RequiredSuite<AEGP_PFInterfaceSuite1> interface;
+    RequiredSuite<AEGP_PFInterfaceSuite1> pfInterface;
     RequiredSuite<AEGP_WorldSuite3> world;
 };
 
@@ -80,7 +80,7 @@ struct FeedbackSuites {
 class EffectRef {
 public:
     EffectRef(const FeedbackSuites& suites, const PF_InData& in, AEGP_PluginID plugin) : m_Suites(suites) {
-        Check(suites.interface->AEGP_GetNewEffectForEffect(plugin, in.effect_ref, &m_Ref));
+        Check(suites.pfInterface->AEGP_GetNewEffectForEffect(plugin, in.effect_ref, &m_Ref));
     }
     ~EffectRef() { m_Suites.effect->AEGP_DisposeEffect(m_Ref); }
     EffectRef(const EffectRef&) = delete;

@@ -111,8 +111,8 @@ std::unique_ptr<Simd::PaletteTable> MakeTable(const ColourSet& colours) {
     table->count = count;
     table->opaque = true;
     for (unsigned i = 0; i < Simd::s_MaxColours; ++i) {
-        constexpr float far = Simd::s_FarAway;
-        const Pixel32 colour = i < count ? colours.colours[i] : Pixel32{far, far, far, far};
+        constexpr float unused = Simd::s_FarAway;
+        const Pixel32 colour = i < count ? colours.colours[i] : Pixel32{unused, unused, unused, unused};
         table->alpha[i] = colour.alpha;
         table->red[i] = colour.red;
         table->green[i] = colour.green;

@@ -49,15 +49,15 @@ void World::Clear() {
         std::memset(Row(y), 0, UsedRowBytes());
 }
 
-void World::Load(const fxhost::Picture& picture, long left, long top) {
-    const long width = m_Shape.width, height = m_Shape.height;
-    const long x0 = std::clamp(-left, 0l, width);
-    const long x1 = std::clamp(static_cast<long>(picture.width) - left, x0, width);
-    const auto bytes = [&](long pixels) { return static_cast<std::size_t>(pixels) * PixelBytes(); };
-    for (long y = 0; y < height; ++y) {
+void World::Load(const fxhost::Picture& picture, std::ptrdiff_t left, std::ptrdiff_t top) {
+    const std::ptrdiff_t width = m_Shape.width, height = m_Shape.height;
+    const std::ptrdiff_t x0 = std::clamp(-left, std::ptrdiff_t{0}, width);
+    const std::ptrdiff_t x1 = std::clamp(static_cast<std::ptrdiff_t>(picture.width) - left, x0, width);
+    const auto bytes = [&](std::ptrdiff_t pixels) { return static_cast<std::size_t>(pixels) * PixelBytes(); };
+    for (std::ptrdiff_t y = 0; y < height; ++y) {
         std::uint8_t* const row = Row(static_cast<unsigned>(y));
-        const long from = y + top;
-        if (from < 0 || from >= static_cast<long>(picture.height) || x0 == x1) {
+        const std::ptrdiff_t from = y + top;
+        if (from < 0 || from >= static_cast<std::ptrdiff_t>(picture.height) || x0 == x1) {
             std::memset(row, 0, bytes(width));
             continue;
         }

@@ -42,7 +42,7 @@ public:
     // Copies the part of the picture that starts at (left, top) and has the size of this world; pixels
     // outside the picture become transparent. The picture must have this world's depth. Channels are
     // reordered where the world's format is not A, R, G, B.
-    void Load(const fxhost::Picture& picture, long left, long top);
+    void Load(const fxhost::Picture& picture, std::ptrdiff_t left, std::ptrdiff_t top);
     // The pixels without padding, as A, R, G, B.
     fxhost::Picture ToPicture() const;
 

@@ -10,6 +10,11 @@ namespace {
 
 constexpr char s_MissingFile[] = "popa";
 
+// Where wchar_t has 16 bits, a code point from U+10000 on is a pair of surrogates. Each holds 10 of its bits
+// below these 6.
+constexpr std::uint32_t s_HighSurrogates = 0xD800 >> 10, s_LowSurrogates = 0xDC00 >> 10,
+                        s_AfterBasicPlane = 0x10000;
+
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -63,9 +68,13 @@ std::wstring CreatePath(const std::wstring& directory, const std::wstring& name)
 
 std::string ToNarrow(const std::wstring& text) {
     std::string bytes;
-    for (const wchar_t wide : text) {
-        // NOLINTNEXTLINE(bugprone-signed-char-misuse): wchar_t, which code points fit into, is not a char
-        const auto code = static_cast<std::uint32_t>(wide);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): wchar_t is not a char
+        auto code = static_cast<std::uint32_t>(text[i]);
+        if (code >> 10 == s_HighSurrogates && i + 1 < text.size() &&
+            static_cast<std::uint32_t>(text[i + 1]) >> 10 == s_LowSurrogates)
+            code =
+                s_AfterBasicPlane + ((code & 0x3FF) << 10 | (static_cast<std::uint32_t>(text[++i]) & 0x3FF));
         const auto put = [&](std::uint32_t byte) { bytes += static_cast<char>(byte); };
         if (code < 0x80) {
             put(code);
@@ -104,6 +113,11 @@ std::wstring ToWide(const std::string& text) {
             const auto next = static_cast<unsigned char>(text[i + k]);
             whole = next >> 6 == 2;
             code = code << 6 | (next & 0x3F);
+        }
+        if (whole && code >= s_AfterBasicPlane && sizeof(wchar_t) == 2) {
+            code -= s_AfterBasicPlane;
+            wide += static_cast<wchar_t>(s_HighSurrogates << 10 | (code >> 10 & 0x3FF));
+            code = s_LowSurrogates << 10 | (code & 0x3FF);
         }
         wide += whole ? static_cast<wchar_t>(code) : replacement;
         i += whole ? length : 1;

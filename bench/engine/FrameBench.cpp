@@ -57,7 +57,7 @@ public:
         };
         last.upload = stage([&] {
             m_Engine.grabIntoTexture(IPlugin::InputLayer, const_cast<void*>(pixels), s_Width, s_Height, depth,
-                                     static_cast<long>(s_Width * depth / 2));
+                                     static_cast<std::ptrdiff_t>(s_Width * depth / 2));
         });
         last.draw = stage([&] { m_Engine.render(0, s_Width, s_Height, depth, 1); });
         last.readBack = stage([&] { m_Engine.grabResultEnd(m_Engine.grabResultBegin()); });

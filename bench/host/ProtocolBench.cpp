@@ -60,7 +60,7 @@ public:
         unsigned width = 0, height = 0;
         m_Engine.preRender(s_Width, s_Height, width, height);
         m_Engine.grabIntoTexture(IPlugin::InputLayer, input.bytes.data(), s_Width, s_Height, depth,
-                                 static_cast<long>(input.RowBytes()));
+                                 static_cast<std::ptrdiff_t>(input.RowBytes()));
         m_Engine.render(0, width, height, depth, 1);
         void* const pixels = m_Engine.grabResultBegin();
         for (unsigned y = 0; y < height; ++y)

@@ -132,10 +132,10 @@ struct SerialSearch {
 
         // The rest only confirms the choice, and no later pixel waits for it.
         const Int limit = V::AddInt(V::SplatInt(winner), V::SplatInt(TermTable::ErrorBound(squares)));
-        unsigned near = 0;
+        unsigned close = 0;
         for (unsigned i = 0; i < Vectors; ++i)
-            near |= V::LessLanes(term[i], limit) << (i * V::Lanes);
-        if (__builtin_expect((near & (near - 1)) != 0 || !(squares <= table.MaxSquares()), 0))
+            close |= V::LessLanes(term[i], limit) << (i * V::Lanes);
+        if (__builtin_expect((close & (close - 1)) != 0 || !(squares <= table.MaxSquares()), 0))
             return exact.template Find<V>(pixel);
         return static_cast<unsigned>(winner & TermTable::IndexMask);
     }

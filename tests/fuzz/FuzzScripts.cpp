@@ -223,7 +223,8 @@ private:
     void Upload(unsigned index, unsigned width, unsigned height, unsigned depth) {
         const std::size_t stride = std::size_t{width} * depth / 2 + m_Input.Below(3) * 4;
         std::vector<unsigned char> pixels(stride * height, m_Input.Byte());
-        m_Engine.grabIntoTexture(index, pixels.data(), width, height, depth, static_cast<long>(stride));
+        m_Engine.grabIntoTexture(index, pixels.data(), width, height, depth,
+                                 static_cast<std::ptrdiff_t>(stride));
     }
 
     unsigned Extent(unsigned asked) const {

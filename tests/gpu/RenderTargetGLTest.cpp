@@ -47,7 +47,7 @@ TEST_F(RenderTargetGLTest, GrabBeginMapsRowsWithoutPaddingInTheFixedPackBuffer) 
         const std::vector<unsigned char> pixels = CountedBytes(3 * stride);
         RenderTarget target;
         target.init(1, 1, depth);
-        target.grabPixels(pixels.data(), 7, 3, depth, static_cast<long>(stride), true, false);
+        target.grabPixels(pixels.data(), 7, 3, depth, static_cast<std::ptrdiff_t>(stride), true, false);
         const auto* const mapped = static_cast<const unsigned char*>(target.grabBegin());
         ASSERT_NE(mapped, nullptr) << depth;
         for (std::size_t y = 0; y < 3; ++y)

@@ -21,7 +21,7 @@ TEST_F(TextureGLTest, PaddedRowsUploadUnchangedAtEveryDepth) {
         // The first copy comes back from GL, the later ones are taken from the uploads.
         for (const unsigned first : {1u, 50u}) {
             const Bytes rows = CountedBytes(5 * stride, first);
-            texture.grabPixels(rows.data(), 3, 5, depth, static_cast<long>(stride), true, false);
+            texture.grabPixels(rows.data(), 3, 5, depth, static_cast<std::ptrdiff_t>(stride), true, false);
             const Bytes& copy = texture.pixelCopy();
             ASSERT_EQ(copy.size(), rows.size());
             for (std::size_t row = 0; row < rows.size(); row += stride)

@@ -58,8 +58,8 @@ TEST(ConvertTest, StoringRoundsTiesToEvenAndClamps) {
     EXPECT_EQ(StoreOne<std::uint16_t>(-INFINITY), 0);
     EXPECT_EQ(StoreOne<std::uint8_t>(NAN), 0);
     for (int i = 0; i < 510; ++i) {
-        const float near = std::nextafter(static_cast<float>(i) / 510.0f, i % 2 ? 2.0f : -2.0f);
-        for (const float value : {near, static_cast<float>(i) / 510.0f})
+        const float close = std::nextafter(static_cast<float>(i) / 510.0f, i % 2 ? 2.0f : -2.0f);
+        for (const float value : {close, static_cast<float>(i) / 510.0f})
             EXPECT_EQ(StoreOne<std::uint8_t>(value), std::nearbyint(value * 255.0f)) << value;
     }
 }

@@ -55,7 +55,7 @@ std::vector<unsigned char> EffectTester::FrameBytes(const void* packed, unsigned
     const unsigned inWidth = width, inHeight = height;
     engine.preRender(inWidth, inHeight, width, height);
     engine.grabIntoTexture(IPlugin::InputLayer, rows.data(), inWidth, inHeight, depth,
-                           static_cast<long>(rowBytes));
+                           static_cast<std::ptrdiff_t>(rowBytes));
     engine.render(time, width, height, depth, 1.0f);
     if (void* const pixels = engine.grabResultBegin()) {
         const std::size_t outBytes = std::size_t{width} * depth / 2;

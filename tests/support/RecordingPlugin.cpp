@@ -42,7 +42,7 @@ void RecordingPlugin::setParam(unsigned index, Parameter::Value& value) {
     values[index] = value;
 }
 void RecordingPlugin::grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height,
-                                      unsigned format, long rowBytes) {
+                                      unsigned format, std::ptrdiff_t rowBytes) {
     Record("grabIntoTexture", static_cast<int>(index));
     Upload upload{index, width, height, format, rowBytes, {}};
     const auto* row = static_cast<const std::uint8_t*>(pixels);

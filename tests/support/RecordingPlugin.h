@@ -14,7 +14,7 @@ class RecordingPlugin final : public IPlugin {
 public:
     struct Upload {
         unsigned index, width, height, format;
-        long rowBytes;
+        std::ptrdiff_t rowBytes;
         std::vector<std::uint8_t> bytes; // `height` rows of `width` pixels without padding
     };
     struct Rendered {
@@ -76,7 +76,7 @@ public:
     Parameter& getParam(unsigned index) const override { return getParamDesc(index); }
     void setParam(unsigned index, Parameter::Value& value) override;
     void grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height, unsigned format,
-                         long rowBytes) override;
+                         std::ptrdiff_t rowBytes) override;
     void* grabResultBegin() override {
         return Answer("grabResultBegin", result.empty() ? nullptr : result.data());
     }

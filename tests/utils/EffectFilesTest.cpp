@@ -143,6 +143,7 @@ TEST_F(EffectFilesTest, CutAndDamagedPackagesNeverYieldWrongBytes) {
 
 TEST_F(EffectFilesTest, WideNamesConvertToUtf8AndBack) {
     EXPECT_EQ(Utils::ToNarrow(L"a\u00e9\u20ac\U0001F3A8"), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA8");
+    EXPECT_EQ(Utils::ToNarrow(L"\xD83C\xDFA8z"), "\xF0\x9F\x8E\xA8z") << "wide characters of 16 bits";
     EXPECT_EQ(Utils::ToWide("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA8"), L"a\u00e9\u20ac\U0001F3A8");
     EXPECT_EQ(Utils::ToWide("a\xFFz\xC3"), L"a\xFFFDz\xFFFD");
 }
