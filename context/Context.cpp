@@ -79,7 +79,7 @@ void Context::DeleteResource(unsigned int handle) {
         factory->second->Delete(handle);
 }
 
-std::string Context::GetErrors() const {
+std::string Context::GetErrors(ErrorLines lines) const {
     std::string errors;
     auto* const factory = FindFactory<Shader>();
     if (!factory)
@@ -88,7 +88,8 @@ std::string Context::GetErrors() const {
         if (shader.errorText().empty())
             continue;
         const std::wstring& file = shader.filePath().empty() ? shader.name() : shader.filePath();
-        errors += "Shader \"" + Utils::ToNarrow(file) + "\"\n" + shader.errorText() + "\n";
+        errors += "Shader \"" + Utils::ToNarrow(file) + "\"\n";
+        errors += (lines == ErrorLines::Author ? shader.authorErrorText() : shader.errorText()) + "\n";
     }
     return errors;
 }

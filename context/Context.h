@@ -76,8 +76,9 @@ public:
     void DeleteResource(unsigned int handle);
 
     // Returns the error texts of all shaders in handle order. Each has a first line 'Shader "name"' and ends
-    // with a line feed. Empty when there are no errors.
-    std::string GetErrors() const;
+    // with a line feed. Empty when there are no errors. The driver counts the lines of the rewritten shaders.
+    enum class ErrorLines { Driver, Author };
+    std::string GetErrors(ErrorLines lines = ErrorLines::Driver) const;
 
     // Size of the composition in pixels and its pixel aspect ratio, as last reported by the host.
     void SetCompositionSize(unsigned int width, unsigned int height, float scale);

@@ -223,7 +223,7 @@ void AEShaderVexel2::render(double time, unsigned width, unsigned height, unsign
         surface.format = format;
         sequence->Reset(surface, time);
     }
-    const std::string errors = Context::Current().GetErrors();
+    const std::string errors = Context::Current().GetErrors(Context::ErrorLines::Author);
     if (!errors.empty())
         showErrors(sequence, errors);
     else

@@ -1,5 +1,8 @@
 #include "gpu/Shader.h"
 
+#include <algorithm>
+
+#include "gpu/AuthorLines.h"
 #include "gpu/GLErrors.h"
 #include "gpu/ShaderPitcher.h"
 #include "platform/GL.h"
@@ -21,6 +24,10 @@ constexpr const char* s_VertexSource =
     "void main() { gl_Position = gl_Vertex; gl_TexCoord[0] = gl_MultiTexCoord0; "
     "gl_TexCoord[1] = gl_MultiTexCoord1; gl_TexCoord[2] = gl_MultiTexCoord2; "
     "gl_TexCoord[3] = gl_MultiTexCoord3; gl_FrontColor = gl_Color; }";
+
+std::string Preamble(const std::string& text) {
+    return PlatformShaderPrologue(text) + std::string(s_Preamble);
+}
 
 constexpr GLsizei s_LogLength = 4096;
 
@@ -96,7 +103,7 @@ bool Shader::init(const std::string& name, const std::string& source) {
 bool Shader::compile(unsigned shader, const std::string& text) {
     // One string holds all that precedes the text, so that compilers report the text's lines as those of
     // string 1.
-    const std::string preamble = PlatformShaderPrologue(text) + std::string(s_Preamble);
+    const std::string preamble = Preamble(text);
     const GLchar* sources[] = {preamble.c_str(), text.c_str()};
     glShaderSource(shader, 2, sources, nullptr);
     glCompileShader(shader);
@@ -122,6 +129,12 @@ bool Shader::link() {
     glGetProgramInfoLog(m_Program, s_LogLength, nullptr, log);
     m_ErrorText = std::string("Program linking failed:\n") + log;
     return false;
+}
+
+std::string Shader::authorErrorText() const {
+    const std::string preamble = Preamble(ShaderPitcher::rewrite(m_Source));
+    return ToAuthorLines(m_ErrorText, ShaderPitcher::addedLines(m_Source),
+                         static_cast<unsigned>(std::count(preamble.begin(), preamble.end(), '\n')));
 }
 
 bool Shader::load(const std::wstring& path) {

@@ -58,6 +58,7 @@ public:
     const std::wstring& name() const { return m_Name; }
     const std::wstring& filePath() const { return m_FilePath; } // empty for shaders made from text
     const std::string& errorText() const { return m_ErrorText; }
+    std::string authorErrorText() const;                   // the same with the line numbers of source()
     const std::string& source() const { return m_Source; } // as given, not rewritten
     // One parameter for each active uniform, in OpenGL's order. Word 0 of a LAYER's value is a GL texture
     // name.

@@ -106,6 +106,19 @@ TEST_F(FacadeGLTest, ABrokenShaderReplacesTheFrameByItsErrorText) {
     EXPECT_LT(right[0] + 10, right[1]) << "a line of 21 letters and one of 26";
 }
 
+TEST_F(FacadeGLTest, ErrorTextInTheFrameHasTheAuthorsLine) {
+    // Only the first call is rewritten, for which a line is put before the text.
+    const auto frame = [&](const char* read) {
+        Start({{"fx.js", OneShaderScript("")},
+               {"pixel.frag", std::string("uniform sampler2D image;\nvoid main() {\n  vec4 here = ") + read +
+                                  "texture2D(image, gl_TexCoord[0].xy));\n  gl_FragColor = undeclared;\n}"}});
+        auto picture = Frame(TestPicture<std::uint8_t>(320, 96));
+        EXPECT_NE(Engine().getErrorText().find("undeclared"), std::string::npos);
+        return picture.channels;
+    };
+    EXPECT_TRUE(frame("max(vec4(0.0), ") == frame("max(vec4(0.0),"));
+}
+
 TEST_F(FacadeGLTest, CallbacksThatThrowAreReportedAndFramesAreRendered) {
     Start({{"fx.js", R"js(
         function setup() { SV_initParam("x", SV_Type.FLOAT); throw 1; }

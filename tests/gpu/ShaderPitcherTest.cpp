@@ -1,4 +1,5 @@
 #include "gpu/ShaderPitcher.h"
+#include "gpu/AuthorLines.h"
 
 #include <gtest/gtest.h>
 
@@ -72,6 +73,17 @@ TEST(ShaderPitcherTest, SourcesAreRewrittenAsTextAndAddedLinesAreCounted) {
         EXPECT_EQ(ShaderPitcher::rewrite(row.source), row.rewritten);
         EXPECT_EQ(ShaderPitcher::addedLines(row.source), row.added) << row.source;
     }
+}
+
+TEST(AuthorLinesTest, LineNumbersOfEveryDriverAreThoseOfTheAuthor) {
+    const struct {
+        const char *log, *expected;
+    } rows[] = {{"1:7(3): error: x\n1:2(1): error: y", "1:5(3): error: x\n1:2(1): error: y"}, // Mesa
+                {"ERROR: 0:12: x\nWARNING: 0:13: y\n", "ERROR: 0:7: x\nWARNING: 0:8: y\n"},   // Apple
+                {"0(12) : error C0000: x\n", "0(7) : error C0000: x\n"},                      // NVIDIA
+                {"2 errors\n\n9999999999:9999999999: x\n7", "2 errors\n\n9999999999:9999999999: x\n7"}};
+    for (const auto& row : rows)
+        EXPECT_EQ(ToAuthorLines(row.log, 2, 3), row.expected);
 }
 
 } // namespace
