@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <utility>
 
 #include "context/Context.h"
@@ -18,10 +19,11 @@
 // The sequence data, which the host keeps for an instance.
 struct AEShaderVexel2::SequenceData {
     static constexpr std::uint32_t NoSequence = 0xFFFFFFFFu;
-    std::uint32_t index = NoSequence;                 // of the instance's sequence in the registry
-    std::pmr::vector<Sequence::ParameterState> state; // while the instance has no sequence
+    std::uint32_t index = NoSequence; // of the instance's sequence in the registry
+    using State = Sequence::ParameterState;
+    std::vector<State, PoolAllocator<State>> state; // while the instance has no sequence
 
-    explicit SequenceData(std::pmr::memory_resource* memory) : state(memory) {}
+    explicit SequenceData(SmallBlockPool& pool) : state(PoolAllocator<State>(pool)) {}
 };
 
 // Holds the frame lock for a scope. Does not take it again when the thread holds it already, because nested
@@ -73,7 +75,7 @@ AEShaderVexel2::AEShaderVexel2() {
 AEShaderVexel2::~AEShaderVexel2() {
     release();
     for (const auto& [data, record] : m_Records)
-        std::pmr::polymorphic_allocator<>(&m_Pool).delete_object(record);
+        destroy(record);
     m_Config.reset();
     m_GlContext.reset();
     Scripting::DestroyInstance();
@@ -149,9 +151,14 @@ void AEShaderVexel2::release() {
     m_Initialised = false;
 }
 
+void AEShaderVexel2::destroy(SequenceData* record) {
+    std::destroy_at(record);
+    m_Pool.deallocate(record, sizeof *record);
+}
+
 void* AEShaderVexel2::initSequenceData() {
     const LockScope lock(*this);
-    m_SequenceData = std::pmr::polymorphic_allocator<>(&m_Pool).new_object<SequenceData>(&m_Pool);
+    m_SequenceData = new (m_Pool.allocate(sizeof(SequenceData))) SequenceData(m_Pool);
     m_Records.emplace(m_SequenceData, m_SequenceData);
     resume(*m_SequenceData);
     return m_SequenceData;
@@ -166,7 +173,7 @@ void AEShaderVexel2::releaseSequenceData(void* data) {
     Context::Current().ReleaseSequence(found->second->index);
     if (m_SequenceData == data)
         m_SequenceData = nullptr;
-    std::pmr::polymorphic_allocator<>(&m_Pool).delete_object(found->second);
+    destroy(found->second);
     m_Records.erase(found);
 }
 
@@ -292,7 +299,7 @@ void AEShaderVexel2::setParam(unsigned index, Parameter::Value& value) {
 }
 
 void AEShaderVexel2::grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height,
-                                     unsigned format, long rowBytes) {
+                                     unsigned format, std::ptrdiff_t rowBytes) {
     const LockScope lock(*this);
     if (!pixels || rowBytes == 0 || !m_SequenceData || !lock)
         return;

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
-#include <memory_resource>
 #include <thread>
 
 #include "engine/IPlugin.h"
+#include "engine/SmallBlockPool.h"
 
 class Config;
 class OpenGLContext;
@@ -35,7 +36,7 @@ public:
     Parameter& getParam(unsigned index) const override;
     void setParam(unsigned index, Parameter::Value& value) override;
     void grabIntoTexture(unsigned index, void* pixels, unsigned width, unsigned height, unsigned format,
-                         long rowBytes) override;
+                         std::ptrdiff_t rowBytes) override;
     void* grabResultBegin() override;
     void grabResultEnd(void* pixels) override;
     std::uint32_t getVersion() override;
@@ -60,6 +61,7 @@ private:
 
     static void suspend(SequenceData& record);
     static void resume(SequenceData& record);
+    void destroy(SequenceData* record);
     Sequence* selectSequence() const;
     void runCallback(const char* call);
     void restartScript(const std::string& script);
@@ -68,10 +70,10 @@ private:
 
     SequenceData* m_SequenceData = nullptr; // of the current instance
     // All sequence data that the host holds. Hosts forget some when they save or copy an instance; the engine
-    // frees those at its end. They come from a pool, so that these small long-lived blocks do not
-    // fragment the memory that frames use.
-    std::pmr::unsynchronized_pool_resource m_Pool;
-    std::pmr::map<void*, SequenceData*> m_Records{&m_Pool};
+    // frees those at its end.
+    SmallBlockPool m_Pool;
+    using RecordAllocator = PoolAllocator<std::pair<void* const, SequenceData*>>;
+    std::map<void*, SequenceData*, std::less<>, RecordAllocator> m_Records{RecordAllocator(m_Pool)};
     std::unique_ptr<Config> m_Config;
     std::unique_ptr<OpenGLContext> m_GlContext;
     // The thread that holds the frame lock, and how often. Only that thread changes the two.
