@@ -21,24 +21,42 @@ using Words = std::vector<std::string>;
 
 // TOOL is replaced by the path of the tool.
 constexpr char s_Bash[] = R"sh(_fxhost() {
-    local IFS=$'\n' word=${COMP_WORDS[COMP_CWORD]}
-    COMPREPLY=($(compgen -W "$('TOOL' __complete "${COMP_WORDS[@]:1:$COMP_CWORD}" 2>/dev/null)" -- "$word"))
+    local words=() word suggestion
+    for word in "${COMP_WORDS[@]:1:$COMP_CWORD}"; do # Bash separates words at "=", the tool does not
+        if ((${#words[@]})) && [[ $word == "=" || ${words[${#words[@]} - 1]} == *= ]]; then
+            words[${#words[@]} - 1]+=$word
+        else
+            words+=("$word")
+        fi
+    done
+    local joined=${words[${#words[@]} - 1]%"${word#=}"}
+    COMPREPLY=()
+    while IFS= read -r suggestion; do
+        COMPREPLY+=("$(printf %q "${suggestion#"$joined"}")")
+    done < <('TOOL' __complete "${words[@]}" 2>/dev/null)
+    [[ ${COMPREPLY[0]-} != *= ]] || compopt -o nospace 2>/dev/null
 }
 complete -o default -F _fxhost fxhost ./fxhost
 )sh";
 constexpr char s_Zsh[] = R"sh(#compdef fxhost
 _fxhost() {
-    local -a suggestions
+    local -a suggestions suffix
     suggestions=("${(@f)$('TOOL' __complete "${(@)words[2,CURRENT]}" 2>/dev/null)}")
-    if [[ -n "$suggestions" ]]; then compadd -a suggestions; else _files; fi
+    [[ $suggestions[1] != *= ]] || suffix=(-S '')
+    if [[ -n "$suggestions" ]]; then compadd "${suffix[@]}" -a suggestions; else _files; fi
 }
 compdef _fxhost fxhost
 )sh";
 constexpr char s_Fish[] = R"sh(function __fxhost_suggestions
     set -l words (commandline -opc) (commandline -ct)
-    'TOOL' __complete $words[2..-1] 2>/dev/null
+    set -l found ('TOOL' __complete $words[2..-1] 2>/dev/null)
+    if test -n "$found"
+        printf '%s\n' $found
+    else
+        __fish_complete_path (commandline -ct)
+    end
 end
-complete -c fxhost -a '(__fxhost_suggestions)'
+complete -c fxhost -f -a '(__fxhost_suggestions)'
 )sh";
 
 Words OptionNames(const CLI::App& command) {

@@ -94,7 +94,13 @@ TEST_F(CommandsGLTest, ManualAndCompletionNameEveryCommandAndOption) {
     // Bash evaluates the script and prints its suggestions.
     const std::string completion = done("completion");
     const std::pair<const char*, const char*> rows[] = {
-        {"un", "unpack "}, {"check --str", "--strict "}, {"pack --str", " "}};
+        {"un", "unpack "},
+        {"check --str", "--strict "},
+        {"pack --str", " "},
+        {"render --host ''", "ae ae-plain premiere "},
+        {"render effects/controls --param blen", "blend= "},
+        {"render effects/controls --param blend =", "None Multiply Screen Soft\\ Light Duotone "},
+        {"render effects/controls --param blend = S", "Screen Soft\\ Light "}};
     for (const auto& [words, offers] : rows) {
         writeFile("script", completion + "COMP_WORDS=(fxhost " + words +
                                 ") COMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_fxhost\n"
