@@ -19,12 +19,11 @@ Diagnostic EndlessPass(const EffectSource& source, const std::string& shader) {
     const std::string file = shader + ".frag";
     const std::string advice =
         "the pass of this shader does not end; give its loops a constant number of steps";
-    if (source.Has(file))
-        return {source.DisplayPath(file),
-                LineOfWord(source.ReadText(file).value_or(""), "while"),
-                Severity::Error,
-                advice,
-                {}};
+    if (source.Has(file)) {
+        const std::string text = source.ReadText(file).value_or("");
+        const int loop = LineOfWord(text, "while");
+        return {source.DisplayPath(file), loop ? loop : LineOfWord(text, "for"), Severity::Error, advice, {}};
+    }
     const int line = LineOfInlineShader(source.ReadText("fx.js").value_or(""), shader);
     return {source.DisplayPath("fx.js"), line, Severity::Error, "shader \"" + shader + "\": " + advice, {}};
 }

@@ -44,6 +44,11 @@ constexpr Hint s_ShaderHints[] = {
                        "gl_TexCoord[0].xy in place of own "
                        "varyings"},
     {R"(\b(uint|uvec[234])\b)", "unsigned integers are newer GLSL: use int or float"},
+    {R"(%)", "% is newer GLSL: write mod(x, y) with floats"},
+    {R"((^|[^&])&([^&]|$)|(^|[^|])\|([^|]|$)|<<|>>|~)",
+     "operations on bits are newer GLSL: use floor() and mod() with floats"},
+    {R"(\b(round|roundEven|trunc)\s*\()",
+     "round() and trunc() are newer GLSL: write floor(x + 0.5), or sign(x) * floor(abs(x))"},
 };
 
 std::string LineOf(const std::string& text, int line) {
