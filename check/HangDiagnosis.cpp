@@ -1,5 +1,7 @@
 #include "check/HangDiagnosis.h"
 
+#include <regex>
+
 #include "check/CallRecorder.h"
 #include "check/LoopGuard.h"
 #include "check/PictureChecks.h"
@@ -7,6 +9,7 @@
 #include "drivers/ScriptErrorCollector.h"
 #include "packaging/EffectSource.h"
 #include "packaging/ScriptScan.h"
+#include "toolkit/TextParsing.h"
 
 namespace fxhost {
 
@@ -15,14 +18,21 @@ namespace {
 constexpr double s_LoopSeconds = 0.5;
 constexpr char s_LoopError[] = "this loop does not end";
 
+int LineOfFirstLoop(const std::string& shader) {
+    static const std::regex loop(R"(\b(for|while|do)\b)");
+    const std::string code = WithoutComments(shader);
+    std::smatch found;
+    return std::regex_search(code, found, loop) ? LineAt(code, static_cast<std::size_t>(found.position()))
+                                                : 0;
+}
+
 Diagnostic EndlessPass(const EffectSource& source, const std::string& shader) {
     const std::string file = shader + ".frag";
     const std::string advice =
         "the pass of this shader does not end; give its loops a constant number of steps";
     if (source.Has(file)) {
-        const std::string text = source.ReadText(file).value_or("");
-        const int loop = LineOfWord(text, "while");
-        return {source.DisplayPath(file), loop ? loop : LineOfWord(text, "for"), Severity::Error, advice, {}};
+        const int line = LineOfFirstLoop(source.ReadText(file).value_or(""));
+        return {source.DisplayPath(file), line, Severity::Error, advice, {}};
     }
     const int line = LineOfInlineShader(source.ReadText("fx.js").value_or(""), shader);
     return {source.DisplayPath("fx.js"), line, Severity::Error, "shader \"" + shader + "\": " + advice, {}};

@@ -46,6 +46,7 @@ cross="
 lld                   | -
 llvm                  | -
 dpkg-dev              | -
+ca-certificates       | -
 zlib1g-dev            | -
 g++-aarch64-linux-gnu | -
 qemu-user             | -

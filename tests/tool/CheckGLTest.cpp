@@ -112,10 +112,11 @@ TEST(CheckGLTest, EndlessLoopsAreReportedWithTheirLine) {
 #ifdef __SANITIZE_THREAD__
     GTEST_SKIP() << "the loop is found by a second process after the first was stopped";
 #endif
-    const ToolRun run =
-        RunTool("check --frame-timeout 2 " + s_Broken + "runs-for-ever " + s_Broken + "long-label");
+    const ToolRun run = RunTool("check --frame-timeout 2 " + s_Broken + "runs-for-ever " + s_Broken +
+                                "endless-pass " + s_Broken + "long-label");
     EXPECT_EQ(run.status, 4);
     EXPECT_THAT(run.err, AllOf(HasSubstr("runs-for-ever/fx.js:5: error: Error: this loop does not end"),
+                               HasSubstr("endless-pass/main.frag:4: error: the pass of this shader does not"),
                                HasSubstr("draw"), HasSubstr("31 characters")));
     const std::string endless = " --frame-timeout 1 " + s_Broken + "endless-setup";
     const std::string picture = testing::TempDir() + "fxhost_check.png";
