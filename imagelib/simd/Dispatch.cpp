@@ -1,5 +1,8 @@
 #include "imagelib/Settings.h"
 #include "imagelib/simd/Kernels.h"
+#if defined(__x86_64__)
+#include "imagelib/simd/X86Features.h"
+#endif
 
 #include <algorithm>
 #include <atomic>
@@ -21,11 +24,10 @@ bool Always() {
 
 #if defined(__x86_64__)
 bool HasAvx2() {
-    return __builtin_cpu_supports("avx2");
+    return Simd::DetectX86Features().avx2;
 }
 bool HasAvx512() {
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
-           __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq");
+    return Simd::DetectX86Features().avx512;
 }
 #endif
 

@@ -219,4 +219,17 @@ TEST_F(QuantizeTest, EmptySurfacesStayUnchanged) {
     EXPECT_EQ(noRows.Width(), 5u);
 }
 
+#if defined(__x86_64__)
+TEST(SimdPathTest, ThePathsAreThoseThatTheCompilersFunctionAllows) {
+    const auto paths = SupportedSimdPaths();
+    const auto has = [&](SimdPath path) {
+        return std::find(paths.begin(), paths.end(), path) != paths.end();
+    };
+    EXPECT_EQ(has(SimdPath::Avx2), __builtin_cpu_supports("avx2") != 0);
+    EXPECT_EQ(has(SimdPath::Avx512),
+              __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
+                  __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq"));
+}
+#endif
+
 } // namespace
