@@ -4,19 +4,19 @@
 #include <bit>
 #include <new>
 
-unsigned SmallBlockPool::SizeClass(std::size_t bytes) {
+unsigned SmallBlockPool::binaryLogarithm(std::size_t bytes) {
     return static_cast<unsigned>(std::bit_width(std::max(bytes, alignof(std::max_align_t)) - 1));
 }
 
 void* SmallBlockPool::allocate(std::size_t bytes) {
     if (bytes > Largest)
         return ::operator new(bytes);
-    const unsigned sizeClass = SizeClass(bytes);
-    if (FreeBlock* const block = m_Free[sizeClass]) {
-        m_Free[sizeClass] = block->next;
+    const unsigned exponent = binaryLogarithm(bytes);
+    if (FreeBlock* const block = m_Free[exponent]) {
+        m_Free[exponent] = block->next;
         return block;
     }
-    const std::size_t size = std::size_t{1} << sizeClass;
+    const std::size_t size = std::size_t{1} << exponent;
     if (LargeBlock - m_Used < size) {
         m_LargeBlocks.push_back(std::make_unique_for_overwrite<std::byte[]>(LargeBlock));
         m_Used = 0;
@@ -29,6 +29,6 @@ void* SmallBlockPool::allocate(std::size_t bytes) {
 void SmallBlockPool::deallocate(void* block, std::size_t bytes) {
     if (bytes > Largest)
         return ::operator delete(block);
-    FreeBlock*& first = m_Free[SizeClass(bytes)];
+    FreeBlock*& first = m_Free[binaryLogarithm(bytes)];
     first = new (block) FreeBlock{first};
 }

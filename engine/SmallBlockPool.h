@@ -21,7 +21,7 @@ private:
     struct FreeBlock {
         FreeBlock* next;
     };
-    static unsigned SizeClass(std::size_t bytes); // the base-2 logarithm, rounded up
+    static unsigned binaryLogarithm(std::size_t bytes); // rounded up
 
     std::vector<std::unique_ptr<std::byte[]>> m_LargeBlocks;
     std::size_t m_Used = LargeBlock; // of the last large block
