@@ -126,6 +126,10 @@ class FaultTest : public testing::TestWithParam<Fault> {};
 
 TEST_P(FaultTest, EachFaultIsFoundByItsTest) {
     const Fault& fault = GetParam();
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    if (std::string(fault.name) == "leaks-memory")
+        GTEST_SKIP() << "the sanitizer's allocator does not report how much memory is in use";
+#endif
     const fs::path bundle = MakeBundle(fault.name);
     const auto results = RunOn(bundle.string(), 1, fault.test, fault.status == Status::RanAway ? 1 : 60);
     ASSERT_EQ(results.size(), 1u);
