@@ -18,6 +18,11 @@ if(FX_SANITIZE)
     target_compile_options(project_options INTERFACE -Wno-maybe-uninitialized)
   endif()
 endif()
+if(NOT APPLE AND NOT CMAKE_CROSSCOMPILING)
+  # A program loads only the libraries that it calls. Some of the others start threads when they are loaded, and a
+  # process with threads cannot be forked safely.
+  target_link_options(project_options INTERFACE -Wl,--as-needed)
+endif()
 if(FX_FUZZ)
   # Counts coverage in all rooms; only the fuzz targets link libFuzzer's main program.
   target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link)
@@ -25,7 +30,8 @@ endif()
 
 # fx_room(NAME [SEPARATE] SOURCES a.cpp ... PUBLIC rooms-in-headers PRIVATE rooms-and-libraries-inside)
 # One static library for the folder it is called in. Headers are included as "folder/Header.h". With FX_UNITY several
-# sources are compiled as one, except in a SEPARATE room, whose sources use the same name for different things.
+# sources are compiled as one, except in a SEPARATE room, whose sources use the same name for different things or must
+# be linked one by one.
 function(fx_room name)
   cmake_parse_arguments(ROOM "SEPARATE" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} STATIC ${ROOM_SOURCES})
