@@ -77,7 +77,8 @@ TEST_F(AlphaFileTest, PngIsStraightUnlessAskedOtherwise) {
     EXPECT_EQ(ReadPicture(at("a.png"), std::nullopt).bytes, pixel);
     WritePicture(at("b.png"), OnePixel(pixel), AlphaMode::Premultiplied);
     EXPECT_THAT(ReadPicture(at("b.png"), std::nullopt).bytes, ElementsAre(128, 100, 50, 25));
-    EXPECT_THAT(ReadPicture(at("b.png"), std::nullopt, AlphaMode::Premultiplied).bytes, ElementsAre(128, 199, 100, 50));
+    EXPECT_THAT(ReadPicture(at("b.png"), std::nullopt, AlphaMode::Premultiplied).bytes,
+                ElementsAre(128, 199, 100, 50));
 }
 
 } // namespace
